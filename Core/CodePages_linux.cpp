@@ -1,0 +1,11 @@
+#include "CodePages.h"
+
+namespace CodePages
+{
+
+QByteArray encode(const QString& text)
+{
+    return text.toLocal8Bit();
+}
+
+} // namespace CodePages

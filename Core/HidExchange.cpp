@@ -1,0 +1,27 @@
+#include "HidExchange.h"
+
+#include "HidErrorText.h"
+#include "HidFrameLog.h"
+#include "HidHandle.h"
+
+void HidExchange::run(const QByteArray& path, const HidFrame::Buffer& frame, int timeoutMs,
+                      WriteRule rule)
+{
+    const HidLibrary library;
+    const HidHandle handle(hid_open_path(path.constData()));
+    if (!handle)
+        return;
+
+    HidFrameLog::sent(frame.data());
+    if (hid_write(handle.get(), frame.data(), frame.size()) < 1 && rule == WriteRule::MustSucceed) {
+        m_outcome = Outcome::WriteFailed;
+        m_errorText = hidErrorText(handle.get());
+        return;
+    }
+
+    m_outcome = Outcome::Finished;
+    m_readResult =
+        hid_read_timeout(handle.get(), m_received.data(), m_received.size(), timeoutMs);
+    if (m_readResult < 1 && rule == WriteRule::MustSucceed)
+        m_errorText = hidErrorText(handle.get());
+}

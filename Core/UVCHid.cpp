@@ -1,0 +1,91 @@
+#include "UVCHid.h"
+
+#include "HidFrameLog.h"
+#include "SupportedCameras.h"
+
+#include <QDebug>
+
+namespace
+{
+
+struct EnumerationDeleter
+{
+    void operator()(hid_device_info* list) const { hid_free_enumeration(list); }
+};
+using HidEnumeration = std::unique_ptr<hid_device_info, EnumerationDeleter>;
+
+HidEnumeration enumerateAll()
+{
+    return HidEnumeration(hid_enumerate(0, 0));
+}
+
+} // namespace
+
+UVCHid::UVCHid() = default;
+
+UVCHid::~UVCHid()
+{
+    m_handle.reset();
+    hid_exit();
+}
+
+void UVCHid::getHidDevices(QMap<QString, HidDevices>& out)
+{
+    const HidEnumeration list = enumerateAll();
+    for (const hid_device_info* entry = list.get(); entry; entry = entry->next) {
+        HidDevices device;
+        device.path = QString::fromLocal8Bit(entry->path);
+        device.vendorId = entry->vendor_id;
+        device.productId = entry->product_id;
+        if (entry->manufacturer_string)
+            device.manufacturer = QString::fromWCharArray(entry->manufacturer_string);
+        out.insert(device.path, device);
+    }
+}
+
+bool UVCHid::createHandleWithPath(const QString& path)
+{
+    m_devicePath = path;
+    qDebug() << "In device path: " << path;
+
+    bool found = false;
+    unsigned short vid = 0;
+    unsigned short pid = 0;
+    {
+        const HidEnumeration list = enumerateAll();
+        for (const hid_device_info* entry = list.get(); entry && !found; entry = entry->next) {
+            qDebug() << "Out device path: " << entry->path << " -- "
+                     << static_cast<const void*>(entry->manufacturer_string);
+            vid = entry->vendor_id;
+            pid = entry->product_id;
+            found = vid == SupportedCameras::kVendorId && pid == SupportedCameras::kProductId;
+        }
+    }
+    if (!found)
+        return false;
+
+    qDebug() << "vid: " << vid;
+    qDebug() << "pid: " << pid;
+    return createHandleWithid(vid, pid);
+}
+
+bool UVCHid::createHandleWithid(unsigned short vid, unsigned short pid)
+{
+    m_vendorId = vid;
+    m_productId = pid;
+    if (hid_init() != 0) {
+        qCritical() << "hid init failed";
+        return false;
+    }
+    m_handle.reset(hid_open_path(m_devicePath.toUtf8().constData()));
+    if (!m_handle) {
+        qCritical() << "Open device hid failed.";
+        return false;
+    }
+    return true;
+}
+
+void UVCHid::printfStructSend(unsigned char* frame)
+{
+    HidFrameLog::sent(frame);
+}

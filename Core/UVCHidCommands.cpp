@@ -1,0 +1,222 @@
+#include "CodePages.h"
+#include "HidCommands.h"
+#include "HidExchange.h"
+#include "HidFrameLog.h"
+#include "UVCHid.h"
+
+#include <QDebug>
+#include <QStringList>
+
+namespace
+{
+
+constexpr int kReadTimeoutMs = 3000;
+constexpr int kWriteTimeoutMs = 1000;
+constexpr const char* kOpenFailed = "HID设备打开失败!";
+constexpr std::size_t kProbeDumpBytes = 30;
+
+HidFrame::Buffer readRequest(int cmd)
+{
+    return HidFrame::packRequest(static_cast<std::uint16_t>(cmd), HidFrame::ReadOrFinal, {}, 0);
+}
+
+bool isSettingRead(int cmd)
+{
+    switch (cmd) {
+    case HidCommands::ReadAutoFrameMode:
+    case HidCommands::ReadFrameMaster:
+    case HidCommands::ReadPickupSensitivity:
+    case HidCommands::ReadAutoFrameSwitch:
+    case HidCommands::ReadHorizontalMirror:
+    case HidCommands::ReadCameraView:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// The last byte is the value, as a signed number; an answer without payload reads as 0.
+QString decodeSetting(const QByteArray& payload)
+{
+    const int value = payload.isEmpty() ? 0 : static_cast<signed char>(payload.back());
+    return QString::number(value);
+}
+
+/// Every byte is one number of the version, sign-extended to 32 bits: 0x80 reads as 4294967168.
+QString decodeVersion(const QByteArray& payload)
+{
+    QStringList numbers;
+    numbers.reserve(payload.size());
+    for (const char byte : payload)
+        numbers << QString::number(static_cast<quint32>(static_cast<signed char>(byte)));
+    return numbers.join(QLatin1Char('.'));
+}
+
+void logWriteError(const char* operation, int line, const HidExchange& exchange)
+{
+    qDebug() << operation << line << exchange.errorText();
+    qDebug() << "hid_write error";
+}
+
+} // namespace
+
+QString UVCHid::readInfoFromDevice(int cmd)
+{
+    constexpr const char* operation = "UVCHid::readInfoFromDevice";
+    qDebug() << operation << "m_devicePath =" << m_devicePath;
+
+    HidExchange exchange;
+    exchange.run(m_devicePath.toUtf8(), readRequest(cmd), kReadTimeoutMs,
+                 HidExchange::WriteRule::MustSucceed);
+    switch (exchange.outcome()) {
+    case HidExchange::Outcome::OpenFailed:
+        qDebug() << kOpenFailed;
+        return QString(QChar(0xFFFF));
+    case HidExchange::Outcome::WriteFailed:
+        logWriteError(operation, __LINE__, exchange);
+        return {};
+    case HidExchange::Outcome::Finished:
+        break;
+    }
+    if (exchange.readResult() < 1) {
+        qDebug() << operation << __LINE__ << "Timeout or error";
+        return {};
+    }
+
+    m_lastResponse = HidFrame::parseResponse(exchange.received());
+    HidFrameLog::received(m_lastResponse);
+    const QByteArray payload = HidFrame::payloadOf(exchange.received());
+    for (const char byte : payload) {
+        const int number = static_cast<signed char>(byte);
+        qDebug() << number;
+        qDebug("%d\n", number);
+    }
+
+    if (!m_lastResponse.answers(static_cast<std::uint16_t>(cmd)))
+        return {};
+    if (cmd == HidCommands::SerialNumber)
+        return QString::fromLocal8Bit(payload);
+    if (isSettingRead(cmd))
+        return decodeSetting(payload);
+    const QString version = decodeVersion(payload);
+    qDebug() << version;
+    return version;
+}
+
+bool UVCHid::readResolutionFromDevice(int cmd, QMap<QString, int>& out)
+{
+    constexpr const char* operation = "UVCHid::readResolutionFromDevice";
+    qDebug() << operation << "m_devicePath =" << m_devicePath;
+
+    HidExchange exchange;
+    exchange.run(m_devicePath.toUtf8(), readRequest(cmd), kReadTimeoutMs,
+                 HidExchange::WriteRule::MustSucceed);
+    switch (exchange.outcome()) {
+    case HidExchange::Outcome::OpenFailed:
+        qDebug() << kOpenFailed;
+        return true;
+    case HidExchange::Outcome::WriteFailed:
+        logWriteError(operation, __LINE__, exchange);
+        return false;
+    case HidExchange::Outcome::Finished:
+        break;
+    }
+    if (exchange.readResult() < 1) {
+        qDebug() << operation << __LINE__ << "Timeout or error";
+        return false;
+    }
+
+    m_lastResponse = HidFrame::parseResponse(exchange.received());
+    HidFrameLog::status(m_lastResponse);
+    HidFrameLog::received(m_lastResponse);
+    if (cmd != HidCommands::VideoFormat || !m_lastResponse.answers(HidCommands::VideoFormat))
+        return false;
+
+    constexpr std::size_t widthOffset = 0;
+    constexpr std::size_t heightOffset = 4;
+    constexpr std::size_t streamOffset = 32;
+    const int height = HidFrame::payloadInt32(exchange.received(), heightOffset);
+    const int width = HidFrame::payloadInt32(exchange.received(), widthOffset);
+    const int streaming = HidFrame::payloadInt32(exchange.received(), streamOffset);
+    out.insert(QStringLiteral("height"), height);
+    out.insert(QStringLiteral("width"), width);
+    out.insert(QStringLiteral("streamon"), streaming);
+    qDebug() << "height" << height << "width" << width << "streamon" << streaming;
+    return true;
+}
+
+int UVCHid::writeInfoToDevice2(int value, int cmd)
+{
+    const char lowByte = static_cast<char>(static_cast<unsigned char>(value));
+    return exchangeWrite("UVCHid::writeInfoToDevice2", QByteArray(1, lowByte), 1, cmd);
+}
+
+int UVCHid::writeInfoToDevice(QString text, int cmd)
+{
+    constexpr const char* operation = "UVCHid::writeInfoToDevice";
+    const QByteArray payload = CodePages::encode(text);
+    if (static_cast<std::size_t>(payload.size()) > HidFrame::kMaxPayload) {
+        qDebug() << operation << __LINE__ << "text does not fit a frame:" << payload.size();
+        return -1;
+    }
+    return exchangeWrite(operation, payload, static_cast<std::uint16_t>(text.size()), cmd);
+}
+
+int UVCHid::exchangeWrite(const char* operation, const QByteArray& payload, std::uint16_t dataLen,
+                          int cmd)
+{
+    qDebug() << operation << "m_devicePath =" << m_devicePath;
+
+    HidExchange exchange;
+    exchange.run(m_devicePath.toUtf8(),
+                 HidFrame::packRequest(static_cast<std::uint16_t>(cmd), HidFrame::PayloadFollows,
+                                       payload, dataLen),
+                 kWriteTimeoutMs, HidExchange::WriteRule::Ignored);
+    if (exchange.outcome() == HidExchange::Outcome::OpenFailed) {
+        qDebug() << kOpenFailed;
+        return -1;
+    }
+    // Only silence fails here. A read error leaves the zeroed buffer, whose status reads 0: the
+    // camera acts on a write before it answers, so the value has most likely arrived.
+    if (exchange.readResult() == 0) {
+        qDebug() << operation << __LINE__ << "Timeout or error";
+        return -1;
+    }
+    m_lastResponse = HidFrame::parseResponse(exchange.received());
+    HidFrameLog::received(m_lastResponse);
+    return m_lastResponse.status == 0 ? 0 : -1;
+}
+
+bool UVCHid::getCameraConnectionStatus(const char* devPath, unsigned short vid, unsigned short pid)
+{
+    constexpr const char* operation = "UVCHid::getCameraConnectionStatus";
+    Q_UNUSED(vid)
+    Q_UNUSED(pid)
+    qDebug() << operation << "devPath =" << devPath;
+
+    HidExchange exchange;
+    exchange.run(devPath, readRequest(HidCommands::ConnectionProbe), kReadTimeoutMs,
+                 HidExchange::WriteRule::MustSucceed);
+    switch (exchange.outcome()) {
+    case HidExchange::Outcome::OpenFailed:
+        qDebug() << kOpenFailed;
+        return false;
+    case HidExchange::Outcome::WriteFailed:
+        logWriteError(operation, __LINE__, exchange);
+        return false;
+    case HidExchange::Outcome::Finished:
+        break;
+    }
+    HidFrameLog::dump(exchange.received(), kProbeDumpBytes);
+    if (exchange.readResult() < 1) {
+        qDebug() << exchange.errorText();
+        qDebug() << "hid_read error";
+        return false;
+    }
+
+    const HidFrame::Response response = HidFrame::parseResponse(exchange.received());
+    HidFrameLog::received(response);
+    const QByteArray payload = HidFrame::payloadOf(exchange.received());
+    return response.answers(HidCommands::ConnectionProbe) && !payload.isEmpty() &&
+           payload.front() == 0;
+}

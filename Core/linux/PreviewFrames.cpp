@@ -1,0 +1,28 @@
+#include "PreviewFrames.h"
+
+void PreviewFrames::put(const QImage& frame)
+{
+    bool announce = false;
+    {
+        const QMutexLocker lock(&m_mutex);
+        m_frame = frame;
+        announce = !m_announced;
+        m_announced = true;
+    }
+    if (announce)
+        emit frameReady();
+}
+
+QImage PreviewFrames::newest()
+{
+    const QMutexLocker lock(&m_mutex);
+    m_announced = false;
+    return m_frame;
+}
+
+void PreviewFrames::clear()
+{
+    const QMutexLocker lock(&m_mutex);
+    m_frame = QImage();
+    m_announced = false;
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QImage>
+#include <QMutex>
+#include <QObject>
+#include <atomic>
+
+/// The newest frame of a preview, handed from the streaming thread to the GUI thread. Frames that
+/// nobody took in time are dropped.
+class PreviewFrames : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// From the streaming thread.
+    void put(const QImage& frame);
+    /// The newest frame, null when there is none.
+    [[nodiscard]] QImage newest();
+    void clear();
+
+    /// Whether anybody looks; frames need not be made otherwise. Any thread.
+    void setWatched(bool watched) { m_watched = watched; }
+    [[nodiscard]] bool isWatched() const { return m_watched; }
+
+signals:
+    /// A frame has come since newest() was last called. Emitted on the streaming thread, once until
+    /// the frame is taken.
+    void frameReady();
+
+private:
+    QMutex m_mutex;
+    QImage m_frame;
+    bool m_announced = false;
+    std::atomic<bool> m_watched{false};
+};

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QImage>
+#include <QWidget>
+#include <memory>
+
+class PreviewFrames;
+
+/// The video window of a preview: covers its target and paints the newest frame. While nobody can
+/// see it, no frame is asked for.
+class PreviewSurface : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// @param target the widget that the picture is shown in; owns the surface
+    PreviewSurface(std::shared_ptr<PreviewFrames> frames, QWidget* target);
+    ~PreviewSurface() override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    void takeFrame();
+
+    std::shared_ptr<PreviewFrames> m_frames;
+    QImage m_frame;
+};

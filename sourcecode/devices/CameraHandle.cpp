@@ -1,0 +1,29 @@
+#include "CameraHandle.h"
+
+#include "UVCCamera.h"
+
+#include <QDebug>
+
+CameraHandle& CameraHandle::instance()
+{
+    // The language locks and checks twice for a local static.
+    static CameraHandle handle;
+    return handle;
+}
+
+void CameraHandle::getCameras(int status)
+{
+    qDebug() << "CameraHandle::getCameras" << __LINE__ << "获取设备";
+    m_cameras.clear();
+    UVCCamera::enumerateCameras(m_cameras);
+
+    const QMutexLocker lock(&m_notifyMutex);
+    if (m_notify)
+        m_notify->camerasChanged(m_cameras, status);
+}
+
+void CameraHandle::setNotify(IDeviceNotify* notify)
+{
+    const QMutexLocker lock(&m_notifyMutex);
+    m_notify = notify;
+}

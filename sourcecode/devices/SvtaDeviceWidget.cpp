@@ -1,0 +1,69 @@
+#include "SvtaDeviceWidget.h"
+
+#include "ui_SvtaDeviceWidget.h"
+
+#include <QDebug>
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+SvtaDeviceWidget::SvtaDeviceWidget(QWidget* parent)
+    : QWidget(parent), ui(std::make_unique<Ui::SvtaDeviceWidget>())
+{
+    ui->setupUi(this);
+    setCursor(Qt::PointingHandCursor);
+    setFocusPolicy(Qt::StrongFocus);
+    ui->cardWidget->setAttribute(Qt::WA_Hover);
+    installEventFilter(this);
+}
+
+SvtaDeviceWidget::~SvtaDeviceWidget() = default;
+
+void SvtaDeviceWidget::setData(const DeviceWidgetInfo& info)
+{
+    qDebug() << "info.path" << info.path << "mDeviceWidgetInfo.path" << mDeviceWidgetInfo.path;
+    mDeviceWidgetInfo = info;
+
+    const bool connected = info.status == 1;
+    const QString state = connected ? tr("Connected") : tr("Failed");
+    const QString colour = connected ? QStringLiteral("#60DD00") : QStringLiteral("#FF5E56");
+    ui->labPicture->setStyleSheet(QStringLiteral("border-image:url(:/images/SVC802.png)"));
+    ui->labName->setText(info.name);
+    ui->labStatus->setText(state);
+    ui->labStatus->setStyleSheet(
+        QStringLiteral("font-family: \"Microsoft YaHei UI\"; font-size: 14px; font-weight: 400; "
+                       "border: none; background: transparent; color: %1;")
+            .arg(colour));
+    setAccessibleName(info.name + QStringLiteral(", ") + state);
+    if (!connected)
+        setToolTip(tr("The camera does not answer. Unplug it and plug it in again."));
+}
+
+bool SvtaDeviceWidget::eventFilter(QObject* watched, QEvent* event)
+{
+    const bool press = event->type() == QEvent::MouseButtonPress;
+    const bool release = event->type() == QEvent::MouseButtonRelease;
+    if (watched == this && (press || release) &&
+        static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
+        if (press) {
+            qDebug() << "MouseButtonPress";
+        } else {
+            qDebug() << "MouseButtonRelease";
+            emit sigDeviceWidgetClicked(mDeviceWidgetInfo);
+        }
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void SvtaDeviceWidget::keyPressEvent(QKeyEvent* event)
+{
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Space:
+        emit sigDeviceWidgetClicked(mDeviceWidgetInfo);
+        return;
+    default:
+        QWidget::keyPressEvent(event);
+    }
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "DeviceWidgetInfo.h"
+
+#include <QWidget>
+#include <memory>
+
+namespace Ui
+{
+class SvtaDeviceWidget;
+}
+
+/// The card of one camera in the device list: picture, name and connection state. Opens on release
+/// of the left button, or by Return, Enter or Space.
+class SvtaDeviceWidget : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit SvtaDeviceWidget(QWidget* parent = nullptr);
+    ~SvtaDeviceWidget() override;
+
+    void setData(const DeviceWidgetInfo& info);
+    [[nodiscard]] DeviceWidgetInfo data() const { return mDeviceWidgetInfo; }
+
+signals:
+    void sigShowDevicePages();
+    void sigDeviceWidgetClicked(DeviceWidgetInfo Info);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    std::unique_ptr<Ui::SvtaDeviceWidget> ui;
+    DeviceWidgetInfo mDeviceWidgetInfo;
+};

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QWidget>
+#include <memory>
+
+namespace Ui
+{
+class SvtaStartPage;
+}
+
+/// The start animation.
+class SvtaStartPage : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit SvtaStartPage(QWidget* parent = nullptr);
+    ~SvtaStartPage() override;
+
+private:
+    std::unique_ptr<Ui::SvtaStartPage> ui;
+};

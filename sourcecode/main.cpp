@@ -1,0 +1,39 @@
+#include "shell/Desktop.h"
+#include "shell/HighDpi.h"
+#include "shell/QtSingleApplication.h"
+#include "shell/SorvantaHome.h"
+
+#include "devices/DeviceManager.h"
+#include "logging/LogFile.h"
+
+#include <QStandardPaths>
+#include <QTextCodec>
+
+int main(int argc, char** argv)
+{
+    Desktop::chooseWindowSystem();
+    if (HighDpi::wantsScaling(Desktop::monitorWidth()))
+        HighDpi::enableScaling();
+
+    QtSingleApplication application(argc, argv, true);
+    if (application.isRunning()) {
+        application.sendMessage(QStringLiteral("raise_window_noop"), 5000);
+        return 0;
+    }
+    const LogFile log(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation));
+    Desktop::setFontSubstitutes();
+
+    SorvantaHome home;
+    application.setActivationWindow(&home, true);
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("utf-8"));
+    home.setWindowTitle(QStringLiteral("MarvikTools"));
+    home.show();
+
+    DeviceManager& devices = DeviceManager::instance();
+    devices.start();
+    QObject::connect(&application, &QtSingleApplication::messageReceived, &home,
+                     &SorvantaHome::slotActivateWindow);
+    const int status = QtSingleApplication::exec();
+    devices.stop(); // no notification may reach a window that is going away
+    return status;
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "PictureParameters.h"
+
+#include <optional>
+#include <QString>
+
+/// The picture settings saved for each camera: device.ini in the application's cache location, one
+/// group for each serial number.
+///
+/// A serial number comes from a device and may hold anything. Every serial number has exactly one
+/// group, an ordinary one a group of its own name. A file that is damaged or cannot be written
+/// never costs the settings that are readable in it. GUI thread; calls block on the file system.
+class DeviceIniStore
+{
+public:
+    /// Whether @p serial is one that a camera has told, so that settings can be kept under it.
+    [[nodiscard]] static bool isSerialNumber(const QString& serial);
+
+    /// The group of a serial number, and the serial number of a group.
+    [[nodiscard]] static QString groupName(const QString& serial);
+    [[nodiscard]] static QString serialNumber(const QString& group);
+
+    /// What is saved for @p serial, with 0 for each key that is missing. Creates no file.
+    /// @return nothing when there is no group of this serial number or no readable file
+    [[nodiscard]] std::optional<PictureParameters> read(const QString& serial) const;
+
+    /// Saves @p picture for @p serial and keeps everything else in the file. A file with damaged
+    /// lines is first copied to device.ini.damaged.
+    /// @return false, with the file as it was, when it cannot be written
+    [[nodiscard]] bool write(const QString& serial, const PictureParameters& picture) const;
+};

@@ -1,0 +1,69 @@
+#include "MaskForm.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QEvent>
+#include <QShowEvent>
+
+MaskForm::MaskForm(QWidget* parent)
+    : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint), m_covered(QApplication::activeWindow())
+{
+    QPalette dark = palette();
+    dark.setBrush(QPalette::Window, QColor(0, 0, 0, 255));
+    setPalette(dark);
+    setWindowOpacity(0.5);
+    setAttribute(Qt::WA_ShowWithoutActivating);
+}
+
+void MaskForm::setCoveredWidget(QWidget* widget)
+{
+    if (widget)
+        m_covered = widget;
+}
+
+void MaskForm::showUnder(QDialog* dialog)
+{
+    if (!dialog || dialog == m_dialog)
+        return;
+    if (m_dialog) {
+        m_dialog->removeEventFilter(this);
+        disconnect(m_dialog, &QObject::destroyed, this, nullptr);
+    }
+    m_dialog = dialog;
+    m_dialog->installEventFilter(this);
+    connect(m_dialog, &QObject::destroyed, this, [this] { m_dialog = nullptr; });
+}
+
+void MaskForm::showEvent(QShowEvent* event)
+{
+    if (m_covered)
+        setGeometry(m_covered->window()->geometry());
+    QWidget::showEvent(event);
+}
+
+bool MaskForm::eventFilter(QObject* watched, QEvent* event)
+{
+    if (m_dialog && watched == m_dialog) {
+        if (event->type() == QEvent::Show) {
+            show();
+            placeDialog();
+            m_dialog->raise();
+        } else if (event->type() == QEvent::Hide) {
+            hide();
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void MaskForm::placeDialog()
+{
+    if (!m_covered)
+        return;
+    const QRect covered = m_covered->window()->geometry();
+    const int x = covered.x() + (covered.width() - m_dialog->width()) / 2;
+    const bool atBottom =
+        m_dialog->objectName() == QLatin1String("SvtaSupportedProductDialog");
+    const int y = atBottom ? covered.y() + covered.height() - m_dialog->height()
+                           : covered.y() + (covered.height() - m_dialog->height()) / 2;
+    m_dialog->move(x, y);
+}

@@ -1,0 +1,68 @@
+#include "LogCapture.h"
+
+#include <QMutexLocker>
+
+LogCapture* LogCapture::s_current = nullptr;
+
+LogCapture::LogCapture()
+{
+    Q_ASSERT(!s_current);
+    s_current = this;
+    m_previousFilter = QLoggingCategory::installFilter(&LogCapture::enable);
+    m_previous = qInstallMessageHandler(&LogCapture::take);
+}
+
+LogCapture::~LogCapture()
+{
+    qInstallMessageHandler(m_previous);
+    QLoggingCategory::installFilter(m_previousFilter);
+    s_current = nullptr;
+}
+
+/// Systems and users may switch debug messages off for every program; the tests need the program's.
+void LogCapture::enable(QLoggingCategory* category)
+{
+    if (qstrcmp(category->categoryName(), "default") == 0)
+        category->setEnabled(QtDebugMsg, true);
+}
+
+void LogCapture::take(QtMsgType type, const QMessageLogContext& context, const QString& text)
+{
+    const QMutexLocker locker(&s_current->m_mutex);
+    s_current->m_lines.append({type, text, QString::fromUtf8(context.function), context.line});
+}
+
+QList<LogCapture::Line> LogCapture::lines() const
+{
+    const QMutexLocker locker(&m_mutex);
+    return m_lines;
+}
+
+QStringList LogCapture::texts() const
+{
+    QStringList result;
+    for (const Line& line : lines())
+        result << line.text;
+    return result;
+}
+
+QStringList LogCapture::texts(QtMsgType type) const
+{
+    QStringList result;
+    for (const Line& line : lines()) {
+        if (line.type == type)
+            result << line.text;
+    }
+    return result;
+}
+
+bool LogCapture::contains(const QString& text) const
+{
+    return texts().contains(text);
+}
+
+void LogCapture::clear()
+{
+    const QMutexLocker locker(&m_mutex);
+    m_lines.clear();
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QList>
+#include <QLoggingCategory>
+#include <QMutex>
+#include <QString>
+#include <QStringList>
+#include <QtGlobal>
+
+/// Takes all messages of the program for its lifetime; none reaches the terminal. Messages may come
+/// from any thread. One at a time.
+class LogCapture
+{
+public:
+    struct Line
+    {
+        QtMsgType type = QtDebugMsg;
+        QString text;
+        QString function; ///< as the compiler spells it; empty when the message has no origin
+        int sourceLine = 0;
+    };
+
+    LogCapture();
+    ~LogCapture();
+    LogCapture(const LogCapture&) = delete;
+    LogCapture& operator=(const LogCapture&) = delete;
+
+    [[nodiscard]] QList<Line> lines() const;
+    [[nodiscard]] QStringList texts() const;
+    [[nodiscard]] QStringList texts(QtMsgType type) const;
+    [[nodiscard]] bool contains(const QString& text) const;
+    void clear();
+
+private:
+    static void enable(QLoggingCategory* category);
+    static void take(QtMsgType type, const QMessageLogContext& context, const QString& text);
+
+    static LogCapture* s_current;
+
+    mutable QMutex m_mutex;
+    QList<Line> m_lines;
+    QtMessageHandler m_previous;
+    QLoggingCategory::CategoryFilter m_previousFilter;
+};

@@ -1,0 +1,209 @@
+#include "DeviceIniStoreTest.h"
+
+#include "QtPrinters.h"
+
+#include <csignal>
+#include <fcntl.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr uid_t kNobody = 65534;
+
+const QString kFirst = QStringLiteral("SN1");
+const QString kSecond = QStringLiteral("SN2");
+
+/// No file grows beyond @p bytes while this lives.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        m_handler = std::signal(SIGXFSZ, SIG_IGN); // the write is to fail, not the process
+        getrlimit(RLIMIT_FSIZE, &m_previous);
+        rlimit limit = m_previous;
+        limit.rlim_cur = bytes;
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_previous);
+        std::signal(SIGXFSZ, m_handler);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    rlimit m_previous{};
+    void (*m_handler)(int) = SIG_DFL;
+};
+
+/// The process obeys file permissions while this lives, also when root runs it.
+class WithoutPrivileges
+{
+public:
+    WithoutPrivileges() : m_root(geteuid() == 0 && seteuid(kNobody) == 0) {}
+    ~WithoutPrivileges()
+    {
+        EXPECT_TRUE(!m_root || seteuid(0) == 0);
+    }
+    WithoutPrivileges(const WithoutPrivileges&) = delete;
+    WithoutPrivileges& operator=(const WithoutPrivileges&) = delete;
+
+private:
+    bool m_root;
+};
+
+} // namespace
+
+class DeviceIniStoreFaultTest : public DeviceIniStoreTest
+{
+protected:
+    void SetUp() override
+    {
+        DeviceIniStoreTest::SetUp();
+        ASSERT_TRUE(m_store.write(kFirst, pictureOf(100)));
+        m_before = contents();
+        ASSERT_EQ(chmod(m_home.path().toLocal8Bit().constData(), 0755), 0);
+    }
+
+    void expectUntouched() const
+    {
+        EXPECT_EQ(contents(), m_before);
+        EXPECT_EQ(m_store.read(kFirst), pictureOf(100));
+        EXPECT_EQ(files(), QStringList{QStringLiteral("device.ini")});
+    }
+
+    QByteArray m_before;
+};
+
+TEST_F(DeviceIniStoreFaultTest, FileThatCannotGrowKeepsWhatWasSaved)
+{
+    for (const int limit : {0, 1, m_before.size(), m_before.size() + 10}) {
+        {
+            const FileSizeLimit full(static_cast<rlim_t>(limit));
+            EXPECT_FALSE(m_store.write(kSecond, pictureOf(120))) << limit;
+        }
+        expectUntouched();
+    }
+}
+
+TEST_F(DeviceIniStoreFaultTest, FullDiskKeepsWhatWasSaved)
+{
+    if (unshare(CLONE_NEWNS) != 0 || mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+        GTEST_SKIP() << "needs the right to mount";
+    const QByteArray location = m_location.toLocal8Bit();
+    ASSERT_EQ(mount("tmpfs", location.constData(), "tmpfs", 0, "size=64k"), 0);
+    ASSERT_TRUE(m_store.write(kFirst, pictureOf(100)));
+    const int filler = open((location + "/filler").constData(), O_WRONLY | O_CREAT, 0600);
+    const QByteArray block(4096, 'x');
+    while (write(filler, block.constData(), size_t(block.size())) > 0) {
+    }
+    close(filler);
+
+    EXPECT_FALSE(m_store.write(kSecond, pictureOf(120)));
+    EXPECT_EQ(contents(), m_before);
+    EXPECT_EQ(files(), (QStringList{QStringLiteral("device.ini"), QStringLiteral("filler")}));
+    ASSERT_EQ(unlink((location + "/filler").constData()), 0);
+    EXPECT_TRUE(m_store.write(kSecond, pictureOf(120)));
+    EXPECT_EQ(umount(location.constData()), 0);
+}
+
+TEST_F(DeviceIniStoreFaultTest, ReadOnlyDirectoryKeepsWhatWasSaved)
+{
+    ASSERT_EQ(chmod(m_location.toLocal8Bit().constData(), 0555), 0);
+    {
+        const WithoutPrivileges user;
+        EXPECT_FALSE(m_store.write(kFirst, pictureOf(120)));
+        EXPECT_FALSE(m_store.write(kSecond, pictureOf(120)));
+    }
+    ASSERT_EQ(chmod(m_location.toLocal8Bit().constData(), 0755), 0);
+    expectUntouched();
+}
+
+TEST_F(DeviceIniStoreFaultTest, CacheLocationThatCannotBeCreatedFailsTheSave)
+{
+    ASSERT_TRUE(QDir(m_home.filePath(QStringLiteral("cache"))).removeRecursively());
+    QFile inTheWay(m_home.filePath(QStringLiteral("cache")));
+    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    EXPECT_FALSE(m_store.write(kFirst, pictureOf(120)));
+    EXPECT_EQ(m_store.read(kFirst), std::nullopt);
+}
+
+TEST_F(DeviceIniStoreFaultTest, FileThatCannotBeReadIsNotReplaced)
+{
+    ASSERT_EQ(chmod(m_path.toLocal8Bit().constData(), 0), 0);
+    ASSERT_EQ(chmod(m_location.toLocal8Bit().constData(), 0777), 0);
+    {
+        const WithoutPrivileges user;
+        EXPECT_EQ(m_store.read(kFirst), std::nullopt);
+        EXPECT_FALSE(m_store.write(kSecond, pictureOf(120)));
+    }
+    ASSERT_EQ(chmod(m_path.toLocal8Bit().constData(), 0600), 0);
+    expectUntouched();
+}
+
+TEST_F(DeviceIniStoreFaultTest, DirectoryOrPipeOfThatNameFailsTheSave)
+{
+    ASSERT_TRUE(QFile::remove(m_path));
+    ASSERT_TRUE(QDir().mkpath(m_path));
+    EXPECT_EQ(m_store.read(kFirst), std::nullopt);
+    EXPECT_FALSE(m_store.write(kFirst, pictureOf(120)));
+
+    ASSERT_TRUE(QDir().rmdir(m_path));
+    ASSERT_EQ(mkfifo(m_path.toLocal8Bit().constData(), 0600), 0);
+    EXPECT_EQ(m_store.read(kFirst), std::nullopt);
+    EXPECT_FALSE(m_store.write(kFirst, pictureOf(120)));
+}
+
+TEST_F(DeviceIniStoreFaultTest, FailedSaveIsNotMadeUpForLater)
+{
+    {
+        const FileSizeLimit full(0);
+        EXPECT_FALSE(m_store.write(kFirst, pictureOf(170)));
+        EXPECT_FALSE(m_store.write(kSecond, pictureOf(120)));
+    }
+    ASSERT_TRUE(m_store.write(QStringLiteral("SN3"), pictureOf(130)));
+    EXPECT_EQ(m_store.read(kFirst), pictureOf(100));
+    EXPECT_EQ(m_store.read(kSecond), std::nullopt);
+}
+
+TEST_F(DeviceIniStoreFaultTest, DamagedFileReadsAsWhatIsReadableInIt)
+{
+    for (const QByteArray& garbage :
+         {QByteArray(4096, '\0'), QByteArray("\xFF\xFE\x80[[[\n]]=\n"), QByteArray("[unclosed\n"),
+          QByteArray("no equals sign here\n"), QByteArray("bright=@Variant(\\0\\0)\n")}) {
+        setContents(garbage + m_before);
+        (void)m_store.read(kSecond);
+        setContents(m_before + garbage);
+        EXPECT_EQ(m_store.read(kFirst), pictureOf(100));
+        setContents(garbage);
+        EXPECT_EQ(m_store.read(kFirst), std::nullopt);
+    }
+    setContents(m_before.left(m_before.size() / 2));
+    EXPECT_EQ(m_store.read(kFirst)->bright, 100);
+}
+
+TEST_F(DeviceIniStoreFaultTest, SaveIntoADamagedFileKeepsReadableGroupsAndACopy)
+{
+    const QByteArray damaged = m_before + "\n[SN2]\nthis line is damaged\nbright=121\n[unclosed\n";
+    setContents(damaged);
+    ASSERT_TRUE(m_store.write(QStringLiteral("SN3"), pictureOf(130)));
+    EXPECT_EQ(m_store.read(kFirst), pictureOf(100));
+    EXPECT_EQ(m_store.read(kSecond)->bright, 121);
+    EXPECT_EQ(m_store.read(QStringLiteral("SN3")), pictureOf(130));
+
+    QFile copy(m_path + QStringLiteral(".damaged"));
+    ASSERT_TRUE(copy.open(QIODevice::ReadOnly));
+    EXPECT_EQ(copy.readAll(), damaged);
+}
+
+TEST_F(DeviceIniStoreFaultTest, SaveIntoASoundFileLeavesNoCopy)
+{
+    ASSERT_TRUE(m_store.write(kSecond, pictureOf(120)));
+    EXPECT_EQ(files(), QStringList{QStringLiteral("device.ini")});
+}

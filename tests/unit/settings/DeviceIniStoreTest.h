@@ -1,0 +1,69 @@
+#pragma once
+
+#include "DeviceIniStore.h"
+
+#include <gtest/gtest.h>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+inline PictureParameters pictureOf(int bright)
+{
+    PictureParameters p;
+    p.bright = bright;
+    p.contrast = bright + 1;
+    p.saturation = bright + 2;
+    p.sharpness = bright + 3;
+    p.imageMode = 3;
+    return p;
+}
+
+/// A store in a cache location of its own, which does not exist yet.
+class DeviceIniStoreTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        m_previous = qgetenv("XDG_CACHE_HOME");
+        qputenv("XDG_CACHE_HOME", QFile::encodeName(m_home.filePath(QStringLiteral("cache"))));
+        m_location = QStandardPaths::standardLocations(QStandardPaths::CacheLocation).first();
+        m_path = m_location + QStringLiteral("/device.ini");
+    }
+
+    void TearDown() override
+    {
+        if (m_previous.isNull())
+            qunsetenv("XDG_CACHE_HOME");
+        else
+            qputenv("XDG_CACHE_HOME", m_previous);
+    }
+
+    [[nodiscard]] QByteArray contents() const
+    {
+        QFile file(m_path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    void setContents(const QByteArray& bytes) const
+    {
+        ASSERT_TRUE(QDir().mkpath(m_location));
+        QFile file(m_path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        ASSERT_EQ(file.write(bytes), bytes.size());
+    }
+
+    [[nodiscard]] QStringList files() const
+    {
+        return QDir(m_location).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
+
+    QTemporaryDir m_home;
+    QString m_location;
+    QString m_path;
+    DeviceIniStore m_store;
+
+private:
+    QByteArray m_previous;
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "CameraIdentity.h"
+#include "Testbed.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace virtualcamera {
+
+/// The node numbers of a camera on the bus.
+struct NodeNumbers
+{
+    std::optional<int> hid;
+    std::optional<int> video;
+    std::optional<int> metadata;
+};
+
+/// The numbers a bus gives out with every new device.
+struct BusNumbers
+{
+    int deviceNumber = 2;
+    int hidInstance = 1;
+};
+
+/// The devices a camera adds to sysfs, in the order the kernel announces them: parents first, the
+/// video interface before the HID interface.
+std::vector<SysfsDevice> cameraDevices(const CameraIdentity& identity, const NodeNumbers& nodes,
+                                       const BusNumbers& bus);
+
+/// The root hub all cameras hang below.
+SysfsDevice rootHub();
+
+} // namespace virtualcamera

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <thread>
+
+namespace virtualcamera {
+
+/// Runs tasks at their time, one after the other on a thread of its own.
+class Scheduler
+{
+public:
+    using Task = std::function<void()>;
+
+    Scheduler();
+    ~Scheduler();
+    Scheduler(const Scheduler&) = delete;
+    Scheduler& operator=(const Scheduler&) = delete;
+
+    /// Waits for the running task and forgets the others, for good.
+    void stop();
+    void after(std::chrono::milliseconds delay, Task task);
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    void run();
+
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::multimap<Clock::time_point, Task> m_tasks;
+    bool m_stopping = false;
+    std::thread m_thread;
+};
+
+} // namespace virtualcamera

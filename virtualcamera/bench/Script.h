@@ -1,0 +1,31 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace virtualcamera {
+
+/// A file of control requests. The line "start" separates those carried out before the program
+/// starts from those carried out while it runs; without it all run beside the program.
+class Script
+{
+public:
+    /// Throws std::runtime_error when the file cannot be read.
+    static Script load(const std::string& path);
+
+    const std::vector<std::string>& before() const { return m_before; }
+    const std::vector<std::string>& beside() const { return m_beside; }
+
+    /// "sleep <ms>" is done by `sleep`, everything else by `execute`, which returns the reply.
+    /// Failed requests are reported on stderr with their line.
+    static void run(const std::vector<std::string>& lines,
+                    const std::function<std::string(const std::string&)>& execute,
+                    const std::function<bool(long)>& sleep);
+
+private:
+    std::vector<std::string> m_before;
+    std::vector<std::string> m_beside;
+};
+
+} // namespace virtualcamera

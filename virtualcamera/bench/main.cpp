@@ -1,0 +1,197 @@
+#include "Bench.h"
+#include "BenchCommands.h"
+#include "ChildProcess.h"
+#include "CommandLine.h"
+#include "ControlServer.h"
+#include "SanitizerPreload.h"
+#include "Script.h"
+#include "protocol/ControlText.h"
+
+#include <array>
+#include <csignal>
+#include <filesystem>
+#include <iostream>
+#include <optional>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/signalfd.h>
+#include <thread>
+#include <unistd.h>
+
+using namespace virtualcamera;
+
+namespace {
+
+constexpr int kUsageError = 2;
+constexpr std::chrono::milliseconds kEndPatience{5000};
+
+FileDescriptor blockSignals()
+{
+    // Before any thread starts, so that all of them leave these signals to the main loop.
+    sigset_t signals;
+    ::sigemptyset(&signals);
+    for (const int number : {SIGTERM, SIGINT, SIGHUP, SIGCHLD})
+        ::sigaddset(&signals, number);
+    ::sigprocmask(SIG_BLOCK, &signals, nullptr);
+    ::signal(SIGPIPE, SIG_IGN);
+    return FileDescriptor(::signalfd(-1, &signals, SFD_CLOEXEC));
+}
+
+Environment childEnvironment(const Bench& bench, const std::string& socket,
+                             const std::string& program)
+{
+    // Our library must come before umockdev's, whose gaps it fills, and a sanitizer before both.
+    const std::filesystem::path directory =
+        std::filesystem::read_symlink("/proc/self/exe").parent_path();
+    std::string preload = (directory / "libvirtualcamera-preload.so").string();
+    preload += ":libumockdev-preload.so.0";
+    const std::string sanitizer = program.empty() ? std::string() : sanitizerPreload(program);
+    if (!sanitizer.empty())
+        preload = sanitizer + ':' + preload;
+    if (const char* inherited = std::getenv("LD_PRELOAD"); inherited && *inherited)
+        preload += std::string(":") + inherited;
+    return {{"LD_PRELOAD", preload}, {"UMOCKDEV_DIR", bench.root()}, {kSocketVariable, socket}};
+}
+
+/// Lets a script sleep, until the bench ends.
+class StopFlag
+{
+public:
+    void raise()
+    {
+        {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            m_raised = true;
+        }
+        m_changed.notify_all();
+    }
+    /// False when the flag was raised.
+    bool sleep(long milliseconds)
+    {
+        std::unique_lock<std::mutex> lock(m_mutex);
+        return !m_changed.wait_for(lock, std::chrono::milliseconds(milliseconds),
+                                   [this] { return m_raised; });
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    bool m_raised = false;
+};
+
+/// Waits for signals, for the program's end and for the "quit" request.
+int mainLoop(const FileDescriptor& signals, const FileDescriptor& quit,
+             std::optional<ChildProcess>& child)
+{
+    using Clock = std::chrono::steady_clock;
+    std::optional<Clock::time_point> killAt;
+    for (;;) {
+        std::array<pollfd, 2> events{{{signals.get(), POLLIN, 0}, {quit.get(), POLLIN, 0}}};
+        const int timeout = killAt ? 200 : -1;
+        ::poll(events.data(), killAt ? 1 : 2, timeout);
+        if ((events[1].revents & POLLIN) != 0) {
+            if (!child)
+                return 0;
+            child->signal(SIGTERM);
+            killAt = Clock::now() + kEndPatience;
+        }
+        if ((events[0].revents & POLLIN) != 0) {
+            signalfd_siginfo info{};
+            if (::read(signals.get(), &info, sizeof info) == sizeof info &&
+                info.ssi_signo != SIGCHLD) {
+                if (!child)
+                    return 0;
+                // A key press at the terminal has reached the program already.
+                if (info.ssi_code != SI_KERNEL)
+                    child->signal(static_cast<int>(info.ssi_signo));
+            }
+        }
+        if (child) {
+            if (const auto status = child->poll())
+                return *status;
+            if (killAt && Clock::now() > *killAt)
+                child->signal(SIGKILL);
+        }
+    }
+}
+
+void printEnvironment(const Environment& environment)
+{
+    for (const auto& [name, value] : environment)
+        std::cout << "export " << name << "='" << value << "'\n";
+    std::cout << std::flush;
+}
+
+/// The handles of an ended program are closed a moment later, on umockdev's thread.
+bool waitUntilIdle(Bench& bench)
+{
+    for (int i = 0; i < 100 && !bench.isIdle(); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    return bench.isIdle();
+}
+
+int run(const CommandLine& line)
+{
+    const FileDescriptor signals = blockSignals();
+    const FileDescriptor quit(::eventfd(0, EFD_CLOEXEC));
+    auto bench = std::make_unique<Bench>();
+    BenchCommands commands(*bench, [&quit] { ::eventfd_write(quit.get(), 1); });
+    const std::string socket =
+        line.controlSocket.empty() ? bench->root() + "/control" : line.controlSocket;
+    auto server = std::make_unique<ControlServer>(commands, socket);
+    const auto execute = [&commands](const std::string& request) {
+        return commands.execute(request);
+    };
+    StopFlag stop;
+    const auto sleep = [&stop](long milliseconds) { return stop.sleep(milliseconds); };
+
+    const Script script = line.script.empty() ? Script() : Script::load(line.script);
+    for (const std::string& request : line.plugs)
+        if (const std::string reply = execute(request); reply != "ok")
+            throw std::invalid_argument(request + ": " + reply);
+    Script::run(script.before(), execute, sleep);
+
+    const std::string program = line.program.empty() ? std::string() : line.program.front();
+    const Environment environment = childEnvironment(*bench, socket, program);
+    std::optional<ChildProcess> child;
+    if (program.empty())
+        printEnvironment(environment);
+    else
+        child.emplace(line.program, environment);
+    std::thread besideProgram([&] { Script::run(script.beside(), execute, sleep); });
+
+    const int status = mainLoop(signals, quit, child);
+    stop.raise();
+    commands.stop();
+    besideProgram.join();
+    server.reset();
+    if (!waitUntilIdle(*bench)) {
+        // A grandchild still holds nodes; its calls end in the bench's threads, so those must not
+        // be taken apart. The files must not stay behind all the same.
+        std::error_code ignored;
+        std::filesystem::remove_all(bench->root(), ignored);
+        std::_Exit(status);
+    }
+    bench.reset();
+    return status;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        const CommandLine line = CommandLine::parse(argc, argv);
+        if (line.wantsHelp) {
+            std::cout << CommandLine::usage();
+            return 0;
+        }
+        return run(line);
+    } catch (const std::invalid_argument& error) {
+        std::cerr << "virtualcamera: " << error.what() << '\n' << CommandLine::usage();
+        return kUsageError;
+    } catch (const std::exception& error) {
+        std::cerr << "virtualcamera: " << error.what() << '\n';
+        return 1;
+    }
+}

@@ -1,0 +1,118 @@
+#pragma once
+
+#include "Fault.h"
+#include "FirmwareReceiver.h"
+#include "RequestLog.h"
+#include "Settings.h"
+
+#include <chrono>
+#include <optional>
+#include <string>
+
+namespace virtualcamera {
+
+struct DeviceConfig
+{
+    Bytes serial;
+    Bytes firmwareVersion{1, 0, 5};
+    /// Payload byte 0 of the probe's answer; 0 means connected.
+    std::uint8_t probe = 0;
+    /// Bytes the device puts before the value in the answer to a settings read.
+    Bytes replyPrefix;
+    std::array<ControlRange, kControlCount> controlRanges{};
+    /// Time from acknowledging the end of a firmware transfer to leaving the bus. A host must be
+    /// able to fetch the acknowledgement before the device takes its queue with it.
+    std::chrono::milliseconds dropDelay{150};
+    std::chrono::milliseconds returnDelay{1000};
+};
+
+struct VideoFormat
+{
+    std::uint32_t width = 1920;
+    std::uint32_t height = 1080;
+    bool streaming = false;
+};
+
+struct BusDrop
+{
+    std::chrono::milliseconds after{0};
+    /// Nothing when the device stays away.
+    std::optional<std::chrono::milliseconds> returnsAfter;
+};
+
+/// What happens on the bus because of one request.
+struct Reaction
+{
+    bool writeFails = false;
+    bool nextReadFails = false;
+    std::chrono::milliseconds delay{0};
+    std::vector<Bytes> reports;
+    std::optional<BusDrop> drop;
+};
+
+/// The camera behind the HID interface: its registers, firmware and request log. Knows nothing of
+/// operating systems; a front end brings reports in and carries the reactions out. Not
+/// thread-safe.
+class Device
+{
+public:
+    explicit Device(DeviceConfig config);
+
+    Reaction handleReport(const std::uint8_t* data, std::size_t size);
+    /// The device was without power: stored settings come back, a firmware that was received
+    /// intact is running now.
+    void powerCycle();
+
+    DeviceConfig& config() { return m_config; }
+    const DeviceConfig& config() const { return m_config; }
+    SettingsBank& current() { return m_current; }
+    const SettingsBank& current() const { return m_current; }
+    const SettingsBank& stored() const { return m_stored; }
+    const ControlRange& range(Control control) const;
+
+    /// The format reported while nothing streams.
+    VideoFormat& configuredFormat() { return m_configuredFormat; }
+    const VideoFormat& configuredFormat() const { return m_configuredFormat; }
+    /// Told by the video front end; nothing when the stream stopped.
+    void setStream(std::optional<VideoFormat> stream) { m_stream = stream; }
+    VideoFormat reportedFormat() const;
+
+    FaultPlan& faults() { return m_faults; }
+    const FaultPlan& faults() const { return m_faults; }
+    RequestLog& log() { return m_log; }
+    const RequestLog& log() const { return m_log; }
+    const FirmwareReceiver& firmware() const { return m_receiver; }
+
+    std::string firmwareVersionText() const;
+
+private:
+    struct Outcome
+    {
+        Verdict verdict = Verdict::Ok;
+        std::uint32_t status = 0;
+        Bytes payload;
+        bool endsTransfer = false;
+    };
+
+    Outcome execute(const Request& request);
+    Outcome readSetting(const SettingInfo& info) const;
+    Outcome writeSetting(const SettingInfo& info, const Request& request);
+    Outcome runFirmwareCommand(const Request& request);
+    bool breaksExclusivity(Setting setting, std::uint8_t value) const;
+    Bytes videoFormatPayload() const;
+    BusDrop restartAfterUpdate();
+    Bytes staleReport() const;
+
+    DeviceConfig m_config;
+    SettingsBank m_current;
+    SettingsBank m_stored;
+    VideoFormat m_configuredFormat;
+    std::optional<VideoFormat> m_stream;
+    FaultPlan m_faults;
+    RequestLog m_log;
+    FirmwareReceiver m_receiver;
+    std::optional<Bytes> m_pendingVersion;
+    Bytes m_lastReport;
+};
+
+} // namespace virtualcamera

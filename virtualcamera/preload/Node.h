@@ -1,0 +1,21 @@
+#pragma once
+
+#include <stdbool.h>
+#include <sys/stat.h>
+
+/* The testbed's directory, or NULL in a process without one. */
+const char* nodeRoot(void);
+
+/* The node "/dev/..." of a virtual camera that `fd` is open on; false for any other file. */
+bool nodeOfFd(int fd, char* path, unsigned long size);
+
+/* Whether a path can be that of a node. */
+bool isNodePath(const char* path);
+
+/* fstat() of the C library, which shows the FIFO behind a node. */
+int realFstat(int fd, struct stat* status);
+
+/* umockdev keeps its table of open nodes without a lock; everything that changes the table is
+ * done under this one. */
+void nodeTableLock(void);
+void nodeTableUnlock(void);

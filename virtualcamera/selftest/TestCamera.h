@@ -1,0 +1,47 @@
+#pragma once
+
+#include "client/VirtualCameraClient.h"
+#include "core/Frame.h"
+
+#include <hidapi/hidapi.h>
+
+#include <memory>
+#include <string>
+
+namespace virtualcamera {
+
+/// A camera on the bench for the time of a test.
+class TestCamera
+{
+public:
+    explicit TestCamera(std::string id = "selftest",
+                        const VirtualCameraClient::Options& options = {});
+    ~TestCamera();
+    TestCamera(const TestCamera&) = delete;
+    TestCamera& operator=(const TestCamera&) = delete;
+
+    const std::string& id() const { return m_id; }
+    std::string hidNode() { return bench.nodes(m_id).hid; }
+    std::string videoNode() { return bench.nodes(m_id).video; }
+
+    VirtualCameraClient bench;
+
+private:
+    std::string m_id;
+};
+
+struct HidCloser
+{
+    void operator()(hid_device* device) const { hid_close(device); }
+};
+using HidHandle = std::unique_ptr<hid_device, HidCloser>;
+
+HidHandle openHid(const std::string& node);
+Bytes readRequest(std::uint16_t command);
+Bytes writeRequest(std::uint16_t command, std::uint8_t value);
+/// Reads one report; empty when none came in time. `result` is that of hid_read_timeout().
+Bytes readReport(const HidHandle& handle, int milliseconds, int* result = nullptr);
+
+std::size_t openDescriptors();
+
+} // namespace virtualcamera
