@@ -2,17 +2,16 @@
 
 #include "VideoProcAmp.h"
 
+#include <memory>
+#include <optional>
 #include <QSize>
 #include <QString>
 #include <QtGui/qwindowdefs.h>
-#include <memory>
-#include <optional>
 
 class SampleGrabberCallback;
 
 /// Frame formats that a preview may ask for; chosen by the colour depth of the screen.
-enum class PreviewFormat
-{
+enum class PreviewFormat {
     Rgb8,
     Rgb555,
     Rgb24,

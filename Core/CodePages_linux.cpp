@@ -1,7 +1,6 @@
 #include "CodePages.h"
 
-namespace CodePages
-{
+namespace CodePages {
 
 QByteArray encode(const QString& text)
 {

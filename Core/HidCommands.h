@@ -3,8 +3,7 @@
 #include <cstdint>
 
 /// Command codes of the camera. The read and the write code of a setting differ in the low bit.
-namespace HidCommands
-{
+namespace HidCommands {
 
 constexpr std::uint16_t FirmwareStart = 0x4000;
 constexpr std::uint16_t FirmwarePacket = 0x4200;

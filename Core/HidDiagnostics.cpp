@@ -3,12 +3,11 @@
 #include "HidFrame.h"
 #include "HidHandle.h"
 
-#include <QDebug>
 #include <algorithm>
 #include <cwchar>
+#include <QDebug>
 
-namespace
-{
+namespace {
 
 constexpr std::size_t kMaxString = 255;
 constexpr int kReadTimeoutMs = 20;
@@ -19,7 +18,8 @@ using WideString = std::array<wchar_t, kMaxString>;
 
 QString textOf(const WideString& string)
 {
-    return QString::fromWCharArray(string.data(), static_cast<int>(wcsnlen(string.data(), kMaxString)));
+    return QString::fromWCharArray(string.data(),
+                                   static_cast<int>(wcsnlen(string.data(), kMaxString)));
 }
 
 template <typename Read>

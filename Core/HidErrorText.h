@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QString>
 #include <hidapi/hidapi.h>
+#include <QString>
 
 /// hidapi's text about the last failure of @p device; empty when it has none.
 inline QString hidErrorText(hid_device* device)

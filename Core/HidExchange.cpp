@@ -20,8 +20,7 @@ void HidExchange::run(const QByteArray& path, const HidFrame::Buffer& frame, int
     }
 
     m_outcome = Outcome::Finished;
-    m_readResult =
-        hid_read_timeout(handle.get(), m_received.data(), m_received.size(), timeoutMs);
+    m_readResult = hid_read_timeout(handle.get(), m_received.data(), m_received.size(), timeoutMs);
     if (m_readResult < 1 && rule == WriteRule::MustSucceed)
         m_errorText = hidErrorText(handle.get());
 }

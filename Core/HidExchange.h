@@ -9,16 +9,14 @@
 class HidExchange
 {
 public:
-    enum class Outcome
-    {
+    enum class Outcome {
         OpenFailed,
         WriteFailed,
         Finished ///< the read step was reached; its result says the rest
     };
 
     /// What becomes of a failed write.
-    enum class WriteRule
-    {
+    enum class WriteRule {
         MustSucceed, ///< the exchange ends there
         Ignored      ///< the answer is waited for all the same
     };

@@ -1,13 +1,11 @@
 #include "HidFrame.h"
 
-#include <QtGlobal>
 #include <algorithm>
+#include <QtGlobal>
 
-namespace HidFrame
-{
+namespace HidFrame {
 
-namespace
-{
+namespace {
 
 constexpr std::uint16_t kPolynomial = 0x1021;
 

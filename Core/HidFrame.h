@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QByteArray>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <QByteArray>
 
 /// The one frame that travels between the program and a camera, in both directions: 1024 bytes, all
 /// multi-byte fields little-endian.
@@ -20,8 +20,7 @@
 /// | 14     | 1010 | payload          | payload           |
 ///
 /// Everything here is a pure function of its arguments and may be called on any thread.
-namespace HidFrame
-{
+namespace HidFrame {
 
 constexpr std::size_t kSize = 1024;
 constexpr std::size_t kHeaderSize = 14;
@@ -34,11 +33,10 @@ constexpr std::uint16_t kMagic = 0x5A5A;
 constexpr std::uint16_t kChecksumSeed = 0xFFFF;
 
 /// Meaning of the data status byte of a request.
-enum DataStatus : std::uint8_t
-{
-    Control = 0,       ///< start or end of a firmware transfer
+enum DataStatus : std::uint8_t {
+    Control = 0,        ///< start or end of a firmware transfer
     PayloadFollows = 1, ///< a parameter write, or a firmware packet that is not the last
-    ReadOrFinal = 2,   ///< a read without payload, or the last firmware packet
+    ReadOrFinal = 2,    ///< a read without payload, or the last firmware packet
 };
 
 using Buffer = std::array<std::uint8_t, kSize>;
@@ -75,7 +73,10 @@ struct Response
     std::uint32_t status = 0;
     std::uint16_t crc = 0;
 
-    [[nodiscard]] bool answers(std::uint16_t request) const { return status == 0 && cmd == request; }
+    [[nodiscard]] bool answers(std::uint16_t request) const
+    {
+        return status == 0 && cmd == request;
+    }
 };
 
 [[nodiscard]] Response parseResponse(const Buffer& frame);

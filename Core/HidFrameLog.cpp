@@ -2,8 +2,7 @@
 
 #include <QDebug>
 
-namespace HidFrameLog
-{
+namespace HidFrameLog {
 
 void sent(const unsigned char* f)
 {

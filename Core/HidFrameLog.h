@@ -3,8 +3,7 @@
 #include "HidFrame.h"
 
 /// Debug lines about frames, in the form that support reads them.
-namespace HidFrameLog
-{
+namespace HidFrameLog {
 
 /// Logs an outgoing frame, one hexadecimal number without padding for each byte and the most
 /// significant byte of a field first.

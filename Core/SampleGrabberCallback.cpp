@@ -1,6 +1,9 @@
 #include "SampleGrabberCallback.h"
 
-SampleGrabberCallback::SampleGrabberCallback(QObject* parent) : QObject(parent) {}
+SampleGrabberCallback::SampleGrabberCallback(QObject* parent)
+    : QObject(parent)
+{
+}
 
 void SampleGrabberCallback::setFrameSize(const QSize& size)
 {

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <atomic>
 #include <QImage>
 #include <QObject>
 #include <QSize>
-#include <atomic>
 
 /// Receives every frame of a running preview and hands it on as an image.
 ///

@@ -2,12 +2,11 @@
 
 #include "HidDevices.h"
 
-#include <QString>
 #include <array>
+#include <QString>
 
 /// What makes a USB device one of our cameras.
-namespace SupportedCameras
-{
+namespace SupportedCameras {
 
 constexpr quint16 kVendorId = 0xB206;
 constexpr quint16 kProductId = 0xB215;

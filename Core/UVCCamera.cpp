@@ -5,8 +5,7 @@
 
 #include <QDebug>
 
-namespace
-{
+namespace {
 
 std::optional<PreviewFormat> previewFormatFor(int screenColourDepth)
 {
@@ -26,10 +25,14 @@ std::optional<PreviewFormat> previewFormatFor(int screenColourDepth)
 
 } // namespace
 
-UVCCamera::UVCCamera(QObject* parent) : UVCCamera(CaptureGraph::makePlatformGraph(), parent) {}
+UVCCamera::UVCCamera(QObject* parent)
+    : UVCCamera(CaptureGraph::makePlatformGraph(), parent)
+{
+}
 
 UVCCamera::UVCCamera(std::unique_ptr<CaptureGraph> graph, QObject* parent)
-    : QObject(parent), m_graph(std::move(graph))
+    : QObject(parent)
+    , m_graph(std::move(graph))
 {
     connect(&m_callback, &SampleGrabberCallback::sigImage, this, &UVCCamera::sigImage,
             Qt::DirectConnection);

@@ -5,6 +5,7 @@
 #include "UVCHid.h"
 #include "VideoProcAmp.h"
 
+#include <memory>
 #include <QImage>
 #include <QList>
 #include <QMap>
@@ -12,7 +13,6 @@
 #include <QPair>
 #include <QString>
 #include <QtGui/qwindowdefs.h>
-#include <memory>
 
 class CaptureGraph;
 
@@ -123,7 +123,8 @@ private:
     int m_screenColourDepth = 0;
     QString m_currentDevicePath;
     WId m_targetWindow = 0;
-    SampleGrabberCallback m_callback; ///< declared before the graph: the graph calls it till its end
+    SampleGrabberCallback
+        m_callback; ///< declared before the graph: the graph calls it till its end
     std::unique_ptr<CaptureGraph> m_graph;
     std::unique_ptr<VideoProcAmp> m_videoProcAmp;
     std::unique_ptr<UVCHid> m_hid;

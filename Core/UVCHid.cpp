@@ -5,8 +5,7 @@
 
 #include <QDebug>
 
-namespace
-{
+namespace {
 
 struct EnumerationDeleter
 {

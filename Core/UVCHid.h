@@ -41,9 +41,9 @@ public:
 
     /// Reads one value as text.
     /// @return the decoded text: local 8-bit text for the serial number, a decimal number for a
-    ///         setting, numbers joined by dots for the version. Empty when the exchange fails or the
-    ///         camera refuses; the one character U+FFFF when the interface cannot be opened. Callers
-    ///         convert with QString::toInt, so both failures become 0.
+    ///         setting, numbers joined by dots for the version. Empty when the exchange fails or
+    ///         the camera refuses; the one character U+FFFF when the interface cannot be opened.
+    ///         Callers convert with QString::toInt, so both failures become 0.
     QString readInfoFromDevice(int cmd);
 
     /// Reads the current video format into the entries "width", "height" and "streamon".

@@ -7,8 +7,7 @@
 #include <QDebug>
 #include <QStringList>
 
-namespace
-{
+namespace {
 
 constexpr int kReadTimeoutMs = 3000;
 constexpr int kWriteTimeoutMs = 1000;
@@ -87,7 +86,7 @@ QString UVCHid::readInfoFromDevice(int cmd)
     HidFrameLog::received(m_lastResponse);
     const QByteArray payload = HidFrame::payloadOf(exchange.received());
     for (const char byte : payload) {
-        const int number = static_cast<signed char>(byte);
+        const int number{qint8(byte)};
         qDebug() << number;
         qDebug("%d\n", number);
     }
@@ -98,7 +97,7 @@ QString UVCHid::readInfoFromDevice(int cmd)
         return QString::fromLocal8Bit(payload);
     if (isSettingRead(cmd))
         return decodeSetting(payload);
-    const QString version = decodeVersion(payload);
+    QString version = decodeVersion(payload);
     qDebug() << version;
     return version;
 }

@@ -1,7 +1,6 @@
 #include "VideoDevices.h"
 
-namespace VideoDevices
-{
+namespace VideoDevices {
 
 UVCDeviceInfo withFallbacks(const Properties& properties)
 {

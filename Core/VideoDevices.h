@@ -2,13 +2,12 @@
 
 #include "UVCDeviceInfo.h"
 
-#include <QString>
 #include <optional>
+#include <QString>
 #include <vector>
 
 /// The platform's inventory of video capture devices.
-namespace VideoDevices
-{
+namespace VideoDevices {
 
 /// What the platform tells about one device.
 struct Properties

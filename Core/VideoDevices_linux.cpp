@@ -1,16 +1,14 @@
-#include "VideoDevices.h"
 #include "linux/UdevHandles.h"
 #include "linux/V4l2Node.h"
+#include "VideoDevices.h"
 
-#include <QMap>
 #include <algorithm>
 #include <cstring>
+#include <QMap>
 
-namespace VideoDevices
-{
+namespace VideoDevices {
 
-namespace
-{
+namespace {
 
 struct Entry
 {

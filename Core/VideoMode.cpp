@@ -4,8 +4,7 @@
 #include <cstdlib>
 #include <tuple>
 
-namespace
-{
+namespace {
 
 constexpr double kSmoothFramesPerSecond = 24.0;
 constexpr int kRoundingPixels = 2;
@@ -40,10 +39,9 @@ std::optional<VideoMode> selectVideoMode(const std::vector<VideoMode>& modes, co
         return std::make_tuple(tooSlow, tooSmall, cost, mode.format == VideoMode::Format::Mjpeg,
                                -mode.framesPerSecond);
     };
-    return *std::min_element(modes.begin(), modes.end(),
-                             [&rank](const VideoMode& a, const VideoMode& b) {
-                                 return rank(a) < rank(b);
-                             });
+    return *std::min_element(
+        modes.begin(), modes.end(),
+        [&rank](const VideoMode& a, const VideoMode& b) { return rank(a) < rank(b); });
 }
 
 QSize fittedSize(const QSize& frame, const QSize& target)

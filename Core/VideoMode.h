@@ -1,14 +1,13 @@
 #pragma once
 
-#include <QSize>
 #include <optional>
+#include <QSize>
 #include <vector>
 
 /// One streaming mode of a camera.
 struct VideoMode
 {
-    enum class Format
-    {
+    enum class Format {
         Yuy2,
         Nv12,
         Mjpeg,

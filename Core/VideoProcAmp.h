@@ -2,8 +2,7 @@
 
 /// The picture properties of a camera's video interface, with the property ids of the platforms'
 /// common processing-amplifier list.
-enum class VideoProcAmpProperty
-{
+enum class VideoProcAmpProperty {
     Brightness = 0,
     Contrast = 1,
     Saturation = 3,

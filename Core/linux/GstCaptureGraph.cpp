@@ -8,15 +8,14 @@
 #include "V4l2Node.h"
 #include "V4l2ProcAmp.h"
 
+#include <chrono>
 #include <QBuffer>
 #include <QDebug>
 #include <QGuiApplication>
 #include <QImageReader>
 #include <QScreen>
-#include <chrono>
 
-namespace
-{
+namespace {
 
 /// A camera needs a few hundred milliseconds to its first frame. One that takes longer is given the
 /// benefit of the doubt; errors come well before.
@@ -40,7 +39,8 @@ GstCapsPtr capsFromText(const QString& text)
 
 GstCapsPtr sourceCaps(const VideoMode& mode)
 {
-    const QString size = QStringLiteral(",width=%1,height=%2").arg(mode.size.width()).arg(mode.size.height());
+    const QString size =
+        QStringLiteral(",width=%1,height=%2").arg(mode.size.width()).arg(mode.size.height());
     switch (mode.format) {
     case VideoMode::Format::Yuy2:
         return capsFromText(QStringLiteral("video/x-raw,format=YUY2") + size);
@@ -59,11 +59,14 @@ std::unique_ptr<CaptureGraph> CaptureGraph::makePlatformGraph()
     return std::make_unique<GstCaptureGraph>();
 }
 
-GstCaptureGraph::GstCaptureGraph() : m_frames(std::make_shared<PreviewFrames>()) {}
+GstCaptureGraph::GstCaptureGraph()
+    : m_frames(std::make_shared<PreviewFrames>())
+{
+}
 
 GstCaptureGraph::~GstCaptureGraph()
 {
-    release();
+    GstCaptureGraph::release();
 }
 
 bool GstCaptureGraph::create()
@@ -75,7 +78,7 @@ bool GstCaptureGraph::create()
 
 void GstCaptureGraph::release()
 {
-    stop();
+    GstCaptureGraph::stop();
     m_source = nullptr;
     m_grabber = nullptr;
     m_pipeline.reset();
@@ -163,8 +166,8 @@ bool GstCaptureGraph::renderPreview(WId window)
     if (!queue)
         return false;
     gst_util_set_object_arg(G_OBJECT(queue), "leaky", "downstream");
-    g_object_set(queue, "max-size-buffers", 2U, "max-size-bytes", 0U, "max-size-time",
-                 guint64{0}, nullptr);
+    g_object_set(queue, "max-size-buffers", 2U, "max-size-bytes", 0U, "max-size-time", guint64{0},
+                 nullptr);
     const GstCapsPtr caps = sourceCaps(m_mode);
     if (!gst_element_link_filtered(m_source, queue, caps.get()))
         return false;
@@ -337,13 +340,12 @@ void GstCaptureGraph::deliver(GstSamplePtr sample)
         const unsigned char* pixels = mapped->data();
         image = QImage(
             pixels, m_frameSize.width(), m_frameSize.height(), 4 * m_frameSize.width(),
-            QImage::Format_RGB32,
-            [](void* owner) { delete static_cast<MappedSample*>(owner); }, mapped.release());
+            QImage::Format_RGB32, [](void* owner) { delete static_cast<MappedSample*>(owner); },
+            mapped.release());
     }
     if (image.isNull()) // a frame cut short by the bus; the next one follows
         return;
     if (m_callback)
-        m_callback->bufferCallback(time, image.constBits(),
-                                   static_cast<long>(image.sizeInBytes()));
+        m_callback->bufferCallback(time, image.constBits(), static_cast<long>(image.sizeInBytes()));
     m_frames->put(image);
 }

@@ -4,9 +4,9 @@
 #include "../VideoMode.h"
 #include "GstHandles.h"
 
-#include <QPointer>
 #include <condition_variable>
 #include <mutex>
+#include <QPointer>
 
 class PreviewFrames;
 class PreviewSurface;

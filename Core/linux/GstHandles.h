@@ -25,7 +25,8 @@ class MappedSample
 {
 public:
     explicit MappedSample(GstSamplePtr sample)
-        : m_sample(std::move(sample)), m_buffer(gst_sample_get_buffer(m_sample.get()))
+        : m_sample(std::move(sample))
+        , m_buffer(gst_sample_get_buffer(m_sample.get()))
     {
         m_mapped = m_buffer && gst_buffer_map(m_buffer, &m_map, GST_MAP_READ);
     }

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <atomic>
 #include <QImage>
 #include <QMutex>
 #include <QObject>
-#include <atomic>
 
 /// The newest frame of a preview, handed from the streaming thread to the GUI thread. Frames that
 /// nobody took in time are dropped.

@@ -2,11 +2,12 @@
 
 #include "PreviewFrames.h"
 
-#include <QPaintEvent>
 #include <QPainter>
+#include <QPaintEvent>
 
 PreviewSurface::PreviewSurface(std::shared_ptr<PreviewFrames> frames, QWidget* target)
-    : QWidget(target), m_frames(std::move(frames))
+    : QWidget(target)
+    , m_frames(std::move(frames))
 {
     setObjectName(QStringLiteral("previewSurface"));
     setAttribute(Qt::WA_OpaquePaintEvent);

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <memory>
 #include <QImage>
 #include <QWidget>
-#include <memory>
 
 class PreviewFrames;
 

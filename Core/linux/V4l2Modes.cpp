@@ -4,8 +4,7 @@
 
 #include <algorithm>
 
-namespace
-{
+namespace {
 
 constexpr unsigned kMaxEntries = 256;
 
@@ -38,8 +37,8 @@ double fastestRate(const V4l2Node& node, quint32 pixelFormat, quint32 width, qui
         const bool discrete = interval.type == V4L2_FRMIVAL_TYPE_DISCRETE;
         const v4l2_fract& shortest = discrete ? interval.discrete : interval.stepwise.min;
         if (shortest.numerator > 0)
-            fastest = std::max(fastest,
-                               static_cast<double>(shortest.denominator) / shortest.numerator);
+            fastest =
+                std::max(fastest, static_cast<double>(shortest.denominator) / shortest.numerator);
         if (!discrete)
             break;
     }

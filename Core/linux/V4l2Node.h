@@ -2,10 +2,10 @@
 
 #include "FileDescriptor.h"
 
-#include <QByteArray>
-#include <QString>
 #include <linux/videodev2.h>
 #include <optional>
+#include <QByteArray>
+#include <QString>
 
 /// A V4L2 device node, opened for control only: it never streams, so it works beside a program that
 /// does.

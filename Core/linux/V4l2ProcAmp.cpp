@@ -1,7 +1,6 @@
 #include "V4l2ProcAmp.h"
 
-namespace
-{
+namespace {
 
 quint32 controlId(VideoProcAmpProperty property)
 {

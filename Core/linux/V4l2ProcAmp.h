@@ -3,12 +3,15 @@
 #include "../VideoProcAmp.h"
 #include "V4l2Node.h"
 
-/// The picture properties of a camera as V4L2 user controls. The record's flags are the V4L2 control
-/// flags.
+/// The picture properties of a camera as V4L2 user controls. The record's flags are the V4L2
+/// control flags.
 class V4l2ProcAmp : public VideoProcAmp
 {
 public:
-    explicit V4l2ProcAmp(const QString& node) : m_node(node) {}
+    explicit V4l2ProcAmp(const QString& node)
+        : m_node(node)
+    {
+    }
 
     bool getRange(VideoProcAmpRecord& record) override;
     bool get(VideoProcAmpRecord& record) override;

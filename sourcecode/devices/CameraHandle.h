@@ -16,13 +16,13 @@ public:
     CameraHandle(const CameraHandle&) = delete;
     CameraHandle& operator=(const CameraHandle&) = delete;
 
-    /// Enumerates the video devices and tells the receiver, if there is one. Called on the watcher's
-    /// thread, and only there: the list of cameras is not locked.
+    /// Enumerates the video devices and tells the receiver, if there is one. Called on the
+    /// watcher's thread, and only there: the list of cameras is not locked.
     /// @param status HotPlugStatus
     void getCameras(int status);
 
-    /// The receiver of notifications, or null. Not owned. When this returns, no call to the previous
-    /// receiver is under way or will come.
+    /// The receiver of notifications, or null. Not owned. When this returns, no call to the
+    /// previous receiver is under way or will come.
     void setNotify(IDeviceNotify* notify);
 
     /// The device that the pages work on. GUI thread.

@@ -5,16 +5,15 @@
 #include "MaskForm.h"
 #include "SupportedCameras.h"
 #include "SvtaDeviceWidget.h"
-#include "UVCCamera.h"
 #include "ui_DeviceHomePage.h"
+#include "UVCCamera.h"
 
+#include <algorithm>
 #include <QDebug>
 #include <QListWidget>
 #include <QThread>
-#include <algorithm>
 
-namespace
-{
+namespace {
 
 constexpr unsigned long kHidReadyMs = 500;
 constexpr int kItemHeight = 120;
@@ -117,8 +116,8 @@ void DeviceHomePage::addCard(const HidDevices& hidItem, bool isLastHidEntry,
 {
     ++counters.hidCnt;
     qDebug() << "hidItem.path" << hidItem.path;
-    const bool connected = UVCHid::getCameraConnectionStatus(
-        hidItem.path.toUtf8().constData(), hidItem.vendorId, hidItem.productId);
+    const bool connected = UVCHid::getCameraConnectionStatus(hidItem.path.toUtf8().constData(),
+                                                             hidItem.vendorId, hidItem.productId);
     qDebug() << "curStauts =" << connected;
     m_connectionMap.insert(hidItem.path, connected);
 

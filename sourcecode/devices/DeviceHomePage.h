@@ -3,16 +3,15 @@
 #include "DeviceNotify.h"
 #include "DeviceWidgetInfo.h"
 
+#include <memory>
 #include <QList>
 #include <QMap>
 #include <QWidget>
-#include <memory>
 
 class MaskForm;
 class QListWidget;
 
-namespace Ui
-{
+namespace Ui {
 class DeviceHomePage;
 }
 

@@ -6,7 +6,8 @@
 
 #include <QDebug>
 
-DeviceManager::DeviceManager() : m_watch(std::make_unique<HotPlugWatch>())
+DeviceManager::DeviceManager()
+    : m_watch(std::make_unique<HotPlugWatch>())
 {
     // The watcher calls the camera handle to its end, so that must be there first and go last.
     CameraHandle::instance();

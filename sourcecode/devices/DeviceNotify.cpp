@@ -1,6 +1,9 @@
 #include "DeviceNotify.h"
 
-DeviceNotify::DeviceNotify(QObject* parent) : QObject(parent) {}
+DeviceNotify::DeviceNotify(QObject* parent)
+    : QObject(parent)
+{
+}
 
 void DeviceNotify::camerasChanged(const QList<UVCDeviceInfo>& cameras, int status)
 {

@@ -4,8 +4,8 @@
 
 #include <QObject>
 
-/// Turns hot-plug notifications into signals. They are emitted on the watcher's thread, so receivers
-/// on the GUI thread get them queued.
+/// Turns hot-plug notifications into signals. They are emitted on the watcher's thread, so
+/// receivers on the GUI thread get them queued.
 class DeviceNotify : public QObject, public IDeviceNotify
 {
     Q_OBJECT
@@ -20,6 +20,6 @@ public:
 signals:
     /// @param status 0 = a device was plugged in, 1 = one was removed
     void sigCameraDeviceUpdateWithoutHid(QList<UVCDeviceInfo> Cameras, int status);
-    void sigCameraDeviceUpdate(QList<UVCDeviceInfo> Cameras, QMap<QString, HidDevices> deviceHidMaps,
-                               int status);
+    void sigCameraDeviceUpdate(QList<UVCDeviceInfo> Cameras,
+                               QMap<QString, HidDevices> deviceHidMaps, int status);
 };

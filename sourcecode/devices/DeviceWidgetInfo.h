@@ -8,10 +8,10 @@
 /// One listed camera, copied by value between the list, its pages and the main window.
 struct DeviceWidgetInfo
 {
-    quint8 status = 0; ///< 1 = connected, 0 = failed
+    quint8 status = 0;                  ///< 1 = connected, 0 = failed
     QMap<QString, QVariant> properties; ///< room for a page's own notes; the shell uses none
-    QString name;          ///< display name
-    QString model;         ///< model text; names the camera to the update service
+    QString name;                       ///< display name
+    QString model;                      ///< model text; names the camera to the update service
     QString icon;
     QString path;          ///< video device path
     QString hidPath;       ///< HID interface path

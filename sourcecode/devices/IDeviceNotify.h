@@ -7,8 +7,7 @@
 #include <QMap>
 
 /// What a device notification reports.
-enum HotPlugStatus
-{
+enum HotPlugStatus {
     DevicePluggedIn = 0,
     DeviceRemoved = 1,
 };

@@ -7,7 +7,8 @@
 #include <QMouseEvent>
 
 SvtaDeviceWidget::SvtaDeviceWidget(QWidget* parent)
-    : QWidget(parent), ui(std::make_unique<Ui::SvtaDeviceWidget>())
+    : QWidget(parent)
+    , ui(std::make_unique<Ui::SvtaDeviceWidget>())
 {
     ui->setupUi(this);
     setCursor(Qt::PointingHandCursor);

@@ -2,11 +2,10 @@
 
 #include "DeviceWidgetInfo.h"
 
-#include <QWidget>
 #include <memory>
+#include <QWidget>
 
-namespace Ui
-{
+namespace Ui {
 class SvtaDeviceWidget;
 }
 

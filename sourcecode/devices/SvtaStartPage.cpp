@@ -5,7 +5,8 @@
 #include <QMovie>
 
 SvtaStartPage::SvtaStartPage(QWidget* parent)
-    : QWidget(parent), ui(std::make_unique<Ui::SvtaStartPage>())
+    : QWidget(parent)
+    , ui(std::make_unique<Ui::SvtaStartPage>())
 {
     ui->setupUi(this);
     setAttribute(Qt::WA_StyledBackground);

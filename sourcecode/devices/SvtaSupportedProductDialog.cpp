@@ -3,7 +3,8 @@
 #include "ui_SvtaSupportedProductDialog.h"
 
 SvtaSupportedProductDialog::SvtaSupportedProductDialog(QWidget* parent)
-    : QDialog(parent), ui(std::make_unique<Ui::SvtaSupportedProductDialog>())
+    : QDialog(parent)
+    , ui(std::make_unique<Ui::SvtaSupportedProductDialog>())
 {
     ui->setupUi(this);
     setAttribute(Qt::WA_TranslucentBackground);

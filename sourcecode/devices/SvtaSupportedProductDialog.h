@@ -1,10 +1,9 @@
 #pragma once
 
-#include <QDialog>
 #include <memory>
+#include <QDialog>
 
-namespace Ui
-{
+namespace Ui {
 class SvtaSupportedProductDialog;
 }
 

@@ -6,8 +6,7 @@
 #include <QMouseEvent>
 #include <QScreen>
 
-namespace
-{
+namespace {
 
 /// The look that all dialogs share; forms add to it what is their own.
 constexpr const char* kStyle = R"(
@@ -28,7 +27,8 @@ QPushButton#btnCancel:focus { border: 1px solid #3476FF; }
 
 } // namespace
 
-SvtaBaseDialog::SvtaBaseDialog(QWidget* parent) : QDialog(parent, Qt::WindowFlags())
+SvtaBaseDialog::SvtaBaseDialog(QWidget* parent)
+    : QDialog(parent, Qt::WindowFlags())
 {
     if (objectName().isEmpty())
         setObjectName(QStringLiteral("SvtaBaseDialog"));

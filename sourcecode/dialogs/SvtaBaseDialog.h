@@ -3,8 +3,8 @@
 #include <QDialog>
 #include <QPoint>
 
-/// The base of every pop-up dialog: borderless and see-through, in the middle of the primary screen,
-/// deaf to Escape, and reporting the user's choice through signals only.
+/// The base of every pop-up dialog: borderless and see-through, in the middle of the primary
+/// screen, deaf to Escape, and reporting the user's choice through signals only.
 ///
 /// Dialogs are made once, hidden, and shown and hidden by their owner; none is run modally with
 /// exec() and none has a result code. The main window behind a dialog is darkened by MaskForm.

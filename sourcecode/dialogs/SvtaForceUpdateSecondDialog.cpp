@@ -2,7 +2,9 @@
 
 #include "ui_SvtaForceUpdateSecondDialog.h"
 
-SvtaForceUpdateSecondDialog::SvtaForceUpdateSecondDialog(QWidget* parent) : SvtaBaseDialog(parent), ui(std::make_unique<Ui::SvtaForceUpdateSecondDialog>())
+SvtaForceUpdateSecondDialog::SvtaForceUpdateSecondDialog(QWidget* parent)
+    : SvtaBaseDialog(parent)
+    , ui(std::make_unique<Ui::SvtaForceUpdateSecondDialog>())
 {
     ui->setupUi(this);
     connect(ui->btnCancel, &QPushButton::clicked, this, &QWidget::hide);

@@ -2,7 +2,9 @@
 
 #include "ui_SvtaMessageDialog.h"
 
-SvtaMessageDialog::SvtaMessageDialog(QWidget* parent) : SvtaBaseDialog(parent), ui(std::make_unique<Ui::SvtaMessageDialog>())
+SvtaMessageDialog::SvtaMessageDialog(QWidget* parent)
+    : SvtaBaseDialog(parent)
+    , ui(std::make_unique<Ui::SvtaMessageDialog>())
 {
     ui->setupUi(this);
     connect(ui->btnCancel, &QPushButton::clicked, this,

@@ -4,8 +4,7 @@
 
 #include <memory>
 
-namespace Ui
-{
+namespace Ui {
 class SvtaMessageDialog;
 }
 
@@ -24,7 +23,7 @@ public:
                     bool force);
 
 signals:
-    void sigRetry();               ///< the confirming button
+    void sigRetry();                ///< the confirming button
     void sigDownloadFailedCancel(); ///< the cancelling button
 
 private:

@@ -2,7 +2,9 @@
 
 #include "ui_SvtaParamNotSaveDialog.h"
 
-SvtaParamNotSaveDialog::SvtaParamNotSaveDialog(QWidget* parent) : SvtaBaseDialog(parent), ui(std::make_unique<Ui::SvtaParamNotSaveDialog>())
+SvtaParamNotSaveDialog::SvtaParamNotSaveDialog(QWidget* parent)
+    : SvtaBaseDialog(parent)
+    , ui(std::make_unique<Ui::SvtaParamNotSaveDialog>())
 {
     ui->setupUi(this);
     connect(ui->btnClose, &QPushButton::clicked, this, &QWidget::hide);

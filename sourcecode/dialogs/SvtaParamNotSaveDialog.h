@@ -4,13 +4,12 @@
 
 #include <memory>
 
-namespace Ui
-{
+namespace Ui {
 class SvtaParamNotSaveDialog;
 }
 
-/// Asks what becomes of unsaved settings when the user leaves them. Its close button only closes it;
-/// after the other two the receiver of the signals hides it.
+/// Asks what becomes of unsaved settings when the user leaves them. Its close button only closes
+/// it; after the other two the receiver of the signals hides it.
 class SvtaParamNotSaveDialog : public SvtaBaseDialog
 {
     Q_OBJECT

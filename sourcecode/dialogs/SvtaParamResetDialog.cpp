@@ -2,7 +2,9 @@
 
 #include "ui_SvtaParamResetDialog.h"
 
-SvtaParamResetDialog::SvtaParamResetDialog(QWidget* parent) : SvtaBaseDialog(parent), ui(std::make_unique<Ui::SvtaParamResetDialog>())
+SvtaParamResetDialog::SvtaParamResetDialog(QWidget* parent)
+    : SvtaBaseDialog(parent)
+    , ui(std::make_unique<Ui::SvtaParamResetDialog>())
 {
     ui->setupUi(this);
     connect(ui->btnCancel, &QPushButton::clicked, this, &SvtaParamResetDialog::sigCancel);

@@ -2,7 +2,9 @@
 
 #include "ui_SvtaParamSaveDialog.h"
 
-SvtaParamSaveDialog::SvtaParamSaveDialog(QWidget* parent) : SvtaBaseDialog(parent), ui(std::make_unique<Ui::SvtaParamSaveDialog>())
+SvtaParamSaveDialog::SvtaParamSaveDialog(QWidget* parent)
+    : SvtaBaseDialog(parent)
+    , ui(std::make_unique<Ui::SvtaParamSaveDialog>())
 {
     ui->setupUi(this);
     connect(ui->btnCancel, &QPushButton::clicked, this, &SvtaParamSaveDialog::sigCancel);

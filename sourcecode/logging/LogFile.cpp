@@ -1,14 +1,13 @@
 #include "LogFile.h"
 
+#include <atomic>
+#include <cstdio>
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 #include <QThread>
-#include <atomic>
-#include <cstdio>
 
-namespace
-{
+namespace {
 
 /// Qt's message handler is a plain function and finds its sink here.
 std::atomic<LogFile*> s_sink{nullptr};
@@ -33,7 +32,8 @@ char levelOf(QtMsgType type)
 } // namespace
 
 LogFile::LogFile(const QString& directory, qint64 maxBytes)
-    : m_file(directory + QStringLiteral("/MarvikTools.log")), m_maxBytes(maxBytes)
+    : m_file(directory + QStringLiteral("/MarvikTools.log"))
+    , m_maxBytes(maxBytes)
 {
     QDir().mkpath(directory);
     // A log that cannot be opened must not keep the program from its work.

@@ -14,7 +14,7 @@ public:
     ///        standard error
     /// @param maxBytes the file is set aside as ".1" when it grows beyond this, replacing the one
     ///        before
-    explicit LogFile(const QString& directory, qint64 maxBytes = 2 * 1024 * 1024);
+    explicit LogFile(const QString& directory, qint64 maxBytes = qint64{2} * 1024 * 1024);
     ~LogFile();
     LogFile(const LogFile&) = delete;
     LogFile& operator=(const LogFile&) = delete;

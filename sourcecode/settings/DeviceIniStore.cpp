@@ -7,10 +7,12 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QMap>
 #include <QSaveFile>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QVariant>
 
 using namespace ParameterKeys;
 
@@ -45,8 +47,22 @@ std::optional<QByteArray> contentsOf(const QString& path)
 bool replace(const QString& path, const QByteArray& contents)
 {
     QSaveFile file(path);
+    // Flushed by hand: QSaveFile does not notice a disk that fills up while it flushes, and would
+    // put an empty file in the place of the old one.
     return file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size() &&
-           file.commit();
+           file.flush() && file.commit();
+}
+
+// As text: what is a number here may be a text that was read from a file there.
+QMap<QString, QStringList> valuesOf(const QSettings& settings)
+{
+    QMap<QString, QStringList> values;
+    for (const QString& key : settings.allKeys()) {
+        const QVariant value = settings.value(key);
+        values.insert(key, value.type() == QVariant::StringList ? value.toStringList()
+                                                                : QStringList{value.toString()});
+    }
+    return values;
 }
 
 // A copy of an INI file, opened under a name that was never used before. QSettings keeps what it
@@ -72,12 +88,18 @@ public:
     [[nodiscard]] QSettings* settings() const { return m_settings.get(); }
     [[nodiscard]] bool isDamaged() const { return m_damaged; }
 
+    // The file with all changes; nothing when it could not be written completely. QSettings does
+    // not tell that of a disk that is full.
     [[nodiscard]] std::optional<QByteArray> contents() const
     {
         m_settings->sync();
-        if (m_settings->status() == QSettings::AccessError)
+        std::optional<QByteArray> bytes = contentsOf(m_settings->fileName());
+        if (!bytes)
             return std::nullopt;
-        return contentsOf(m_settings->fileName());
+        const IniCopy written(*bytes);
+        if (!written.settings() || valuesOf(*written.settings()) != valuesOf(*m_settings))
+            return std::nullopt;
+        return bytes;
     }
 
 private:
@@ -143,13 +165,17 @@ std::optional<PictureParameters> DeviceIniStore::read(const QString& serial) con
         return std::nullopt;
 
     settings->beginGroup(group);
+    // By way of the text: a number too large for a setting is no number then.
+    const auto number = [settings](QLatin1String key) {
+        return settings->value(key).toString().toInt();
+    };
     PictureParameters picture;
-    picture.bright = settings->value(Bright).toInt();
-    picture.contrast = settings->value(Contrast).toInt();
-    picture.saturation = settings->value(Saturation).toInt();
-    picture.sharpness = settings->value(Sharpness).toInt();
-    picture.imageMode = settings->value(ImageMode).toInt();
-    picture.reselectedImageMode = settings->value(kReselectedImageMode).toInt();
+    picture.bright = number(Bright);
+    picture.contrast = number(Contrast);
+    picture.saturation = number(Saturation);
+    picture.sharpness = number(Sharpness);
+    picture.imageMode = number(ImageMode);
+    picture.reselectedImageMode = number(kReselectedImageMode);
     settings->endGroup();
     return picture;
 }

@@ -44,6 +44,20 @@ void uncheckAll(QButtonGroup* group)
     group->setExclusive(true);
 }
 
+// The tab key goes to the checked button of a group, the arrow keys from there to the others. Qt
+// does so only once the group has had the focus.
+void keepOneTabStop(QButtonGroup* group)
+{
+    const auto update = [group] {
+        for (QAbstractButton* button : group->buttons())
+            button->setFocusPolicy(button->isChecked() || !group->checkedButton() ? Qt::TabFocus
+                                                                                  : Qt::NoFocus);
+    };
+    QObject::connect(group, QOverload<QAbstractButton*, bool>::of(&QButtonGroup::buttonToggled),
+                     group, update);
+    update();
+}
+
 void announce(QWidget* notice)
 {
     QAccessibleEvent event(notice, QAccessible::Alert);
@@ -61,11 +75,10 @@ ParamSettingsPage::ParamSettingsPage(QWidget* parent)
 {
     m_ui->setupUi(this);
     setAttribute(Qt::WA_StyledBackground);
-    // The preview needs a window of its own; the rest of the program does not.
-    m_ui->previewWidget->setAttribute(Qt::WA_DontCreateNativeAncestors);
-    m_ui->transparentWidget->setAttribute(Qt::WA_TransparentForMouseEvents);
-    m_ui->tipWidgetFor4k->setAttribute(Qt::WA_TransparentForMouseEvents);
-    m_ui->previewTip->setAttribute(Qt::WA_TransparentForMouseEvents);
+    // The preview needs a window of its own, and so does what lies over it; the rest does not.
+    for (QWidget* widget : {m_ui->transparentWidget, static_cast<QWidget*>(m_ui->previewTip),
+                            static_cast<QWidget*>(m_ui->tipWidgetFor4k)})
+        widget->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_ui->transparentWidget->raise();
 
     connectControls();
@@ -106,6 +119,11 @@ void ParamSettingsPage::connectControls()
             &ParamSettingsPage::sigShowParamResetDialog);
     connect(m_ui->btnPramaSava, &QPushButton::clicked, this, &ParamSettingsPage::requestSave);
 
+    for (QButtonGroup* group :
+         {m_ui->settingButtonGroup, m_ui->radioButtonGroup, m_ui->subModeButtonGroup,
+          m_ui->viewButtonGroup, m_ui->sensitivityButtonGroup, m_ui->imageModeButtonGroup})
+        keepOneTabStop(group);
+
     m_4kTimer.setInterval(k4kNoticeMilliseconds);
     connect(&m_4kTimer, &QTimer::timeout, this, &ParamSettingsPage::slotTimeout);
     m_unlockTimer.setInterval(kIntelligentLockMilliseconds);
@@ -133,7 +151,7 @@ void ParamSettingsPage::connectSliders()
 void ParamSettingsPage::addShortcuts()
 {
     // The button of the grid floats over the page in a window that takes no focus.
-    auto* grid = new QShortcut(QKeySequence(Qt::CTRL + Qt::Key_G), this);
+    auto* grid = new QShortcut(QKeySequence(QStringLiteral("Ctrl+G")), this);
     connect(grid, &QShortcut::activated, this, &ParamSettingsPage::sigShowLine);
     auto* save = new QShortcut(QKeySequence(QKeySequence::Save), this);
     connect(save, &QShortcut::activated, this, &ParamSettingsPage::requestSave);

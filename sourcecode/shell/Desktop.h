@@ -4,8 +4,7 @@
 
 /// What the start of the program needs to know and set about the desktop before there is an
 /// application object. Defined in Desktop_<platform>.cpp.
-namespace Desktop
-{
+namespace Desktop {
 
 /// Chooses the window system.
 void chooseWindowSystem();

@@ -1,13 +1,12 @@
 #include "Desktop.h"
 
-#include <QFont>
-#include <QtGlobal>
 #include <cstdlib>
 #include <memory>
+#include <QFont>
+#include <QtGlobal>
 #include <xcb/randr.h>
 
-namespace
-{
+namespace {
 
 struct XcbDeleter
 {

@@ -2,8 +2,7 @@
 
 #include <optional>
 
-namespace HighDpi
-{
+namespace HighDpi {
 
 /// Monitors from here on are given scaled windows: the window has a fixed size in pixels, which is
 /// too small to read on them.

@@ -1,7 +1,6 @@
 #include "InstanceMessage.h"
 
-namespace
-{
+namespace {
 
 constexpr int kPatienceMs = 2000;
 constexpr char kTerminator = '\0';
@@ -10,7 +9,9 @@ constexpr char kAcknowledgement = 'k';
 } // namespace
 
 InstanceMessage::InstanceMessage(QLocalSocket* socket, int maxBytes, QObject* parent)
-    : QObject(parent), m_socket(socket), m_maxBytes(maxBytes)
+    : QObject(parent)
+    , m_socket(socket)
+    , m_maxBytes(maxBytes)
 {
     m_socket->setParent(this);
     m_socket->setReadBufferSize(maxBytes + 1); // a flood stays in the sender's buffers

@@ -4,9 +4,11 @@
 #include <QDialog>
 #include <QEvent>
 #include <QShowEvent>
+#include <QWindow>
 
 MaskForm::MaskForm(QWidget* parent)
-    : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint), m_covered(QApplication::activeWindow())
+    : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint)
+    , m_covered(QApplication::activeWindow())
 {
     QPalette dark = palette();
     dark.setBrush(QPalette::Window, QColor(0, 0, 0, 255));
@@ -47,6 +49,10 @@ bool MaskForm::eventFilter(QObject* watched, QEvent* event)
         if (event->type() == QEvent::Show) {
             show();
             placeDialog();
+            // Above the mask for good: a click on the mask would otherwise raise it over the
+            // dialog.
+            if (QWindow* window = m_dialog->windowHandle())
+                window->setTransientParent(windowHandle());
             m_dialog->raise();
         } else if (event->type() == QEvent::Hide) {
             hide();
@@ -61,8 +67,7 @@ void MaskForm::placeDialog()
         return;
     const QRect covered = m_covered->window()->geometry();
     const int x = covered.x() + (covered.width() - m_dialog->width()) / 2;
-    const bool atBottom =
-        m_dialog->objectName() == QLatin1String("SvtaSupportedProductDialog");
+    const bool atBottom = m_dialog->objectName() == QLatin1String("SvtaSupportedProductDialog");
     const int y = atBottom ? covered.y() + covered.height() - m_dialog->height()
                            : covered.y() + (covered.height() - m_dialog->height()) / 2;
     m_dialog->move(x, y);

@@ -7,8 +7,8 @@
 #include <QElapsedTimer>
 #include <QLocalSocket>
 #include <QStandardPaths>
-#include <QThread>
 #include <QTextCodec>
+#include <QThread>
 #include <QWidget>
 
 QtSingleApplication::QtSingleApplication(int& argc, char** argv, bool guiEnabled)
@@ -42,8 +42,8 @@ bool QtSingleApplication::isRunning()
     if (m_server)
         return false;
     if (!m_lock) {
-        m_lock = std::make_unique<QLockFile>(instanceDirectory() +
-                                             QStringLiteral("/marviktools.lock"));
+        m_lock =
+            std::make_unique<QLockFile>(instanceDirectory() + QStringLiteral("/marviktools.lock"));
         // The lock names its process: one left by a crash is taken over, however old it is, and one
         // that is held is never stolen for its age.
         m_lock->setStaleLockTime(0);
@@ -100,8 +100,8 @@ void QtSingleApplication::takeConnection()
 void QtSingleApplication::receive(const QByteArray& message)
 {
     QTextCodec::ConverterState state;
-    const QString text = QTextCodec::codecForName("UTF-8")->toUnicode(message.constData(),
-                                                                      message.size(), &state);
+    const QString text =
+        QTextCodec::codecForName("UTF-8")->toUnicode(message.constData(), message.size(), &state);
     if (state.invalidChars > 0 || state.remainingChars > 0)
         return;
     activateWindow();

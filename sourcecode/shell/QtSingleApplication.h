@@ -1,18 +1,18 @@
 #pragma once
 
+#include <memory>
 #include <QApplication>
 #include <QByteArray>
 #include <QLocalServer>
 #include <QLockFile>
 #include <QPointer>
-#include <memory>
 
-/// An application of which each user runs one instance. Later ones find the first by a lock file and
-/// pass it a message through a socket that only the same user can reach.
+/// An application of which each user runs one instance. Later ones find the first by a lock file
+/// and pass it a message through a socket that only the same user can reach.
 ///
-/// A message is UTF-8 text of up to 4 KiB, ended by a zero byte, and has a connection of its own. The
-/// receiver answers with one byte once it has taken it; whatever is longer, slower than two seconds
-/// or not UTF-8 is dropped.
+/// A message is UTF-8 text of up to 4 KiB, ended by a zero byte, and has a connection of its own.
+/// The receiver answers with one byte once it has taken it; whatever is longer, slower than two
+/// seconds or not UTF-8 is dropped.
 class QtSingleApplication : public QApplication
 {
     Q_OBJECT
@@ -24,8 +24,8 @@ public:
     QtSingleApplication(int& argc, char** argv, bool guiEnabled = true);
     ~QtSingleApplication() override;
 
-    /// True when another instance of the same user runs. The first call decides; when there is none,
-    /// this instance becomes the one.
+    /// True when another instance of the same user runs. The first call decides; when there is
+    /// none, this instance becomes the one.
     bool isRunning();
 
     /// Passes @p message to the running instance.

@@ -20,16 +20,15 @@
 #include "TransparentBtn.h"
 #include "TransparentWidget.h"
 #include "TransPrewBtn.h"
-#include "UVCCamera.h"
 #include "ui_SorvantaHome.h"
+#include "UVCCamera.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QMenu>
 #include <QTimer>
 
-namespace
-{
+namespace {
 
 const char* const kTrayMenuStyle =
     "QMenu { background-color: white; border: 1px solid white; }"
@@ -40,7 +39,9 @@ const char* const kTrayMenuStyle =
 } // namespace
 
 SorvantaHome::SorvantaHome(QWidget* parent)
-    : QWidget(parent), ui(std::make_unique<Ui::SorvantaHome>()), m_pCamera(new UVCCamera(this))
+    : QWidget(parent)
+    , ui(std::make_unique<Ui::SorvantaHome>())
+    , m_pCamera(new UVCCamera(this))
 {
     ui->setupUi(this);
 
@@ -157,8 +158,7 @@ void SorvantaHome::connectShell()
     connect(ui->minimumBtn, &QPushButton::clicked, this, &SorvantaHome::slotMinimum);
     connect(ui->moreBtn, &QPushButton::clicked, this, &SorvantaHome::slotShowMoreMenu);
     connect(ui->backBtn, &QPushButton::clicked, this, &SorvantaHome::backView);
-    connect(ui->deviceInfoBtn, &QPushButton::clicked, this,
-            &SorvantaHome::slotShowDeviceInfoPage);
+    connect(ui->deviceInfoBtn, &QPushButton::clicked, this, &SorvantaHome::slotShowDeviceInfoPage);
     connect(m_moreMenu, &SvtaMoreWidget::sigBtnAboutclicked, this, [this] {
         if (currentPage() != SvtaPagesView::AboutUsPage)
             showView(SvtaPagesView::AboutUsPage);
@@ -218,8 +218,8 @@ void SorvantaHome::connectSettings()
     connect(page, &Page::sigCameraHorizontalMirrorSwitch, this,
             &Home::slotCameraHorizontalMirrorSwitch);
     connect(page, &Page::sigCameraViewSwitch, this, &Home::slotCameraViewSwitch);
-    connect(page, &Page::sigCameraParamSave, this, &Home::slotParamSave);
     connect(page, &Page::sigShowLine, this, &Home::slotShowLine);
+    // The page's request to save goes through the question first, which has a signal of its own.
     connect(page, &Page::sigShowParamResetDialog, this, &Home::slotShowParamResetDialog);
     connect(page, &Page::sigShowParamSaveDialog, this, &Home::slotShowParamSaveDialog);
     connect(page, &Page::sigShowCenterTipDialog, this, &Home::slotShowCenterTipDialog);

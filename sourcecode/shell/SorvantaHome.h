@@ -6,6 +6,7 @@
 #include "SvtaPagesView.h"
 #include "UVCDeviceInfo.h"
 
+#include <memory>
 #include <QJsonObject>
 #include <QList>
 #include <QMap>
@@ -13,7 +14,6 @@
 #include <QPointer>
 #include <QSystemTrayIcon>
 #include <QWidget>
-#include <memory>
 
 class AboutPage;
 class DeviceHomePage;
@@ -39,8 +39,7 @@ class TransparentWidget;
 class TransPrewBtn;
 class UVCCamera;
 
-namespace Ui
-{
+namespace Ui {
 class SorvantaHome;
 }
 
@@ -61,15 +60,15 @@ public:
 
     /// Shows a page and enters it into the history. A value without a page leaves the current one.
     void showView(SvtaPagesView::ViewPageEnum page);
-    /// Returns to the previous page; asks first when settings are unsaved. Blocked for a second after
-    /// each use.
+    /// Returns to the previous page; asks first when settings are unsaved. Blocked for a second
+    /// after each use.
     void backView();
     /// Shows @p text for a moment; an empty text changes nothing.
     void showToast(const QString& text);
     /// Opens a camera: reads version and serial number from it and shows its settings.
     void showDeviceSettingPages(const DeviceWidgetInfo& info);
     /// Logs the identity of the open camera's HID interface; diagnostic only.
-    void getHidInfo();
+    void getHidInfo() const;
 
     /// Brings the window back from tray or task bar, with the overlays of its page.
     void slotActivateWindow();

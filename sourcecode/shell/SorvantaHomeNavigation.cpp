@@ -11,21 +11,21 @@
 #include "SvtaSupportedProductDialog.h"
 #include "ToastDialog.h"
 #include "TransPrewBtn.h"
-#include "UVCCamera.h"
 #include "ui_SorvantaHome.h"
+#include "UVCCamera.h"
 
 #include <QDebug>
 #include <QTimer>
 
-namespace
-{
+namespace {
 
 constexpr int kStartAnimationMs = 2800;
 constexpr int kPreviewDelayMs = 100;
 constexpr int kBackLockMs = 1000;
 constexpr int kToastMs = 700;
 
-const char* const kBlueTitle = "#bgWidget { background-color: #004DA6; border: none; }";
+const char* const kBlueTitle =
+    "#bgWidget { background-color: #004DA6; border: 1px solid #004DA6; }";
 const char* const kWhiteTitle =
     "#bgWidget { background-color: #FFFFFF; border: 1px solid #F2F2F2; }";
 
@@ -50,6 +50,8 @@ void SorvantaHome::showView(SvtaPagesView::ViewPageEnum page)
         return;
     qDebug() << "mPageMap.contains(page)";
     ui->homeStackedWidget->setCurrentWidget(widget);
+    // No control of the new page is the user's choice yet; Tab goes to its first one.
+    setFocus(Qt::OtherFocusReason);
 
     switch (page) {
     case SvtaPagesView::StartPage:
@@ -206,7 +208,7 @@ void SorvantaHome::slotInitCamera(int status)
     qDebug() << "init m_pCamera";
 }
 
-void SorvantaHome::getHidInfo()
+void SorvantaHome::getHidInfo() const
 {
     if (!mDeviceWidgetInfo.hidPath.isEmpty())
         HidDiagnostics::logIdentity(mDeviceWidgetInfo.hidPath);

@@ -7,8 +7,7 @@
 #include <QDebug>
 #include <QTimer>
 
-namespace
-{
+namespace {
 
 constexpr int kDebounceMs = 800;
 constexpr int kFollowUpMs = 100;
@@ -70,6 +69,7 @@ void SorvantaHome::showPreviewRunning(bool running)
     } else {
         clearGridMark();
         m_gridBtn->hide();
+        m_settingsPage->showPreviewTip(false);
     }
     m_previewBtn->show();
     m_previewBtn->raise();
@@ -89,8 +89,8 @@ void SorvantaHome::slotHandleCapture()
         m_pCamera->stopCapture();
         showPreviewRunning(false);
     } else {
-        const bool opened = m_pCamera->openDevice(mDeviceWidgetInfo.path,
-                                                  m_settingsPage->previewArea()->winId());
+        const bool opened =
+            m_pCamera->openDevice(mDeviceWidgetInfo.path, m_settingsPage->previewArea()->winId());
         if (!opened)
             return;
         m_pCamera->initVideoProcAmp();

@@ -13,8 +13,7 @@
 #include <QDebug>
 #include <QTimer>
 
-namespace
-{
+namespace {
 
 constexpr int kLeaveDelayMs = 20;
 
@@ -50,8 +49,8 @@ void SorvantaHome::slotUpdateCameraListFinished(const QList<UVCDeviceInfo>& came
     const HidDevices curHidDevice = present.isEmpty() ? HidDevices() : present.last();
     qDebug() << "curHidDevice.path =" << curHidDevice.path;
     qDebug() << "mDeviceWidgetInfo.hidPath =" << mDeviceWidgetInfo.hidPath;
-    qDebug() << "SorvantaHome::slotUpdateCameraListFinished" << __LINE__ << "当前页 ="
-             << currentPage() << "当前热插拔状态 =" << status;
+    qDebug() << "SorvantaHome::slotUpdateCameraListFinished" << __LINE__
+             << "当前页 =" << currentPage() << "当前热插拔状态 =" << status;
     const bool isContainsCurDev = deviceHidMaps.contains(mDeviceWidgetInfo.hidPath);
     qDebug() << "isContainsCurDev" << isContainsCurDev;
 
@@ -100,8 +99,8 @@ void SorvantaHome::verifyReturningCamera(const HidDevices& device)
         return;
 
     qDebug() << "插入的设备是更新的设备，并且loading页显示";
-    const bool connected = UVCHid::getCameraConnectionStatus(
-        device.path.toUtf8().constData(), device.vendorId, device.productId);
+    const bool connected = UVCHid::getCameraConnectionStatus(device.path.toUtf8().constData(),
+                                                             device.vendorId, device.productId);
     mDeviceWidgetInfo.status = connected ? 1 : 0;
     qDebug() << "hid_status" << connected;
     m_updateTimer->stop();

@@ -15,8 +15,7 @@
 
 using namespace ParameterKeys;
 
-namespace
-{
+namespace {
 
 constexpr int kSliderMinimum = 78;
 constexpr int kSliderMaximum = 178;
@@ -38,7 +37,8 @@ constexpr Preset kStandard{128, 128, 128, 128};
 constexpr Preset kBright{138, 128, 130, 120};
 constexpr Preset kVivid{130, 128, 140, 120};
 
-const char* const kSaveFailed = QT_TRANSLATE_NOOP("SorvantaHome", "Save failed ， please try it again");
+const char* const kSaveFailed =
+    QT_TRANSLATE_NOOP("SorvantaHome", "Save failed ， please try it again");
 
 } // namespace
 
@@ -136,8 +136,7 @@ void SorvantaHome::slotSetDeviceParam(const DeviceWidgetInfo& Info)
 {
     if (currentPage() != SvtaPagesView::HomePage || !m_pCamera)
         return;
-    const bool opened =
-        m_pCamera->openDevice(Info.path, m_settingsPage->previewArea()->winId());
+    const bool opened = m_pCamera->openDevice(Info.path, m_settingsPage->previewArea()->winId());
     qDebug() << "openDevice result =" << opened;
     if (!opened) {
         qDebug() << "open Device failed!";

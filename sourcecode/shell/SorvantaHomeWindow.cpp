@@ -9,8 +9,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 
-namespace
-{
+namespace {
 
 constexpr QPoint kGridOffset(0, 80);
 constexpr QPoint kGridBtnOffset(284, 248);

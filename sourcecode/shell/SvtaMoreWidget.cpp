@@ -3,7 +3,8 @@
 #include "ui_SvtaMoreWidget.h"
 
 SvtaMoreWidget::SvtaMoreWidget(QWidget* parent)
-    : QWidget(parent), ui(std::make_unique<Ui::SvtaMoreWidget>())
+    : QWidget(parent)
+    , ui(std::make_unique<Ui::SvtaMoreWidget>())
 {
     ui->setupUi(this);
     setAttribute(Qt::WA_StyledBackground);

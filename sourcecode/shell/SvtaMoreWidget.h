@@ -1,10 +1,9 @@
 #pragma once
 
-#include <QWidget>
 #include <memory>
+#include <QWidget>
 
-namespace Ui
-{
+namespace Ui {
 class SvtaMoreWidget;
 }
 

@@ -2,12 +2,11 @@
 
 #include "ui_ToastDialog.h"
 
+#include <algorithm>
 #include <QDebug>
 #include <QFontMetrics>
-#include <algorithm>
 
-namespace
-{
+namespace {
 
 constexpr int kMaxLabelWidth = 360;
 constexpr int kHorizontalRoom = 64;
@@ -16,7 +15,9 @@ constexpr int kDefaultMs = 1500;
 
 } // namespace
 
-ToastDialog::ToastDialog(QWidget* parent) : QDialog(parent), ui(std::make_unique<Ui::ToastDialog>())
+ToastDialog::ToastDialog(QWidget* parent)
+    : QDialog(parent)
+    , ui(std::make_unique<Ui::ToastDialog>())
 {
     ui->setupUi(this);
     setAttribute(Qt::WA_TranslucentBackground);

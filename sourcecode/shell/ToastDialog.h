@@ -1,11 +1,10 @@
 #pragma once
 
+#include <memory>
 #include <QDialog>
 #include <QTimer>
-#include <memory>
 
-namespace Ui
-{
+namespace Ui {
 class ToastDialog;
 }
 

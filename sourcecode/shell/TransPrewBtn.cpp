@@ -3,7 +3,8 @@
 #include <QMouseEvent>
 
 TransPrewBtn::TransPrewBtn(QWidget* parent)
-    : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint), m_label(this)
+    : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint)
+    , m_label(this)
 {
     setObjectName(QStringLiteral("TransPrewBtn"));
     setAccessibleName(tr("Preview"));

@@ -3,7 +3,8 @@
 #include <QMouseEvent>
 
 TransparentBtn::TransparentBtn(QWidget* parent)
-    : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint), m_label(this)
+    : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint)
+    , m_label(this)
 {
     setObjectName(QStringLiteral("TransparentBtn"));
     setAccessibleName(tr("Grid"));

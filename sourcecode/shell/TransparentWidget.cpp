@@ -1,7 +1,8 @@
 #include "TransparentWidget.h"
 
 TransparentWidget::TransparentWidget(QWidget* parent)
-    : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint), m_label(this)
+    : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint)
+    , m_label(this)
 {
     setObjectName(QStringLiteral("TransparentWidget"));
     setAttribute(Qt::WA_TranslucentBackground);

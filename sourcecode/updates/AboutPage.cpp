@@ -1,12 +1,14 @@
 #include "AboutPage.h"
 
-#include "Vendor.h"
 #include "ui_AboutPage.h"
+#include "Vendor.h"
 
 #include <QDesktopServices>
 #include <QUrl>
 
-AboutPage::AboutPage(QWidget* parent) : QWidget(parent), ui(std::make_unique<Ui::AboutPage>())
+AboutPage::AboutPage(QWidget* parent)
+    : QWidget(parent)
+    , ui(std::make_unique<Ui::AboutPage>())
 {
     ui->setupUi(this);
     ui->label_2->setText(QString::fromUtf8(Vendor::kContactLine));

@@ -1,12 +1,11 @@
 #pragma once
 
+#include <memory>
 #include <QJsonObject>
 #include <QString>
 #include <QWidget>
-#include <memory>
 
-namespace Ui
-{
+namespace Ui {
 class AboutPage;
 }
 

@@ -5,8 +5,7 @@
 #include <QDebug>
 #include <QFontMetrics>
 
-namespace
-{
+namespace {
 
 /// Texts come from a camera: what does not fit is cut at the end of the line and told by tool tip.
 void showValue(QLabel* label, const QString& text)
@@ -18,7 +17,8 @@ void showValue(QLabel* label, const QString& text)
 } // namespace
 
 DeviceInfoPage::DeviceInfoPage(QWidget* parent)
-    : QWidget(parent), ui(std::make_unique<Ui::DeviceInfoPage>())
+    : QWidget(parent)
+    , ui(std::make_unique<Ui::DeviceInfoPage>())
 {
     ui->setupUi(this);
     connect(ui->btnUpgrade, &QPushButton::clicked, this, &DeviceInfoPage::slotNeedUpgrade);

@@ -2,12 +2,11 @@
 
 #include "DeviceWidgetInfo.h"
 
+#include <memory>
 #include <QJsonObject>
 #include <QWidget>
-#include <memory>
 
-namespace Ui
-{
+namespace Ui {
 class DeviceInfoPage;
 }
 

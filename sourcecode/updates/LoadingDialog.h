@@ -6,8 +6,7 @@
 
 class QMovie;
 
-namespace Ui
-{
+namespace Ui {
 class LoadingDialog;
 }
 

@@ -120,6 +120,19 @@ TEST_F(UVCHidLink, PathThatCannotBeOpenedIsCritical)
     EXPECT_EQ(log.texts(QtCriticalMsg), QStringList{"Open device hid failed."});
 }
 
+TEST_F(UVCHidLink, PathTravelsAsUtf8)
+{
+    hidapi.plugIn(camera("/dev/hidraw1"));
+    QByteArray opened;
+    hidapi.setOpenRule([&opened](const QByteArray& path) {
+        opened = path;
+        return true;
+    });
+    UVCHid hid;
+    EXPECT_TRUE(hid.createHandleWithPath(QStringLiteral("/dev/kamera-\u00E9\u4E2D")));
+    EXPECT_EQ(opened, QByteArray("/dev/kamera-\xC3\xA9\xE4\xB8\xAD"));
+}
+
 TEST_F(UVCHidLink, OpeningByIdsKeepsThemAndOpensTheRememberedPath)
 {
     UVCHid hid;

@@ -7,8 +7,8 @@
 namespace virtualcamera {
 
 Bench::Bench()
-    : m_uevents(m_testbed.root(), m_scheduler),
-      m_context{{}, {}, m_scheduler, m_testbed.root(), 0}
+    : m_uevents(m_testbed.root(), m_scheduler)
+    , m_context{{}, {}, m_scheduler, m_testbed.root(), 0}
 {
     std::filesystem::create_directory(root() + "/frames");
     m_testbed.addDevice(rootHub());
@@ -29,9 +29,8 @@ void Bench::plug(const std::string& id, const SpecEditor& edit)
         edit(spec);
         lock.unlock();
         auto created = std::make_unique<Camera>(
-            m_context, id, std::move(spec), [this, id](const BusDrop& drop) {
-                scheduleDrop(camera(id), drop);
-            });
+            m_context, id, std::move(spec),
+            [this, id](const BusDrop& drop) { scheduleDrop(camera(id), drop); });
         lock.lock();
         appear(*m_cameras.emplace(id, std::move(created)).first->second, lock);
         return;
@@ -177,10 +176,9 @@ void Bench::releaseNodes(Camera& camera)
 
 void Bench::scheduleDrop(Camera& camera, const BusDrop& drop)
 {
-    m_scheduler.after(drop.after,
-                      [this, id = camera.id, connection = camera.connection, drop] {
-                          dropNow(id, connection, drop);
-                      });
+    m_scheduler.after(drop.after, [this, id = camera.id, connection = camera.connection, drop] {
+        dropNow(id, connection, drop);
+    });
 }
 
 void Bench::dropNow(const std::string& id, unsigned connection, const BusDrop& drop)

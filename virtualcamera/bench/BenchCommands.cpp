@@ -1,10 +1,10 @@
 #include "BenchCommands.h"
 
 #include "CameraOptions.h"
-#include "PixelFormats.h"
-#include "WaitCondition.h"
 #include "core/Checksum.h"
+#include "PixelFormats.h"
 #include "protocol/ControlText.h"
+#include "WaitCondition.h"
 
 #include <climits>
 #include <cstdio>
@@ -83,7 +83,8 @@ std::vector<std::string> logFields(const LogEntry& entry)
 } // namespace
 
 BenchCommands::BenchCommands(Bench& bench, std::function<void()> onQuit)
-    : m_bench(bench), m_onQuit(std::move(onQuit))
+    : m_bench(bench)
+    , m_onQuit(std::move(onQuit))
 {
 }
 
@@ -112,11 +113,16 @@ std::string BenchCommands::dispatch(const Words& words)
         throw std::runtime_error("the bench is ending");
     using Handler = std::string (BenchCommands::*)(const Words&);
     static const std::map<std::string, Handler> handlers{
-        {"plug", &BenchCommands::plug},           {"fault", &BenchCommands::fault},
-        {"registers", &BenchCommands::registers}, {"set", &BenchCommands::set},
-        {"log", &BenchCommands::log},             {"handles", &BenchCommands::handles},
-        {"stats", &BenchCommands::stats},         {"firmware", &BenchCommands::firmware},
-        {"nodes", &BenchCommands::nodes},         {"wait", &BenchCommands::wait},
+        {"plug", &BenchCommands::plug},
+        {"fault", &BenchCommands::fault},
+        {"registers", &BenchCommands::registers},
+        {"set", &BenchCommands::set},
+        {"log", &BenchCommands::log},
+        {"handles", &BenchCommands::handles},
+        {"stats", &BenchCommands::stats},
+        {"firmware", &BenchCommands::firmware},
+        {"nodes", &BenchCommands::nodes},
+        {"wait", &BenchCommands::wait},
     };
     const std::string& verb = words.front();
     if (const auto found = handlers.find(verb); found != handlers.end())

@@ -6,10 +6,12 @@ namespace virtualcamera {
 
 Camera::Camera(BenchContext& context, std::string cameraId, CameraSpec cameraSpec,
                HidInterface::DropHandler onDrop)
-    : id(std::move(cameraId)), spec(std::move(cameraSpec)), device(spec.device),
-      hid(context, spec.identity, device, std::move(onDrop)),
-      video(context, spec.identity, device, std::make_unique<ScenePainter>()),
-      metadata(spec.identity)
+    : id(std::move(cameraId))
+    , spec(std::move(cameraSpec))
+    , device(spec.device)
+    , hid(context, spec.identity, device, std::move(onDrop))
+    , video(context, spec.identity, device, std::make_unique<ScenePainter>())
+    , metadata(spec.identity)
 {
     update(spec);
 }

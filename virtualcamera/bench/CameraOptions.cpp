@@ -72,8 +72,7 @@ std::string usbSerialOf(const std::string& serial)
 {
     std::string text = usbString(serial);
     std::replace_if(
-        text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) > 0x7E; },
-        '_');
+        text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) > 0x7E; }, '_');
     return text;
 }
 
@@ -114,14 +113,11 @@ const std::map<std::string, Setter>& setters()
         {"firmware",
          [](CameraSpec& s, const std::string& v) { s.device.firmwareVersion = parseVersion(v); }},
         {"card", [](CameraSpec& s, const std::string& v) { s.identity.card = usbString(v); }},
-        {"product",
-         [](CameraSpec& s, const std::string& v) { s.identity.product = usbString(v); }},
+        {"product", [](CameraSpec& s, const std::string& v) { s.identity.product = usbString(v); }},
         {"manufacturer",
          [](CameraSpec& s, const std::string& v) { s.identity.manufacturer = usbString(v); }},
-        {"vid",
-         [](CameraSpec& s, const std::string& v) { s.identity.vendorId = parseHexId(v); }},
-        {"pid",
-         [](CameraSpec& s, const std::string& v) { s.identity.productId = parseHexId(v); }},
+        {"vid", [](CameraSpec& s, const std::string& v) { s.identity.vendorId = parseHexId(v); }},
+        {"pid", [](CameraSpec& s, const std::string& v) { s.identity.productId = parseHexId(v); }},
         {"usb", [](CameraSpec& s, const std::string& v) { s.identity.onUsb = parseFlag(v); }},
         {"port",
          [](CameraSpec& s, const std::string& v) {
@@ -132,8 +128,7 @@ const std::map<std::string, Setter>& setters()
         {"amp", [](CameraSpec& s, const std::string& v) { s.hasAmplifier = parseFlag(v); }},
         {"broadcast", [](CameraSpec& s, const std::string& v) { s.broadcast = parseFlag(v); }},
         {"probe", [](CameraSpec& s, const std::string& v) { s.device.probe = parseByte(v); }},
-        {"prefix",
-         [](CameraSpec& s, const std::string& v) { s.device.replyPrefix = parseHex(v); }},
+        {"prefix", [](CameraSpec& s, const std::string& v) { s.device.replyPrefix = parseHex(v); }},
         {"returndelay",
          [](CameraSpec& s, const std::string& v) { s.device.returnDelay = parseMilliseconds(v); }},
         {"dropdelay",
@@ -185,6 +180,10 @@ void applyRegister(Camera& camera, const std::string& name, const std::string& v
                 static_cast<int>(parseInteger(value, range.minimum, range.maximum));
             return;
         }
+    }
+    if (name == "streamon") { // as if another program streamed in the configured format
+        device.configuredFormat().streaming = parseInteger(value, 0, 1) != 0;
+        return;
     }
     if (name == "width") {
         device.configuredFormat().width = static_cast<std::uint32_t>(parseInteger(value, 0, 65535));

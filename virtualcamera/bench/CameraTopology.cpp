@@ -12,7 +12,8 @@ constexpr const char* kRootHubPath = "pci0000:00/0000:00:14.0/usb1";
 constexpr int kVideoMajor = 81;
 constexpr int kHidrawMajor = 240;
 
-template <typename... Values> std::string format(const char* pattern, Values... values)
+template <typename... Values>
+std::string format(const char* pattern, Values... values)
 {
     char buffer[64];
     std::snprintf(buffer, sizeof buffer, pattern, values...);
@@ -122,8 +123,7 @@ SysfsDevice hidDevice(const SysfsDevice& parent, const CameraIdentity& identity,
         {"HID_NAME", identity.hidName()},
         {"HID_PHYS", identity.hidPhysicalPath()},
         {"HID_UNIQ", identity.usbSerial},
-        {"MODALIAS",
-         format("hid:b0003g0001v%08Xp%08X", identity.vendorId, identity.productId)}};
+        {"MODALIAS", format("hid:b0003g0001v%08Xp%08X", identity.vendorId, identity.productId)}};
     return device;
 }
 
@@ -173,7 +173,7 @@ SysfsDevice rootHub()
     device.path = kRootHubPath;
     device.attributes = {{"idVendor", "1d6b\n"}, {"idProduct", "0003\n"}, {"busnum", "1\n"},
                          {"devnum", "1\n"},      {"devpath", "0\n"},      {"speed", "10000\n"}};
-    device.properties = {{"DEVTYPE", "usb_device"}, {"DRIVER", "usb"},  {"PRODUCT", "1d6b/3/601"},
+    device.properties = {{"DEVTYPE", "usb_device"}, {"DRIVER", "usb"}, {"PRODUCT", "1d6b/3/601"},
                          {"TYPE", "9/0/3"},         {"BUSNUM", "001"}, {"DEVNUM", "001"}};
     return device;
 }

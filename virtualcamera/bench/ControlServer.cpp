@@ -48,8 +48,10 @@ FileDescriptor listenAt(const std::string& path)
 } // namespace
 
 ControlServer::ControlServer(BenchCommands& commands, std::string path)
-    : m_commands(commands), m_path(std::move(path)), m_listener(listenAt(m_path)),
-      m_acceptor([this] { acceptClients(); })
+    : m_commands(commands)
+    , m_path(std::move(path))
+    , m_listener(listenAt(m_path))
+    , m_acceptor([this] { acceptClients(); })
 {
 }
 
@@ -107,8 +109,8 @@ void ControlServer::serve(Connection& connection)
         while (alive && (end = pending.find('\n')) != std::string::npos) {
             const std::string line = pending.substr(0, end);
             pending.erase(0, end + 1);
-            const std::string reply = line.size() > kMaxRequestLine ? "error request too long"
-                                                                    : m_commands.execute(line);
+            const std::string reply =
+                line.size() > kMaxRequestLine ? "error request too long" : m_commands.execute(line);
             alive = sendAll(connection.socket.get(), reply + '\n');
         }
         if (pending.size() > kMaxRequestLine) {

@@ -32,7 +32,8 @@ class HidInterface::HidSession : public Session
 {
 public:
     HidSession(HidInterface& interface, std::shared_ptr<Fifo> queue)
-        : m_interface(interface), m_queue(std::move(queue))
+        : m_interface(interface)
+        , m_queue(std::move(queue))
     {
     }
     ~HidSession() override { m_interface.m_sessions.erase(this); }
@@ -141,7 +142,10 @@ SyscallResult HidInterface::HidSession::ioctl(std::uint32_t request, const Ioctl
 
 HidInterface::HidInterface(BenchContext& context, const CameraIdentity& identity, Device& device,
                            DropHandler onDrop)
-    : m_context(context), m_identity(identity), m_device(device), m_onDrop(std::move(onDrop))
+    : m_context(context)
+    , m_identity(identity)
+    , m_device(device)
+    , m_onDrop(std::move(onDrop))
 {
 }
 
@@ -172,13 +176,12 @@ SyscallResult HidInterface::handleReport(HidSession& from, const std::uint8_t* d
     if (reaction.delay.count() == 0) {
         deliver(reaction.reports, &from);
     } else {
-        m_context.scheduler.after(
-            reaction.delay,
-            [this, reports = reaction.reports, asker = &from, connection = m_connection] {
-                const std::lock_guard<std::mutex> lock(m_context.mutex);
-                if (connection == m_connection)
-                    deliver(reports, asker);
-            });
+        m_context.scheduler.after(reaction.delay, [this, reports = reaction.reports, asker = &from,
+                                                   connection = m_connection] {
+            const std::lock_guard<std::mutex> lock(m_context.mutex);
+            if (connection == m_connection)
+                deliver(reports, asker);
+        });
     }
     return static_cast<SyscallResult>(size);
 }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "BenchContext.h"
-#include "NodeSlot.h"
 #include "core/Device.h"
+#include "NodeSlot.h"
 
 #include <functional>
 #include <set>

@@ -13,7 +13,8 @@ namespace {
 
 constexpr std::uint32_t kBufferSize = 10240;
 
-template <typename Array> void copyText(const std::string& text, Array& to)
+template <typename Array>
+void copyText(const std::string& text, Array& to)
 {
     std::memcpy(to, text.data(), std::min(text.size(), sizeof to - 1));
 }
@@ -24,7 +25,8 @@ class MetadataInterface::MetadataSession : public Session
 {
 public:
     explicit MetadataSession(const MetadataInterface& interface)
-        : m_interface(interface), m_connection(interface.m_connection)
+        : m_interface(interface)
+        , m_connection(interface.m_connection)
     {
     }
 

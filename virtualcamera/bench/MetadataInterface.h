@@ -11,7 +11,10 @@ struct CameraIdentity;
 class MetadataInterface : public NodeBackend
 {
 public:
-    explicit MetadataInterface(const CameraIdentity& identity) : m_identity(identity) {}
+    explicit MetadataInterface(const CameraIdentity& identity)
+        : m_identity(identity)
+    {
+    }
 
     std::unique_ptr<Session> open(std::shared_ptr<Fifo> queue) override;
     void disconnect() { ++m_connection; }

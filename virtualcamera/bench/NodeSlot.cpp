@@ -33,7 +33,9 @@ struct NodeSlot::Client
 };
 
 NodeSlot::NodeSlot(BenchContext& context, Testbed& testbed, std::string name)
-    : m_context(context), m_name(std::move(name)), m_handler(umockdev_ioctl_base_new())
+    : m_context(context)
+    , m_name(std::move(name))
+    , m_handler(umockdev_ioctl_base_new())
 {
     g_signal_connect(m_handler, "client-connected", G_CALLBACK(onConnected), this);
     g_signal_connect(m_handler, "handle-ioctl", G_CALLBACK(onIoctl), this);
@@ -181,8 +183,8 @@ int NodeSlot::onWrite(UMockdevIoctlBase*, UMockdevIoctlClient* client, void* sel
     SyscallResult result = 0;
     {
         const std::lock_guard<std::mutex> lock(slot->m_context.mutex);
-        result = clientOf(client).session->write(data->data,
-                                                 static_cast<std::size_t>(data->data_len));
+        result =
+            clientOf(client).session->write(data->data, static_cast<std::size_t>(data->data_len));
     }
     complete(client, result);
     return TRUE;

@@ -56,7 +56,8 @@ public:
     }
 
 private:
-    template <typename Struct> bool read(std::size_t offset, Struct& to) const
+    template <typename Struct>
+    bool read(std::size_t offset, Struct& to) const
     {
         if (offset > m_bytes.size() || m_bytes.size() - offset < sizeof to)
             return false;

@@ -2,7 +2,8 @@
 
 namespace virtualcamera {
 
-Scheduler::Scheduler() : m_thread([this] { run(); })
+Scheduler::Scheduler()
+    : m_thread([this] { run(); })
 {
 }
 

@@ -15,7 +15,9 @@ using SyscallResult = long;
 class IoctlArgument
 {
 public:
-    IoctlArgument(UMockdevIoctlData* data, std::uint32_t request) : m_data(data), m_request(request)
+    IoctlArgument(UMockdevIoctlData* data, std::uint32_t request)
+        : m_data(data)
+        , m_request(request)
     {
     }
 
@@ -23,7 +25,8 @@ public:
     /// bad pointer.
     void* memory() const { return resolve(m_data, 0, requestSize()); }
     std::size_t requestSize() const;
-    template <typename Struct> Struct* as() const
+    template <typename Struct>
+    Struct* as() const
     {
         return requestSize() < sizeof(Struct) ? nullptr : static_cast<Struct*>(memory());
     }

@@ -40,7 +40,8 @@ std::string SysfsDevice::property(const std::string& name) const
     return {};
 }
 
-Testbed::Testbed() : m_testbed(umockdev_testbed_new())
+Testbed::Testbed()
+    : m_testbed(umockdev_testbed_new())
 {
     gchar* root = umockdev_testbed_get_root_dir(m_testbed);
     m_root = root;

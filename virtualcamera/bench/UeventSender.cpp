@@ -85,7 +85,8 @@ FileDescriptor connectTo(const std::string& path)
 } // namespace
 
 UeventSender::UeventSender(std::string root, Scheduler& scheduler)
-    : m_root(std::move(root)), m_scheduler(scheduler)
+    : m_root(std::move(root))
+    , m_scheduler(scheduler)
 {
 }
 

@@ -12,7 +12,8 @@ namespace {
 
 constexpr std::uint32_t kNextFlags = V4L2_CTRL_FLAG_NEXT_CTRL | V4L2_CTRL_FLAG_NEXT_COMPOUND;
 
-template <typename Text> void copyName(std::string_view name, Text& to)
+template <typename Text>
+void copyName(std::string_view name, Text& to)
 {
     const std::size_t size = std::min(name.size(), sizeof to - 1);
     std::copy_n(name.begin(), size, to);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Session.h"
 #include "core/Device.h"
+#include "Session.h"
 
 #include <linux/videodev2.h>
 
@@ -11,7 +11,10 @@ namespace virtualcamera {
 class VideoControls
 {
 public:
-    explicit VideoControls(Device& device) : m_device(device) {}
+    explicit VideoControls(Device& device)
+        : m_device(device)
+    {
+    }
 
     /// A camera without an amplifier has no picture controls at all.
     void setPresent(bool present) { m_present = present; }

@@ -17,7 +17,8 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::uint32_t kDriverVersion = (6U << 16U) | (1U << 8U);
 
-template <typename Array> void copyText(const std::string& text, Array& to)
+template <typename Array>
+void copyText(const std::string& text, Array& to)
 {
     const std::size_t size = std::min(text.size(), sizeof to - 1);
     std::memset(to, 0, sizeof to);
@@ -35,7 +36,8 @@ class VideoInterface::VideoSession : public Session
 {
 public:
     VideoSession(VideoInterface& interface, std::shared_ptr<Fifo> queue)
-        : m_interface(interface), m_queue(std::move(queue))
+        : m_interface(interface)
+        , m_queue(std::move(queue))
     {
     }
     ~VideoSession() override { m_interface.closeSession(*this); }
@@ -71,8 +73,12 @@ private:
 
 VideoInterface::VideoInterface(BenchContext& context, const CameraIdentity& identity,
                                Device& device, std::unique_ptr<FramePainter> painter)
-    : m_context(context), m_identity(identity), m_device(device), m_controls(device),
-      m_painter(std::move(painter)), m_frameRate(frameRates().front())
+    : m_context(context)
+    , m_identity(identity)
+    , m_device(device)
+    , m_controls(device)
+    , m_painter(std::move(painter))
+    , m_frameRate(frameRates().front())
 {
     m_format.width = device.configuredFormat().width;
     m_format.height = device.configuredFormat().height;
@@ -171,11 +177,9 @@ SyscallResult VideoInterface::capability(v4l2_capability& capability) const
     copyText(m_identity.card, capability.card);
     copyText(m_identity.videoBusInfo(), capability.bus_info);
     capability.version = kDriverVersion;
-    capability.device_caps =
-        V4L2_CAP_VIDEO_CAPTURE | V4L2_CAP_STREAMING | V4L2_CAP_EXT_PIX_FORMAT;
+    capability.device_caps = V4L2_CAP_VIDEO_CAPTURE | V4L2_CAP_STREAMING | V4L2_CAP_EXT_PIX_FORMAT;
     // The capabilities of the whole camera, so those of the metadata node too.
-    capability.capabilities =
-        capability.device_caps | V4L2_CAP_META_CAPTURE | V4L2_CAP_DEVICE_CAPS;
+    capability.capabilities = capability.device_caps | V4L2_CAP_META_CAPTURE | V4L2_CAP_DEVICE_CAPS;
     return 0;
 }
 
@@ -203,12 +207,11 @@ SyscallResult VideoInterface::enumerate(std::uint32_t request, const IoctlArgume
     if (request == VIDIOC_ENUM_FRAMEINTERVALS) {
         auto& entry = *argument.as<v4l2_frmivalenum>();
         const PixelFormat* format = findPixelFormat(entry.pixel_format);
-        const bool knowsSize =
-            format && std::any_of(format->sizes.begin(), format->sizes.end(),
-                                  [&entry](const FrameSize& size) {
-                                      return size.width == entry.width &&
-                                             size.height == entry.height;
-                                  });
+        const bool knowsSize = format && std::any_of(format->sizes.begin(), format->sizes.end(),
+                                                     [&entry](const FrameSize& size) {
+                                                         return size.width == entry.width &&
+                                                                size.height == entry.height;
+                                                     });
         if (!knowsSize || entry.index >= frameRates().size())
             return -EINVAL;
         entry.type = V4L2_FRMIVAL_TYPE_DISCRETE;
@@ -273,8 +276,8 @@ SyscallResult VideoInterface::requestBuffers(VideoSession& session, v4l2_request
         return result;
     if (m_streaming)
         return -EBUSY;
-    request.count =
-        static_cast<std::uint32_t>(std::min<std::size_t>(request.count, FrameBuffers::kMostBuffers));
+    request.count = static_cast<std::uint32_t>(
+        std::min<std::size_t>(request.count, FrameBuffers::kMostBuffers));
     m_buffers.allocate(request.count, m_format.sizeimage);
 
     // The preload library follows this link when the program maps the node.
@@ -284,8 +287,8 @@ SyscallResult VideoInterface::requestBuffers(VideoSession& session, v4l2_request
         release(session);
         return 0;
     }
-    const std::string target = "/proc/" + std::to_string(::getpid()) + "/fd/" +
-                               std::to_string(m_buffers.memory()->fd());
+    const std::string target =
+        "/proc/" + std::to_string(::getpid()) + "/fd/" + std::to_string(m_buffers.memory()->fd());
     return ::symlink(target.c_str(), path.c_str()) == 0 ? 0 : -ENOMEM;
 }
 
@@ -377,8 +380,8 @@ PictureState VideoInterface::pictureState() const
     const auto normalized = [this, &bank](Control control) {
         const ControlRange& range = m_device.range(control);
         const double distance = bank[control] - range.defaultValue;
-        const int span = distance < 0 ? range.defaultValue - range.minimum
-                                      : range.maximum - range.defaultValue;
+        const int span =
+            distance < 0 ? range.defaultValue - range.minimum : range.maximum - range.defaultValue;
         return span > 0 ? distance / span : 0.0;
     };
     state.brightness = normalized(Control::Brightness);

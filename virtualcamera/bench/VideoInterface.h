@@ -2,8 +2,8 @@
 
 #include "BenchContext.h"
 #include "FrameBuffers.h"
-#include "scene/FramePainter.h"
 #include "NodeSlot.h"
+#include "scene/FramePainter.h"
 #include "VideoControls.h"
 
 #include <atomic>

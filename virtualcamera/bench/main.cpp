@@ -3,9 +3,9 @@
 #include "ChildProcess.h"
 #include "CommandLine.h"
 #include "ControlServer.h"
+#include "protocol/ControlText.h"
 #include "SanitizerPreload.h"
 #include "Script.h"
-#include "protocol/ControlText.h"
 
 #include <array>
 #include <csignal>

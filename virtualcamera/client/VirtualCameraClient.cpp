@@ -30,7 +30,8 @@ std::uint64_t number(const std::string& text)
     return std::strtoull(text.c_str(), nullptr, 0);
 }
 
-template <typename Number> Number number(const std::string& text)
+template <typename Number>
+Number number(const std::string& text)
 {
     return static_cast<Number>(number(text));
 }
@@ -47,8 +48,8 @@ std::vector<std::string> splitFields(const std::string& text)
     std::size_t start = 0;
     for (std::size_t comma = 0; comma != std::string::npos; start = comma + 1) {
         comma = text.find(',', start);
-        parts.push_back(percentDecode(
-            text.substr(start, comma == std::string::npos ? comma : comma - start)));
+        parts.push_back(
+            percentDecode(text.substr(start, comma == std::string::npos ? comma : comma - start)));
     }
     return parts;
 }
@@ -229,8 +230,8 @@ void VirtualCameraClient::clearLog(const std::string& id)
 VirtualCameraClient::Handles VirtualCameraClient::handles(const std::string& id)
 {
     const Fields f = fields(command("handles", id));
-    return {number(valueOf(f, "hid")), number(valueOf(f, "video")),
-            number(valueOf(f, "hidtotal")), number(valueOf(f, "videototal"))};
+    return {number(valueOf(f, "hid")), number(valueOf(f, "video")), number(valueOf(f, "hidtotal")),
+            number(valueOf(f, "videototal"))};
 }
 
 VirtualCameraClient::Stats VirtualCameraClient::stats(const std::string& id)

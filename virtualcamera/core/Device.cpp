@@ -17,9 +17,8 @@ const SettingInfo* findSetting(std::uint16_t command)
     const auto readCode = static_cast<std::uint16_t>(command & 0xFFFEU);
     const auto& infos = settingInfos();
     const auto found =
-        std::find_if(infos.begin(), infos.end(), [readCode](const SettingInfo& info) {
-            return info.readCommand == readCode;
-        });
+        std::find_if(infos.begin(), infos.end(),
+                     [readCode](const SettingInfo& info) { return info.readCommand == readCode; });
     return found == infos.end() ? nullptr : &*found;
 }
 
@@ -83,8 +82,9 @@ const FaultRule* findFault(const std::vector<FaultRule>& faults, FaultKind kind)
 } // namespace
 
 Device::Device(DeviceConfig config)
-    : m_config(std::move(config)), m_current(SettingsBank::factory(m_config.controlRanges)),
-      m_stored(m_current)
+    : m_config(std::move(config))
+    , m_current(SettingsBank::factory(m_config.controlRanges))
+    , m_stored(m_current)
 {
 }
 

@@ -170,8 +170,7 @@ void FaultPlan::add(const FaultRule& rule)
 {
     m_rules.erase(std::remove_if(m_rules.begin(), m_rules.end(),
                                  [&rule](const FaultRule& each) {
-                                     return each.kind == rule.kind &&
-                                            each.command == rule.command;
+                                     return each.kind == rule.kind && each.command == rule.command;
                                  }),
                   m_rules.end());
     m_rules.push_back(rule);

@@ -114,8 +114,8 @@ Bytes buildResponse(const Response& response)
     Bytes report = emptyReport(response.command);
     const std::size_t size = std::min(response.payload.size(), kMaxPayload);
     const auto claimed = response.claimedLength.value_or(static_cast<std::uint16_t>(size));
-    report[DataStatusAt] = static_cast<std::uint8_t>(size > 0 ? DataStatus::Payload
-                                                              : DataStatus::Control);
+    report[DataStatusAt] =
+        static_cast<std::uint8_t>(size > 0 ? DataStatus::Payload : DataStatus::Control);
     storeLittleEndian16(&report[DataLengthAt], claimed);
     storeLittleEndian32(&report[PackNumberAt], response.status);
     std::copy_n(response.payload.begin(), size, report.begin() + kHeaderSize);
@@ -134,9 +134,9 @@ Bytes buildRequest(const Request& request)
     storeLittleEndian16(&report[DataLengthAt], request.dataLength);
     storeLittleEndian32(&report[PackNumberAt], request.packNumber);
     std::copy_n(request.payload.begin(), size, report.begin() + kHeaderSize);
-    storeLittleEndian16(&report[kChecksumOffset],
-                        frameChecksum(report, std::min<std::size_t>(request.dataLength,
-                                                                    kMaxPayload)));
+    storeLittleEndian16(
+        &report[kChecksumOffset],
+        frameChecksum(report, std::min<std::size_t>(request.dataLength, kMaxPayload)));
     return report;
 }
 

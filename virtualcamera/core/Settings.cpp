@@ -7,7 +7,7 @@ const std::array<SettingInfo, kSettingCount>& settingInfos()
     static const std::array<SettingInfo, kSettingCount> infos{{
         {Setting::AutoFrameMode, 0x5030, "autoFrameMode", 0},
         {Setting::FrameMaster, 0x5040, "frameMaster", 0},
-        {Setting::PickupSensitivity, 0x5070, "PickupSensitivity", 1},
+        {Setting::PickupSensitivity, 0x5070, "PickupSensitivity", 50},
         // The spelling is the one the setting has on the wire protocol's side of the world.
         {Setting::AutoFrameSwitch, 0x5080, "autoFrameSwicth", 0},
         {Setting::HorizontalMirror, 0x5090, "HorizontalMirror", 0},

@@ -29,10 +29,9 @@ static int copyNode(int fd, int lowest, int closeOnExec)
     nodeTableLock();
     const int handle = nodeIoctl(fd, VIRTUALCAMERA_IOC_HANDLE, 0);
     int copy = handle > 0 ? openUnannounced(path) : -1;
-    if (copy >= 0 &&
-        (copy < lowest ||
-         nodeIoctl(copy, VIRTUALCAMERA_IOC_SHARE, (unsigned long)handle) != handle ||
-         syscall(SYS_dup3, fd, copy, closeOnExec ? O_CLOEXEC : 0) < 0)) {
+    if (copy >= 0 && (copy < lowest ||
+                      nodeIoctl(copy, VIRTUALCAMERA_IOC_SHARE, (unsigned long)handle) != handle ||
+                      syscall(SYS_dup3, fd, copy, closeOnExec ? O_CLOEXEC : 0) < 0)) {
         closeLocked(copy);
         copy = -1;
     }

@@ -82,8 +82,7 @@ bool nodeOfFd(int fd, char* path, unsigned long size)
             *suffix = '\0';
         const unsigned long rootLength = strlen(root);
         found = strncmp(target, root, rootLength) == 0 &&
-                strncmp(target + rootLength, "/dev/", 5) == 0 &&
-                strlen(target + rootLength) < size;
+                strncmp(target + rootLength, "/dev/", 5) == 0 && strlen(target + rootLength) < size;
         if (found)
             strcpy(path, target + rootLength);
     }

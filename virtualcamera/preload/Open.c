@@ -32,10 +32,7 @@ DEFINE_NEXT(int, nextOpenat64, "openat64", int, const char*, int, ...)
 DEFINE_NEXT(int, nextClose, "close", int)
 DEFINE_NEXT(int, nextIoctl, "ioctl", int, unsigned long, ...)
 
-enum
-{
-    MOST_TRIES = 1000
-};
+enum { MOST_TRIES = 1000 };
 
 int nodeIoctl(int fd, unsigned long request, unsigned long argument)
 {
@@ -106,8 +103,7 @@ static mode_t modeArgument(int flags, va_list arguments)
         va_start(arguments, flags);                                                                \
         const mode_t mode = modeArgument(flags, arguments);                                        \
         va_end(arguments);                                                                         \
-        return isNodePath(path) ? openNode(next(), path, flags, mode)                              \
-                                : next()(path, flags, mode);                                       \
+        return isNodePath(path) ? openNode(next(), path, flags, mode) : next()(path, flags, mode); \
     }
 
 /* umockdev serves only nodes opened by open(); an absolute path means the same to openat(). */

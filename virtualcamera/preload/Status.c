@@ -27,8 +27,8 @@ static dev_t nodeNumber(const char* node)
     return sscanf(target, "%u:%u", &major, &minor) == 2 ? makedev(major, minor) : 0;
 }
 
-#define DEFINE_FSTAT(name, Stat, next)                                                             \
-    int name(int fd, struct Stat* status)                                                          \
+#define DEFINE_FSTAT(name, versionedName, Stat, next)                                              \
+    static int name##Node(int fd, struct Stat* status)                                             \
     {                                                                                              \
         char node[PATH_MAX];                                                                       \
         const int result = next(fd, status);                                                       \
@@ -37,7 +37,18 @@ static dev_t nodeNumber(const char* node)
             status->st_rdev = nodeNumber(node);                                                    \
         }                                                                                          \
         return result;                                                                             \
+    }                                                                                              \
+    int name(int fd, struct Stat* status)                                                          \
+    {                                                                                              \
+        return name##Node(fd, status);                                                             \
+    }                                                                                              \
+    /* Its name in programs built for an older C library, and what ThreadSanitizer calls. */       \
+    int versionedName(int version, int fd, struct Stat* status);                                   \
+    int versionedName(int version, int fd, struct Stat* status)                                    \
+    {                                                                                              \
+        (void)version;                                                                             \
+        return name##Node(fd, status);                                                             \
     }
 
-DEFINE_FSTAT(fstat, stat, realFstat)
-DEFINE_FSTAT(fstat64, stat64, nextFstat64())
+DEFINE_FSTAT(fstat, __fxstat, stat, realFstat)
+DEFINE_FSTAT(fstat64, __fxstat64, stat64, nextFstat64())

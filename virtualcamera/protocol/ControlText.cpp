@@ -12,8 +12,7 @@ bool isPlain(unsigned char byte)
 {
     const bool alphanumeric = (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') ||
                               (byte >= 'a' && byte <= 'z');
-    return alphanumeric || byte == '.' || byte == '-' || byte == '_' || byte == '/' ||
-           byte == ':';
+    return alphanumeric || byte == '.' || byte == '-' || byte == '_' || byte == '/' || byte == ':';
 }
 
 int digitValue(char digit)

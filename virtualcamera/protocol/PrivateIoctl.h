@@ -7,8 +7,7 @@
 extern "C" {
 #endif
 
-enum
-{
+enum {
     /* Sent right after open(): waits until the bench has seen the handle, and lets the device
      * refuse it. Answers the number of the handle. */
     VIRTUALCAMERA_IOC_OPENED = 0xF501,

@@ -27,8 +27,7 @@ long elapsed(Clock::time_point since)
 
 bool isWritten(const HidHandle& handle, const Bytes& report)
 {
-    return hid_write(handle.get(), report.data(), report.size()) ==
-           static_cast<int>(report.size());
+    return hid_write(handle.get(), report.data(), report.size()) == static_cast<int>(report.size());
 }
 
 Bytes ask(const HidHandle& handle, const Bytes& request)
@@ -50,8 +49,9 @@ std::uint32_t statusOf(const Bytes& report)
 
 TEST(Hid, IsEnumeratedWithItsTexts)
 {
-    TestCamera camera("texts", {{"manufacturer", "Sorvanta"}, {"product", "NOVA EDGE"},
-                                {"serial", "SVAA009500557"}});
+    TestCamera camera(
+        "texts",
+        {{"manufacturer", "Sorvanta"}, {"product", "NOVA EDGE"}, {"serial", "SVAA009500557"}});
     hid_device_info* list = hid_enumerate(0xB206, 0xB215);
     ASSERT_NE(list, nullptr);
     EXPECT_EQ(camera.hidNode(), list->path);

@@ -21,8 +21,8 @@ bool isEnumerated()
     return found;
 }
 
-std::string attribute(const std::string& subsystem, const std::string& name,
-                      const char* parentType, const char* wanted)
+std::string attribute(const std::string& subsystem, const std::string& name, const char* parentType,
+                      const char* wanted)
 {
     udev* context = udev_new();
     udev_device* device =

@@ -16,7 +16,8 @@ std::string text(const char* value)
 } // namespace
 
 UdevMonitor::UdevMonitor(const std::vector<std::string>& subsystems)
-    : m_udev(udev_new()), m_monitor(udev_monitor_new_from_netlink(m_udev.get(), "udev"))
+    : m_udev(udev_new())
+    , m_monitor(udev_monitor_new_from_netlink(m_udev.get(), "udev"))
 {
     for (const std::string& subsystem : subsystems)
         udev_monitor_filter_add_match_subsystem_devtype(m_monitor.get(), subsystem.c_str(),

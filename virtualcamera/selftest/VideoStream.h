@@ -21,7 +21,8 @@ public:
     int fd() const { return m_fd; }
 
     /// 0 or the errno of the ioctl.
-    template <typename Argument> int control(unsigned long request, Argument& argument) const
+    template <typename Argument>
+    int control(unsigned long request, Argument& argument) const
     {
         return controlRaw(request, &argument);
     }

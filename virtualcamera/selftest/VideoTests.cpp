@@ -49,7 +49,7 @@ TEST(Video, StreamsYuyv)
     const auto start = std::chrono::steady_clock::now();
     std::vector<std::uint8_t> frame;
     for (int i = 0; i < 30; ++i) {
-        ASSERT_TRUE(stream.waitReadable(1000));
+        ASSERT_TRUE(stream.waitReadable(10000));
         ASSERT_EQ(0, stream.readFrame(frame));
         ASSERT_EQ(1280U * 720 * 2, frame.size());
     }
@@ -122,7 +122,7 @@ TEST(Video, PollAndSelectWaitForAFrame)
     fd_set set;
     FD_ZERO(&set);
     FD_SET(stream.fd(), &set);
-    timeval timeout{1, 0};
+    timeval timeout{10, 0};
     EXPECT_EQ(1, ::select(stream.fd() + 1, &set, nullptr, nullptr, &timeout));
 }
 

@@ -7,8 +7,7 @@
 #include <sys/eventfd.h>
 #include <thread>
 
-namespace
-{
+namespace {
 
 constexpr std::chrono::milliseconds kVideoNodePatience{1000};
 constexpr std::chrono::milliseconds kVideoNodeInterval{20};
@@ -42,8 +41,8 @@ bool hasVideoInterface(udev_device* usb)
     constexpr const char* videoClass = "0e";
     bool found = false;
     forEachChild(usb, "usb", [&found](udev_device* child) {
-        found = found ||
-                isEqual(udev_device_get_sysattr_value(child, "bInterfaceClass"), videoClass);
+        found =
+            found || isEqual(udev_device_get_sysattr_value(child, "bInterfaceClass"), videoClass);
     });
     return found;
 }

@@ -7,8 +7,7 @@
 class HotPlugWatch
 {
 public:
-    enum class Event
-    {
+    enum class Event {
         Arrival,
         Removal,
         Other, ///< nothing that concerns the list

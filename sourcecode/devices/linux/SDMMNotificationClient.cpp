@@ -1,10 +1,9 @@
 #include "SDMMNotificationClient.h"
 
-#include <QDebug>
 #include <pulse/pulseaudio.h>
+#include <QDebug>
 
-namespace
-{
+namespace {
 
 /// @p id is the endpoint's name to the server, @p name the one for people. On the sound thread.
 void printDeviceName(const char* id, const char* name)
@@ -46,8 +45,7 @@ void onEvent(pa_context* context, pa_subscription_event_type_t event, uint32_t i
 
 void onSubscribed(pa_context*, int success, void*)
 {
-    qCritical() << "DeviceManager::initIMMDeviceEnumerator"
-                << (success ? "注册成功" : "注册失败");
+    qCritical() << "DeviceManager::initIMMDeviceEnumerator" << (success ? "注册成功" : "注册失败");
 }
 
 void onState(pa_context* context, void*)

@@ -46,16 +46,53 @@ private:
 class WithoutPrivileges
 {
 public:
-    WithoutPrivileges() : m_root(geteuid() == 0 && seteuid(kNobody) == 0) {}
-    ~WithoutPrivileges()
+    WithoutPrivileges()
+        : m_root(geteuid() == 0 && seteuid(kNobody) == 0)
     {
-        EXPECT_TRUE(!m_root || seteuid(0) == 0);
     }
+    ~WithoutPrivileges() { EXPECT_TRUE(!m_root || seteuid(0) == 0); }
     WithoutPrivileges(const WithoutPrivileges&) = delete;
     WithoutPrivileges& operator=(const WithoutPrivileges&) = delete;
 
 private:
     bool m_root;
+};
+
+/// A disk of 64 KiB in the place of a directory, seen by this process alone.
+class SmallDisk
+{
+public:
+    explicit SmallDisk(const QString& path)
+        : m_path(QFile::encodeName(path))
+    {
+        m_mounted = unshare(CLONE_NEWNS) == 0 &&
+                    mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+                    mount("tmpfs", m_path.constData(), "tmpfs", 0, "size=64k") == 0;
+    }
+    ~SmallDisk() { EXPECT_TRUE(!m_mounted || umount(m_path.constData()) == 0); }
+    SmallDisk(const SmallDisk&) = delete;
+    SmallDisk& operator=(const SmallDisk&) = delete;
+
+    [[nodiscard]] bool isMounted() const { return m_mounted; }
+
+    /// Leaves @p freePages of 4 KiB.
+    void fill(int freePages) const
+    {
+        const QByteArray block(4096, 'x');
+        const int filler = open(fillerPath().constData(), O_WRONLY | O_CREAT, 0600);
+        off_t size = 0;
+        for (ssize_t n = 0; (n = write(filler, block.constData(), size_t(block.size()))) > 0;)
+            size += n;
+        EXPECT_EQ(ftruncate(filler, size - off_t(freePages) * block.size()), 0);
+        close(filler);
+    }
+    void empty() const { EXPECT_EQ(unlink(fillerPath().constData()), 0); }
+
+private:
+    [[nodiscard]] QByteArray fillerPath() const { return m_path + "/filler"; }
+
+    QByteArray m_path;
+    bool m_mounted = false;
 };
 
 } // namespace
@@ -94,23 +131,43 @@ TEST_F(DeviceIniStoreFaultTest, FileThatCannotGrowKeepsWhatWasSaved)
 
 TEST_F(DeviceIniStoreFaultTest, FullDiskKeepsWhatWasSaved)
 {
-    if (unshare(CLONE_NEWNS) != 0 || mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+    const SmallDisk disk(m_location);
+    if (!disk.isMounted())
         GTEST_SKIP() << "needs the right to mount";
-    const QByteArray location = m_location.toLocal8Bit();
-    ASSERT_EQ(mount("tmpfs", location.constData(), "tmpfs", 0, "size=64k"), 0);
     ASSERT_TRUE(m_store.write(kFirst, pictureOf(100)));
-    const int filler = open((location + "/filler").constData(), O_WRONLY | O_CREAT, 0600);
-    const QByteArray block(4096, 'x');
-    while (write(filler, block.constData(), size_t(block.size())) > 0) {
-    }
-    close(filler);
-
+    disk.fill(0);
+    EXPECT_FALSE(m_store.write(kFirst, pictureOf(110)));
     EXPECT_FALSE(m_store.write(kSecond, pictureOf(120)));
     EXPECT_EQ(contents(), m_before);
     EXPECT_EQ(files(), (QStringList{QStringLiteral("device.ini"), QStringLiteral("filler")}));
-    ASSERT_EQ(unlink((location + "/filler").constData()), 0);
+    disk.empty();
     EXPECT_TRUE(m_store.write(kSecond, pictureOf(120)));
-    EXPECT_EQ(umount(location.constData()), 0);
+}
+
+TEST_F(DeviceIniStoreFaultTest, FullTemporaryDirectoryKeepsWhatWasSaved)
+{
+    const QByteArray previous = qgetenv("TMPDIR");
+    const QString temporary = m_home.filePath(QStringLiteral("tmp"));
+    ASSERT_TRUE(QDir().mkpath(temporary));
+    {
+        const SmallDisk disk(temporary);
+        if (!disk.isMounted())
+            GTEST_SKIP() << "needs the right to mount";
+        qputenv("TMPDIR", QFile::encodeName(temporary));
+        for (const int freePages : {0, 1, 2}) {
+            disk.fill(freePages);
+            (void)m_store.write(kFirst, pictureOf(100)); // may succeed, and must not lose anything
+            EXPECT_EQ(contents(), m_before) << freePages;
+            disk.empty();
+        }
+        disk.fill(0);
+        EXPECT_FALSE(m_store.write(kSecond, pictureOf(120)));
+    }
+    if (previous.isNull())
+        qunsetenv("TMPDIR");
+    else
+        qputenv("TMPDIR", previous);
+    expectUntouched();
 }
 
 TEST_F(DeviceIniStoreFaultTest, ReadOnlyDirectoryKeepsWhatWasSaved)
@@ -176,7 +233,7 @@ TEST_F(DeviceIniStoreFaultTest, DamagedFileReadsAsWhatIsReadableInIt)
 {
     for (const QByteArray& garbage :
          {QByteArray(4096, '\0'), QByteArray("\xFF\xFE\x80[[[\n]]=\n"), QByteArray("[unclosed\n"),
-          QByteArray("no equals sign here\n"), QByteArray("bright=@Variant(\\0\\0)\n")}) {
+          QByteArray("no equals sign here\n"), QByteArray("[x]\nbright=@Variant(\\0\\0)\n")}) {
         setContents(garbage + m_before);
         (void)m_store.read(kSecond);
         setContents(m_before + garbage);

@@ -197,7 +197,6 @@ TEST_F(DeviceIniStoreTest, EachOpenLogsTheCacheLocations)
     ASSERT_TRUE(m_store.write(QStringLiteral("SN1"), pictureOf(100)));
     QString expected;
     QDebug(&expected).nospace() << "系统缓存目录路径: "
-                                << QStandardPaths::standardLocations(
-                                       QStandardPaths::CacheLocation);
+                                << QStandardPaths::standardLocations(QStandardPaths::CacheLocation);
     EXPECT_EQ(log.texts(), (QStringList{expected, expected}));
 }

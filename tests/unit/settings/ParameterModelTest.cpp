@@ -1,6 +1,6 @@
+#include "ParameterModel.h"
 #include "LogCapture.h"
 #include "ParameterKeys.h"
-#include "ParameterModel.h"
 #include "QtPrinters.h"
 
 #include <gtest/gtest.h>
@@ -10,10 +10,9 @@ using namespace ParameterKeys;
 
 namespace {
 
-const QList<QLatin1String> kCompared{FigureCenter,     HorizontalMirror, CameraView,
-                                     Bright,           Contrast,         Saturation,
-                                     Sharpness,        AutoFrameSwitch,  FrameMaster,
-                                     AutoFrameMode,    Intelligent,      PickupSensitivity};
+const QList<QLatin1String> kCompared{
+    FigureCenter, HorizontalMirror, CameraView,  Bright,        Contrast,    Saturation,
+    Sharpness,    AutoFrameSwitch,  FrameMaster, AutoFrameMode, Intelligent, PickupSensitivity};
 
 PictureParameters picture()
 {

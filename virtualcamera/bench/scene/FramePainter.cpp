@@ -8,8 +8,8 @@ namespace {
 
 auto tied(const PictureState& s)
 {
-    return std::tie(s.fourcc, s.width, s.height, s.cameraName, s.mirrored, s.fieldOfView,
-                    s.framing, s.brightness, s.contrast, s.saturation, s.sharpness);
+    return std::tie(s.fourcc, s.width, s.height, s.cameraName, s.mirrored, s.fieldOfView, s.framing,
+                    s.brightness, s.contrast, s.saturation, s.sharpness);
 }
 
 } // namespace

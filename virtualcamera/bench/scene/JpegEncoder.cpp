@@ -19,8 +19,8 @@ std::array<std::uint8_t, 256> fullRange(double middle, double gain, double cente
 {
     std::array<std::uint8_t, 256> table{};
     for (std::size_t i = 0; i < table.size(); ++i)
-        table[i] = static_cast<std::uint8_t>(std::lround(
-            std::clamp((static_cast<double>(i) - middle) * gain + center, 0.0, 255.0)));
+        table[i] = static_cast<std::uint8_t>(
+            std::lround(std::clamp((static_cast<double>(i) - middle) * gain + center, 0.0, 255.0)));
     return table;
 }
 
@@ -51,7 +51,8 @@ std::vector<std::uint8_t> encodeJpeg(const std::uint8_t* yuyv, int width, int he
 
     std::vector<std::uint8_t> line(static_cast<std::size_t>(width) * 3);
     while (encoder.next_scanline < encoder.image_height) {
-        const std::uint8_t* from = yuyv + encoder.next_scanline * static_cast<std::size_t>(width) * 2;
+        const std::uint8_t* from =
+            yuyv + encoder.next_scanline * static_cast<std::size_t>(width) * 2;
         std::uint8_t* to = line.data();
         for (int x = 0; x + 1 < width; x += 2, from += 4, to += 6) {
             to[0] = luma[from[0]];

@@ -2,10 +2,10 @@
 
 #include "StrokeFont.h"
 
+#include <cmath>
 #include <QLinearGradient>
 #include <QPainterPath>
 #include <QRadialGradient>
-#include <cmath>
 
 namespace virtualcamera {
 
@@ -174,8 +174,8 @@ void paintLamp(QPainter& painter, double seconds)
     shade.cubicTo(60, 165, 84, 190, 90, 214);
     shade.lineTo(-90, 214);
     shade.cubicTo(-84, 190, -60, 165, -26, 148);
-    painter.setBrush(verticalGradient(QRectF(-90, 148, 180, 66), QColor(0xF2A65A),
-                                      QColor(0xD9772F)));
+    painter.setBrush(
+        verticalGradient(QRectF(-90, 148, 180, 66), QColor(0xF2A65A), QColor(0xD9772F)));
     painter.drawPath(shade);
     painter.restore();
 }
@@ -195,8 +195,8 @@ void paintPlant(QPainter& painter)
     pot.lineTo(1860, 620);
     pot.lineTo(1842, 760);
     pot.lineTo(1758, 760);
-    painter.setBrush(verticalGradient(QRectF(1740, 620, 120, 140), QColor(0xE0E4E7),
-                                      QColor(0xAAB4BA)));
+    painter.setBrush(
+        verticalGradient(QRectF(1740, 620, 120, 140), QColor(0xE0E4E7), QColor(0xAAB4BA)));
     painter.drawPath(pot);
 }
 
@@ -231,6 +231,23 @@ void paintEyes(QPainter& painter, bool closed)
     }
 }
 
+/// A smile that opens downwards; `open` goes from 0 to 1.
+void paintMouth(QPainter& painter, double open)
+{
+    QPainterPath lips(QPointF(-30, 52));
+    lips.quadTo(0, 68, 30, 52);
+    lips.quadTo(0, 84 + 22 * open, -30, 52);
+    painter.setBrush(QColor(0x9C3D43));
+    painter.drawPath(lips);
+    if (open < 0.25)
+        return;
+    QPainterPath teeth(QPointF(-20, 58));
+    teeth.quadTo(0, 68, 20, 58);
+    teeth.quadTo(0, 76, -20, 58);
+    painter.setBrush(QColor(0xFBF6F0));
+    painter.drawPath(teeth);
+}
+
 void paintHead(QPainter& painter, QPointF face, const PersonStyle& style, double seconds,
                double phase, bool talks)
 {
@@ -262,9 +279,7 @@ void paintHead(QPainter& painter, QPointF face, const PersonStyle& style, double
     painter.drawRoundedRect(QRectF(14, -30, 32, 6), 3, 3);
     painter.setBrush(style.skin.darker(120));
     painter.drawRoundedRect(QRectF(-8, 8, 16, 26), 8, 8);
-    const double open = talks ? 4 + 9 * std::abs(wave(seconds, 5)) : 4;
-    painter.setBrush(QColor(0x9C3D43));
-    painter.drawEllipse(QPointF(0, 60), talks ? 24 : 28, open);
+    paintMouth(painter, talks ? std::abs(wave(seconds, 5)) : 0);
     painter.restore();
 }
 
@@ -275,8 +290,8 @@ void paintTable(QPainter& painter)
     top.lineTo(1590, 760);
     top.lineTo(1830, 960);
     top.lineTo(90, 960);
-    painter.setBrush(verticalGradient(QRectF(0, 760, 1920, 200), QColor(0xD9A066),
-                                      QColor(0xB87A42)));
+    painter.setBrush(
+        verticalGradient(QRectF(0, 760, 1920, 200), QColor(0xD9A066), QColor(0xB87A42)));
     painter.drawPath(top);
     painter.setBrush(QColor(0x8F5A2B));
     painter.drawRect(QRectF(90, 960, 1740, 34));

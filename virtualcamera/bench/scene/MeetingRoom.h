@@ -16,7 +16,10 @@ public:
     /// All movement repeats after this time.
     static constexpr double kPeriod = 4.0;
 
-    explicit MeetingRoom(std::string cameraName) : m_cameraName(std::move(cameraName)) {}
+    explicit MeetingRoom(std::string cameraName)
+        : m_cameraName(std::move(cameraName))
+    {
+    }
 
     /// `seconds` is a moment within the period.
     void paint(QPainter& painter, double seconds) const;

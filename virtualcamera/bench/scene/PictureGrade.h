@@ -11,7 +11,10 @@ namespace virtualcamera {
 class PictureGrade
 {
 public:
-    PictureGrade() : PictureGrade(PictureState()) {}
+    PictureGrade()
+        : PictureGrade(PictureState())
+    {
+    }
     explicit PictureGrade(const PictureState& state);
 
     std::uint8_t luma(std::uint8_t value) const { return m_luma[value]; }

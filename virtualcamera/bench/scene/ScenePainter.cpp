@@ -144,9 +144,9 @@ void ScenePainter::blit(const YuyvImage& image, int x, int y, std::uint8_t* to) 
     if (first >= end)
         return;
     for (int row = 0; row < image.height() && y + row < m_state.height; ++row) {
-        const auto offset = static_cast<std::size_t>(y + row) *
-                                static_cast<std::size_t>(m_state.width) +
-                            static_cast<std::size_t>(x + first);
+        const auto offset =
+            static_cast<std::size_t>(y + row) * static_cast<std::size_t>(m_state.width) +
+            static_cast<std::size_t>(x + first);
         std::memcpy(to + offset * 2, image.row(row) + first * 2,
                     static_cast<std::size_t>(end - first) * 2);
     }
@@ -156,8 +156,7 @@ void ScenePainter::paintCaption(const std::string& caption, std::uint8_t* to) co
 {
     const double unit = m_state.width / MeetingRoom::kWidth;
     const double height = 20 * unit;
-    const int width =
-        static_cast<int>(StrokeFont::width(height, caption) + 44 * unit) / 2 * 2;
+    const int width = static_cast<int>(StrokeFont::width(height, caption) + 44 * unit) / 2 * 2;
     QImage image(std::min(width, m_state.width / 2 * 2), static_cast<int>(46 * unit),
                  QImage::Format_RGB32);
     image.fill(QColor(0x18222B));
@@ -193,8 +192,7 @@ const std::vector<std::uint8_t>& ScenePainter::jpeg(int phase, int window)
         std::vector<std::uint8_t> raw(static_cast<std::size_t>(m_state.width) *
                                       static_cast<std::size_t>(m_state.height) * 2);
         // The frame comes back every period, so it can only say which of them it is.
-        compose(phase, window, captionOf(m_state.cameraName, "MJPEG",
-                                         static_cast<unsigned>(phase)),
+        compose(phase, window, captionOf(m_state.cameraName, "MJPEG", static_cast<unsigned>(phase)),
                 raw.data());
         m_patches.clear(); // the finished frame is kept instead
         frame = encodeJpeg(raw.data(), m_state.width, m_state.height);

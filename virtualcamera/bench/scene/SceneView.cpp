@@ -30,7 +30,8 @@ double zoomOf(const PictureState& state)
 } // namespace
 
 SceneView::SceneView(const PictureState& state)
-    : m_mirrored(state.mirrored), m_pictureWidth(state.width)
+    : m_mirrored(state.mirrored)
+    , m_pictureWidth(state.width)
 {
     const double zoom = zoomOf(state);
     m_scale = zoom * state.width / MeetingRoom::kWidth;

@@ -1,8 +1,8 @@
 #include "StrokeFont.h"
 
-#include <QPainterPath>
 #include <cctype>
 #include <map>
+#include <QPainterPath>
 
 namespace virtualcamera {
 
@@ -96,8 +96,8 @@ void StrokeFont::draw(QPainter& painter, QPointF topLeft, double height, const s
     }
     painter.save();
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(painter.pen().color(), unit * 0.85, Qt::SolidLine, Qt::RoundCap,
-                        Qt::RoundJoin));
+    painter.setPen(
+        QPen(painter.pen().color(), unit * 0.85, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.drawPath(path);
     painter.restore();
 }

@@ -28,7 +28,9 @@ std::uint8_t redOf(int r, int g, int b)
 } // namespace
 
 YuyvImage::YuyvImage(int width, int height)
-    : m_width(width), m_height(height), m_data(rowBytes() * static_cast<std::size_t>(height))
+    : m_width(width)
+    , m_height(height)
+    , m_data(rowBytes() * static_cast<std::size_t>(height))
 {
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QImage>
 #include <cstdint>
+#include <QImage>
 #include <vector>
 
 namespace virtualcamera {

@@ -1,0 +1,126 @@
+#include "Pointer.h"
+#include "ShownHome.h"
+#include "SvtaMoreWidget.h"
+
+#include <memory>
+#include <QPushButton>
+#include <QtTest>
+
+/// The "more" menu of the title bar.
+class SorvantaHomeMenuTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void menuIsAPopupOfFixedSize();
+    void entriesHaveTheirTexts();
+    void opensUnderTheWindowsCorner();
+    void opensAtTheWindowsNewPlace();
+    void clickOutsideClosesIt();
+    void aboutOpensTheAboutPage();
+    void aboutOnTheAboutPageEntersItNoSecondTime();
+    void quitClosesTheWindowIntoTheTray();
+
+private:
+    [[nodiscard]] SvtaMoreWidget* menu() const { return m_home->find<SvtaMoreWidget>(); }
+    void choose(const char* entry) const
+    {
+        m_home->click("moreBtn");
+        QVERIFY(QTest::qWaitForWindowExposed(menu()));
+        QTest::mouseClick(menu()->findChild<QPushButton*>(QLatin1String(entry)), Qt::LeftButton);
+    }
+
+    std::unique_ptr<ShownHome> m_home;
+};
+
+void SorvantaHomeMenuTest::init()
+{
+    m_home = std::make_unique<ShownHome>();
+    QVERIFY(m_home->isPlaced());
+    QVERIFY(m_home->passStart());
+}
+
+void SorvantaHomeMenuTest::cleanup()
+{
+    m_home.reset();
+}
+
+void SorvantaHomeMenuTest::menuIsAPopupOfFixedSize()
+{
+    QVERIFY(!menu()->isVisible());
+    QCOMPARE(menu()->size(), QSize(90, 68));
+    QCOMPARE(menu()->minimumSize(), QSize(90, 68));
+    QCOMPARE(menu()->maximumSize(), QSize(90, 68));
+    QVERIFY(menu()->windowFlags().testFlag(Qt::Popup));
+    QVERIFY(menu()->windowFlags().testFlag(Qt::NoDropShadowWindowHint));
+    QVERIFY(menu()->styleSheet().contains(QLatin1String("border: 1px solid #F2F2F2")));
+}
+
+void SorvantaHomeMenuTest::entriesHaveTheirTexts()
+{
+    QCOMPARE(menu()->findChildren<QPushButton*>().size(), 2);
+    QCOMPARE(m_home->find<QPushButton>("btnAbout")->text(), QStringLiteral("About"));
+    QCOMPARE(m_home->find<QPushButton>("btnQuit")->text(), QStringLiteral("Quit"));
+    QVERIFY(m_home->find<QPushButton>("btnAbout")->isFlat());
+    QVERIFY(m_home->find<QPushButton>("btnQuit")->isFlat());
+}
+
+void SorvantaHomeMenuTest::opensUnderTheWindowsCorner()
+{
+    m_home->click("moreBtn");
+    QVERIFY(QTest::qWaitForWindowExposed(menu()));
+    QCOMPARE(menu()->pos(), m_home->window().geometry().topLeft() + QPoint(16, 36));
+}
+
+void SorvantaHomeMenuTest::opensAtTheWindowsNewPlace()
+{
+    m_home->window().move(120, 90);
+    QTRY_COMPARE(m_home->window().pos(), QPoint(120, 90));
+    m_home->click("moreBtn");
+    QVERIFY(QTest::qWaitForWindowExposed(menu()));
+    QTRY_COMPARE(menu()->pos(), QPoint(136, 126));
+}
+
+void SorvantaHomeMenuTest::clickOutsideClosesIt()
+{
+    m_home->click("moreBtn");
+    QVERIFY(QTest::qWaitForWindowExposed(menu()));
+    Pointer::clickAt(m_home->window().mapToGlobal(QPoint(250, 500)));
+    QTRY_VERIFY(!menu()->isVisible());
+    QCOMPARE(m_home->page(), int(SvtaPagesView::HomePage));
+}
+
+void SorvantaHomeMenuTest::aboutOpensTheAboutPage()
+{
+    choose("btnAbout");
+    QCOMPARE(m_home->page(), int(SvtaPagesView::AboutUsPage));
+    QVERIFY(!menu()->isVisible());
+    m_home->click("backBtn");
+    QCOMPARE(m_home->page(), int(SvtaPagesView::HomePage));
+}
+
+void SorvantaHomeMenuTest::aboutOnTheAboutPageEntersItNoSecondTime()
+{
+    choose("btnAbout");
+    choose("btnAbout");
+    QCOMPARE(m_home->page(), int(SvtaPagesView::AboutUsPage));
+    QVERIFY(!menu()->isVisible());
+    m_home->click("backBtn");
+    QCOMPARE(m_home->page(), int(SvtaPagesView::HomePage));
+}
+
+void SorvantaHomeMenuTest::quitClosesTheWindowIntoTheTray()
+{
+    choose("btnQuit");
+    QVERIFY(m_home->window().isHidden());
+    m_home->window().slotActivateWindow();
+    QTRY_VERIFY(m_home->window().isActiveWindow());
+    QVERIFY(!menu()->isVisible());
+    QCOMPARE(m_home->page(), int(SvtaPagesView::HomePage));
+}
+
+QTEST_MAIN(SorvantaHomeMenuTest)
+#include "SorvantaHomeMenuTest.moc"

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "client/VirtualCameraClient.h"
+
+#include <initializer_list>
+#include <QString>
+#include <string>
+
+/// A virtual camera that is plugged in for the time of a test. Every object is a new camera, with
+/// registers, log and serial number of its own.
+class PluggedCamera
+{
+public:
+    using Client = virtualcamera::VirtualCameraClient;
+    using Option = Client::Options::value_type;
+
+    PluggedCamera(std::initializer_list<Option> options = {});
+    ~PluggedCamera();
+    PluggedCamera(const PluggedCamera&) = delete;
+    PluggedCamera& operator=(const PluggedCamera&) = delete;
+
+    void plug() { m_client.plug(m_id); }
+    void unplug() { m_client.unplug(m_id); }
+
+    /// Misbehaves from now on; replaces what was set before.
+    void fault(const std::string& text);
+    void clearFaults() { m_client.clear(m_id); }
+
+    [[nodiscard]] QString hidPath() { return nodePath(m_client.nodes(m_id).hid); }
+    [[nodiscard]] QString videoNode() { return nodePath(m_client.nodes(m_id).video); }
+    [[nodiscard]] QString metadataNode() { return nodePath(m_client.nodes(m_id).metadata); }
+    /// The path under which the program lists the camera's picture.
+    [[nodiscard]] QString videoPath();
+
+    [[nodiscard]] int value(const std::string& name);
+    void setValue(const std::string& name, int value) { m_client.set(m_id, name, value); }
+    void setText(const std::string& name, const std::string& text)
+    {
+        m_client.set(m_id, name, text);
+    }
+
+    /// The last request that reached the camera.
+    [[nodiscard]] Client::LogEntry lastRequest();
+    [[nodiscard]] std::size_t requestCount() { return m_client.log(m_id).size(); }
+    [[nodiscard]] Client::Stats stats() { return m_client.stats(m_id); }
+    [[nodiscard]] Client::Handles handles() { return m_client.handles(m_id); }
+
+    /// Waits up to five seconds for a condition such as "frames>=10".
+    [[nodiscard]] bool waitFor(const std::string& condition);
+    /// Whether nobody holds a node of the camera any more; a close arrives a moment later.
+    [[nodiscard]] bool isReleased() { return waitFor("hid<=0") && waitFor("video<=0"); }
+
+private:
+    static QString nodePath(const std::string& path) { return QString::fromStdString(path); }
+
+    std::string m_id;
+    Client m_client;
+};

@@ -1,0 +1,48 @@
+#include "PendingTimers.h"
+
+#include <QAbstractEventDispatcher>
+#include <QCoreApplication>
+#include <QPointer>
+#include <QTimerEvent>
+#include <vector>
+
+namespace {
+
+struct Pending
+{
+    QPointer<QObject> timer;
+    int id = 0;
+};
+
+/// A single shot is an object of its own, which Qt hangs under the event dispatcher.
+std::vector<Pending> pending(int intervalMs)
+{
+    std::vector<Pending> found;
+    QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance();
+    for (QObject* child : dispatcher->children()) {
+        for (const auto& info : dispatcher->registeredTimers(child)) {
+            if (info.interval == intervalMs)
+                found.push_back({child, info.timerId});
+        }
+    }
+    return found;
+}
+
+} // namespace
+
+int PendingTimers::count(int intervalMs)
+{
+    return static_cast<int>(pending(intervalMs).size());
+}
+
+bool PendingTimers::fire(int intervalMs)
+{
+    const std::vector<Pending> timers = pending(intervalMs);
+    for (const Pending& timer : timers) {
+        if (!timer.timer)
+            continue;
+        QTimerEvent event(timer.id);
+        QCoreApplication::sendEvent(timer.timer, &event);
+    }
+    return !timers.empty();
+}

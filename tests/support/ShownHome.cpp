@@ -1,0 +1,72 @@
+#include "ShownHome.h"
+
+#include "PendingTimers.h"
+#include "Pointer.h"
+
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QtTest>
+
+namespace {
+
+constexpr QPoint kPlace(400, 160);
+
+} // namespace
+
+ShownHome::ShownHome(int cameras)
+    : m_bench(cameras)
+{
+    Pointer::park();
+    m_window.setWindowTitle(QStringLiteral("MarvikTools"));
+    m_window.move(kPlace);
+    m_window.show();
+    m_window.activateWindow();
+    m_placed = QTest::qWaitForWindowActive(&m_window) &&
+               QTest::qWaitFor([this] { return m_window.pos() == kPlace; });
+}
+
+ShownHome::~ShownHome() = default;
+
+bool ShownHome::passStart()
+{
+    return PendingTimers::fire(kStartAnimationMs) && page() == SvtaPagesView::HomePage;
+}
+
+bool ShownHome::openSettings(const DeviceWidgetInfo& camera)
+{
+    m_window.showDeviceSettingPages(camera);
+    return PendingTimers::fire(kPreviewDelayMs) && page() == SvtaPagesView::SettingPage;
+}
+
+bool ShownHome::passBackLock()
+{
+    return PendingTimers::fire(kBackLockMs) && find<QPushButton>("backBtn")->isEnabled();
+}
+
+int ShownHome::page() const
+{
+    return find<QStackedWidget>("homeStackedWidget")->currentIndex();
+}
+
+void ShownHome::click(const char* name) const
+{
+    QTest::mouseClick(find<QPushButton>(name), Qt::LeftButton);
+}
+
+DeviceWidgetInfo ShownHome::connectedCamera()
+{
+    DeviceWidgetInfo camera;
+    camera.status = 1;
+    camera.name = QStringLiteral("NOVA EDGE");
+    camera.model = QStringLiteral("RQ-T47K");
+    camera.path = CameraBench::videoPath(0);
+    camera.hidPath = CameraBench::hidPath(0);
+    return camera;
+}
+
+DeviceWidgetInfo ShownHome::failedCamera()
+{
+    DeviceWidgetInfo camera = connectedCamera();
+    camera.status = 0;
+    return camera;
+}
