@@ -83,6 +83,9 @@ public:
 
     /// Opens the HID link to the current device path; a previous link is closed first.
     bool initHid();
+    /// Closes the HID link, for example of a camera that is gone: as long as a handle is open, the
+    /// system does not give its interface's name away again.
+    void closeHid();
 
     /// Without a HID link the readers below give 0, empty text or false, the writers false.
     int getAutoFrameMode();
@@ -102,6 +105,10 @@ public:
     bool setHorizontalMirror(int value);
     bool setCameraView(int degrees);
     bool saveDeviceParam();
+
+    /// Transfers a firmware image; see UVCHid::updateFile(). Called on a worker thread after
+    /// initHid(); the link it uses stays open to its end even when this object moves on.
+    bool updateFile(const QString& path);
 
 signals:
     /// A frame of the running preview; see SampleGrabberCallback::sigImage().
@@ -127,7 +134,7 @@ private:
         m_callback; ///< declared before the graph: the graph calls it till its end
     std::unique_ptr<CaptureGraph> m_graph;
     std::unique_ptr<VideoProcAmp> m_videoProcAmp;
-    std::unique_ptr<UVCHid> m_hid;
+    std::shared_ptr<UVCHid> m_hid; ///< shared with a firmware transfer that is under way
     VideoProcAmpRecord m_brightness{VideoProcAmpProperty::Brightness};
     VideoProcAmpRecord m_contrast{VideoProcAmpProperty::Contrast};
     VideoProcAmpRecord m_saturation{VideoProcAmpProperty::Saturation};

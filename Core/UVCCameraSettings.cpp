@@ -2,11 +2,12 @@
 #include "UVCCamera.h"
 
 #include <QDebug>
+#include <QThread>
 
 bool UVCCamera::initHid()
 {
     m_hid.reset(); // the old handle is closed before the interface is opened again
-    m_hid = std::make_unique<UVCHid>();
+    m_hid = std::make_shared<UVCHid>();
     const bool opened = m_hid->createHandleWithPath(m_currentDevicePath);
     qDebug() << "UVCCamera::initHid"
              << "m_currentDevicePath =" << m_currentDevicePath;
@@ -15,6 +16,11 @@ bool UVCCamera::initHid()
         m_hid.reset(); // no command may reach whatever now answers at that path
     }
     return opened;
+}
+
+void UVCCamera::closeHid()
+{
+    m_hid.reset();
 }
 
 int UVCCamera::readSetting(int cmd)
@@ -105,4 +111,11 @@ bool UVCCamera::setCameraView(int degrees)
 bool UVCCamera::saveDeviceParam()
 {
     return m_hid && m_hid->writeInfoToDevice(QString(), HidCommands::StoreSettings) != -1;
+}
+
+bool UVCCamera::updateFile(const QString& path)
+{
+    qDebug() << "UVCCamera::updateFile" << QThread::currentThreadId();
+    const std::shared_ptr<UVCHid> hid = m_hid;
+    return hid && hid->updateFile(path);
 }

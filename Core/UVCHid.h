@@ -65,6 +65,17 @@ public:
     static bool getCameraConnectionStatus(const char* devPath, unsigned short vid,
                                           unsigned short pid);
 
+    /// Transfers the firmware image in @p path over the persistent handle: start, packets, end.
+    /// Blocks for the whole transfer, some ten seconds for each MiB; meant for a worker thread. No
+    /// command may go to this camera meanwhile.
+    /// @return true when start and end were acknowledged. What became of the packets is the
+    ///         device's to judge.
+    bool updateFile(const QString& path);
+    /// Sends HidCommands::FirmwareStart or FirmwareEnd; true when acknowledged.
+    bool updateStartEnd(unsigned short cmd);
+    /// Sends the image in packets; true when every packet was acknowledged.
+    bool updateFilePacket(const QString& path);
+
     [[nodiscard]] QString devicePath() const { return m_devicePath; }
     [[nodiscard]] unsigned short vendorId() const { return m_vendorId; }
     [[nodiscard]] unsigned short productId() const { return m_productId; }
@@ -74,6 +85,8 @@ public:
 private:
     int exchangeWrite(const char* operation, const QByteArray& payload, std::uint16_t dataLen,
                       int cmd);
+
+    bool sendPacket(HidFrame::Buffer& frame, std::size_t length, std::uint32_t number);
 
     unsigned short m_vendorId = 0;
     unsigned short m_productId = 0;

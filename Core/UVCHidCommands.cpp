@@ -51,10 +51,33 @@ QString decodeVersion(const QByteArray& payload)
     return numbers.join(QLatin1Char('.'));
 }
 
-void logWriteError(const char* operation, int line, const HidExchange& exchange)
+/// Whether an exchange came as far as its read step; logs why not.
+bool reachedRead(const char* operation, int line, const HidExchange& exchange)
 {
-    qDebug() << operation << line << exchange.errorText();
-    qDebug() << "hid_write error";
+    switch (exchange.outcome()) {
+    case HidExchange::Outcome::OpenFailed:
+        qDebug() << kOpenFailed;
+        return false;
+    case HidExchange::Outcome::WriteFailed:
+        qDebug() << operation << line << exchange.errorText();
+        qDebug() << "hid_write error";
+        return false;
+    case HidExchange::Outcome::Finished:
+        break;
+    }
+    return true;
+}
+
+/// Whether a read command brought an answer; logs why not.
+bool isAnswered(const char* operation, int line, const HidExchange& exchange)
+{
+    if (!reachedRead(operation, line, exchange))
+        return false;
+    if (exchange.readResult() < 1) {
+        qDebug() << operation << line << "Timeout or error";
+        return false;
+    }
+    return true;
 }
 
 } // namespace
@@ -67,19 +90,9 @@ QString UVCHid::readInfoFromDevice(int cmd)
     HidExchange exchange;
     exchange.run(m_devicePath.toUtf8(), readRequest(cmd), kReadTimeoutMs,
                  HidExchange::WriteRule::MustSucceed);
-    switch (exchange.outcome()) {
-    case HidExchange::Outcome::OpenFailed:
-        qDebug() << kOpenFailed;
-        return QString(QChar(0xFFFF));
-    case HidExchange::Outcome::WriteFailed:
-        logWriteError(operation, __LINE__, exchange);
-        return {};
-    case HidExchange::Outcome::Finished:
-        break;
-    }
-    if (exchange.readResult() < 1) {
-        qDebug() << operation << __LINE__ << "Timeout or error";
-        return {};
+    if (!isAnswered(operation, __LINE__, exchange)) {
+        const bool opened = exchange.outcome() != HidExchange::Outcome::OpenFailed;
+        return opened ? QString() : QString(QChar(0xFFFF));
     }
 
     m_lastResponse = HidFrame::parseResponse(exchange.received());
@@ -110,20 +123,8 @@ bool UVCHid::readResolutionFromDevice(int cmd, QMap<QString, int>& out)
     HidExchange exchange;
     exchange.run(m_devicePath.toUtf8(), readRequest(cmd), kReadTimeoutMs,
                  HidExchange::WriteRule::MustSucceed);
-    switch (exchange.outcome()) {
-    case HidExchange::Outcome::OpenFailed:
-        qDebug() << kOpenFailed;
-        return true;
-    case HidExchange::Outcome::WriteFailed:
-        logWriteError(operation, __LINE__, exchange);
-        return false;
-    case HidExchange::Outcome::Finished:
-        break;
-    }
-    if (exchange.readResult() < 1) {
-        qDebug() << operation << __LINE__ << "Timeout or error";
-        return false;
-    }
+    if (!isAnswered(operation, __LINE__, exchange))
+        return exchange.outcome() == HidExchange::Outcome::OpenFailed;
 
     m_lastResponse = HidFrame::parseResponse(exchange.received());
     HidFrameLog::status(m_lastResponse);
@@ -171,10 +172,8 @@ int UVCHid::exchangeWrite(const char* operation, const QByteArray& payload, std:
                  HidFrame::packRequest(static_cast<std::uint16_t>(cmd), HidFrame::PayloadFollows,
                                        payload, dataLen),
                  kWriteTimeoutMs, HidExchange::WriteRule::Ignored);
-    if (exchange.outcome() == HidExchange::Outcome::OpenFailed) {
-        qDebug() << kOpenFailed;
+    if (!reachedRead(operation, __LINE__, exchange))
         return -1;
-    }
     // Only silence fails here. A read error leaves the zeroed buffer, whose status reads 0: the
     // camera acts on a write before it answers, so the value has most likely arrived.
     if (exchange.readResult() == 0) {
@@ -196,16 +195,8 @@ bool UVCHid::getCameraConnectionStatus(const char* devPath, unsigned short vid, 
     HidExchange exchange;
     exchange.run(devPath, readRequest(HidCommands::ConnectionProbe), kReadTimeoutMs,
                  HidExchange::WriteRule::MustSucceed);
-    switch (exchange.outcome()) {
-    case HidExchange::Outcome::OpenFailed:
-        qDebug() << kOpenFailed;
+    if (!reachedRead(operation, __LINE__, exchange))
         return false;
-    case HidExchange::Outcome::WriteFailed:
-        logWriteError(operation, __LINE__, exchange);
-        return false;
-    case HidExchange::Outcome::Finished:
-        break;
-    }
     HidFrameLog::dump(exchange.received(), kProbeDumpBytes);
     if (exchange.readResult() < 1) {
         qDebug() << exchange.errorText();

@@ -26,7 +26,8 @@ void PreviewSurface::takeFrame()
 {
     m_frame = m_frames->newest();
     m_frame.setDevicePixelRatio(devicePixelRatioF());
-    update();
+    // At once: update() would cost the event loop another turn for every frame.
+    repaint();
 }
 
 void PreviewSurface::paintEvent(QPaintEvent* event)

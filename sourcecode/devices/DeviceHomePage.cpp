@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <QDebug>
 #include <QListWidget>
+#include <QScrollBar>
 #include <QThread>
 
 namespace {
@@ -28,7 +29,9 @@ const char* const kWhiteBackground =
 const char* const kListStyle =
     "QListWidget { background: transparent; border: none; outline: none; }"
     "QListWidget::item, QListWidget::item:hover, QListWidget::item:selected {"
-    " background: transparent; border: none; }"
+    " background: transparent; border: none; }";
+// Narrow enough for a card beside it.
+const char* const kScrollBarStyle =
     "QScrollBar:vertical { width: 6px; background: transparent; margin: 0; }"
     "QScrollBar::handle:vertical { background: #C9CDD4; border-radius: 3px; min-height: 32px; }"
     "QScrollBar::handle:vertical:hover { background: #A9AEB8; }"
@@ -53,6 +56,9 @@ DeviceHomePage::DeviceHomePage(QWidget* parent)
     m_list->setAccessibleName(tr("Cameras"));
     m_list->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     m_list->setStyleSheet(QString::fromLatin1(kListStyle));
+    for (QAbstractScrollArea* area :
+         std::initializer_list<QAbstractScrollArea*>{m_list, ui->scrollArea})
+        area->verticalScrollBar()->setStyleSheet(QString::fromLatin1(kScrollBarStyle));
     m_list->setItemDelegate(new DeviceListDelegate(m_list));
     m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_list->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);

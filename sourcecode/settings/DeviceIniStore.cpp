@@ -57,7 +57,8 @@ bool replace(const QString& path, const QByteArray& contents)
 QMap<QString, QStringList> valuesOf(const QSettings& settings)
 {
     QMap<QString, QStringList> values;
-    for (const QString& key : settings.allKeys()) {
+    const QStringList keys = settings.allKeys();
+    for (const QString& key : keys) {
         const QVariant value = settings.value(key);
         values.insert(key, value.type() == QVariant::StringList ? value.toStringList()
                                                                 : QStringList{value.toString()});

@@ -6,6 +6,7 @@
 #include "ui_ParamSettingsPage.h"
 
 #include <QAccessible>
+#include <QCoreApplication>
 #include <QDebug>
 #include <QScrollBar>
 #include <QShortcut>
@@ -178,20 +179,20 @@ void ParamSettingsPage::showEvent(QShowEvent* event)
 void ParamSettingsPage::showFeatureTab()
 {
     m_ui->stackedWidget->setCurrentWidget(m_ui->featureSettingPage);
-    m_ui->transparentWidget->move(kFeatureMark);
+    placeTabMark(kFeatureMark);
 }
 
 void ParamSettingsPage::showCameraTab()
 {
     m_ui->stackedWidget->setCurrentWidget(m_ui->cameraSettingPage);
-    m_ui->transparentWidget->move(kCameraMark);
+    placeTabMark(kCameraMark);
 }
 
 void ParamSettingsPage::resetPage(int tabIndex)
 {
     m_ui->btnFeatureSetting->setChecked(true);
     m_ui->stackedWidget->setCurrentIndex(tabIndex);
-    m_ui->transparentWidget->move(kFeatureMark);
+    placeTabMark(kFeatureMark);
     m_ui->featureScrollArea->verticalScrollBar()->setValue(0);
     m_ui->cameraScrollArea->verticalScrollBar()->setValue(0);
 }
@@ -449,6 +450,19 @@ void ParamSettingsPage::setPreviewOpen(bool open)
         open ? QString() : QStringLiteral("image: url(:/images/previewLabel.png)"));
 }
 
+void ParamSettingsPage::placeTabMark(const QPoint& position)
+{
+    m_ui->transparentWidget->move(position);
+    update(); // at a fractional scale the mark's old place is a pixel larger than its repaint
+}
+
+void ParamSettingsPage::setSettingsAvailable(bool available)
+{
+    m_ui->stackedWidget->setEnabled(available);
+    m_ui->stackedWidget->setToolTip(
+        available ? QString() : tr("The camera cannot be opened. Unplug it and plug it in again."));
+}
+
 void ParamSettingsPage::showPreviewTip(bool shown)
 {
     m_ui->previewTip->setVisible(shown);
@@ -545,6 +559,10 @@ void ParamSettingsPage::showOptionsArea(OptionsArea area)
         m_ui->intelligentSetWidget->setFixedSize(kCardWidth, 240);
         break;
     }
+    // While the other tab is shown nothing tells the scroll area that its contents want more room,
+    // and the cards would lie over each other when the user comes back.
+    QEvent request(QEvent::LayoutRequest);
+    QCoreApplication::sendEvent(m_ui->featureScrollArea, &request);
 }
 
 void ParamSettingsPage::setCameraViewEnabled(bool enabled)

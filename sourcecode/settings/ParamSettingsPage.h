@@ -67,6 +67,9 @@ public:
     /// Shows the notice for 2.5 s, if 4K is in use and streaming.
     void show4kNotice();
     void setPreviewOpen(bool open);
+    /// Whether the page shows the settings of the camera that is open. While it cannot, nothing on
+    /// it may be changed, and the tool tip says why.
+    void setSettingsAvailable(bool available);
     void showPreviewTip(bool shown);
 
     /// Whether the field of view may be changed: only while the intelligent features are off.
@@ -124,6 +127,7 @@ private slots:
     void slotBtnTimeout();
 
 private:
+    void placeTabMark(const QPoint& position);
     enum class OptionsArea {
         Hidden,
         FrameMaster, ///< without the sub-modes of automatic framing

@@ -11,7 +11,7 @@
 class SvtaSwitchButton : public QWidget
 {
     Q_OBJECT
-    Q_PROPERTY(bool checked READ isChecked WRITE setChecked)
+    Q_PROPERTY(bool checked READ isChecked WRITE setChecked NOTIFY sigToggled)
 
 public:
     explicit SvtaSwitchButton(QWidget* parent = nullptr);

@@ -76,7 +76,12 @@ SorvantaHome::SorvantaHome(QWidget* parent)
     connectUpdates();
 }
 
-SorvantaHome::~SorvantaHome() = default;
+SorvantaHome::~SorvantaHome()
+{
+    // A button that goes from under the pointer still tells that the pointer leaves it, which the
+    // settings page is told in turn: while there is one.
+    delete m_previewBtn;
+}
 
 void SorvantaHome::makePages()
 {
@@ -165,7 +170,10 @@ void SorvantaHome::connectShell()
         m_moreMenu->hide();
     });
     connect(m_moreMenu, &SvtaMoreWidget::sigBtnQuitclicked, this, [this] {
+        m_moreMenu->hide();
         m_parameters.clear();
+        m_parametersLoaded = false;
+        m_valuesKnown = false;
         close();
     });
     connect(m_gridBtn, &TransparentBtn::sigShowLine, this, &SorvantaHome::slotShowLine);
@@ -186,6 +194,7 @@ void SorvantaHome::connectList()
             [this](const DeviceWidgetInfo& info) {
                 if (!m_pCamera)
                     return;
+                takePutOffSteps();
                 mDeviceWidgetInfo = info;
                 slotShowDeviceInfoPage();
             });

@@ -6,6 +6,7 @@
 #include "SvtaPagesView.h"
 #include "UVCDeviceInfo.h"
 
+#include <functional>
 #include <memory>
 #include <QJsonObject>
 #include <QList>
@@ -183,6 +184,8 @@ private:
     void showMasked(QDialog* dialog);
 
     bool openHidLink();
+    void putOff(int milliseconds, std::function<void()> step);
+    void takePutOffSteps();
     void applyPicture(const QString& key, int value, bool (UVCCamera::*set)(int));
     void refresh4kState();
     void showPreviewRunning(bool running);
@@ -202,9 +205,11 @@ private:
 
     ParameterModel m_parameters;
     bool m_parametersLoaded = false; ///< since the settings page was last left
+    bool m_valuesKnown = false;      ///< whether m_parameters are those of the camera that is open
     QMap<QString, int> m_resolution; ///< last answer about the camera's stream
     bool m_4kInUse = false;
     bool m_4kWasInUse = false;
+    QList<std::shared_ptr<std::function<void()>>> m_putOff;
 
     DeviceHomePage* m_homePage = nullptr;
     DeviceInfoPage* m_infoPage = nullptr;

@@ -171,8 +171,10 @@ void SorvantaHome::showLastView()
 void SorvantaHome::showDeviceSettingPages(const DeviceWidgetInfo& info)
 {
     qDebug() << "showDeviceSettingPages";
+    takePutOffSteps();
     mDeviceWidgetInfo = info;
     m_parametersLoaded = false;
+    m_valuesKnown = false;
     m_previewBtn->setPreviewOpen(true); // a camera opens with its picture
     refreshIdentity();
 

@@ -27,6 +27,7 @@ void SorvantaHome::startPlay()
     if (!opened) {
         qDebug() << "open Device failed!";
         showPreviewRunning(false);
+        m_settingsPage->setSettingsAvailable(m_valuesKnown);
         return;
     }
     m_pCamera->initVideoProcAmp();
@@ -44,6 +45,8 @@ void SorvantaHome::startPlay()
         m_parametersLoaded = true;
         readIniFile();
         readDeviceParam();
+        m_valuesKnown = true;
+        m_settingsPage->setSettingsAvailable(true);
     }
     setDeviceParam();
     setAdvancedParam();

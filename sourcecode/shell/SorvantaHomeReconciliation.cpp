@@ -79,6 +79,7 @@ void SorvantaHome::leaveAfterRemoval()
         }
     });
     m_previewBtn->setPreviewOpen(false);
+    m_pCamera->closeHid();
 }
 
 /// A camera was plugged in while the information page is open: the one that is being updated, or

@@ -136,6 +136,7 @@ void SorvantaHome::slotSetDeviceParam(const DeviceWidgetInfo& Info)
 {
     if (currentPage() != SvtaPagesView::HomePage || !m_pCamera)
         return;
+    takePutOffSteps();
     const bool opened = m_pCamera->openDevice(Info.path, m_settingsPage->previewArea()->winId());
     qDebug() << "openDevice result =" << opened;
     if (!opened) {
@@ -242,7 +243,7 @@ void SorvantaHome::slotDoIntelligentSwitch(bool on, int lastIntelligent)
         const bool autoFraming = m_pCamera->getAutoFrameSwitch() != 0;
         const bool frameMaster = m_pCamera->getFrameMaster() != 0;
         qDebug() << "autoFrameSwicth" << autoFraming << "frameMaster" << frameMaster;
-        QTimer::singleShot(kFramingOffDelayMs, this, [this, autoFraming] {
+        putOff(kFramingOffDelayMs, [this, autoFraming] {
             if (autoFraming) {
                 m_pCamera->setAutoFrameSwitch(0);
                 m_parameters.edited()[AutoFrameSwitch] = 0;
@@ -274,7 +275,7 @@ void SorvantaHome::slotDoIntelligentSwitch(bool on, int lastIntelligent)
 /// switched on.
 void SorvantaHome::slotRadioButtonChanged(int btn_num)
 {
-    QTimer::singleShot(kFramingDelayMs, this, [this, btn_num] {
+    putOff(kFramingDelayMs, [this, btn_num] {
         QMap<QString, int>& edited = m_parameters.edited();
         if (btn_num == 0) {
             m_pCamera->setFrameMaster(0);
@@ -290,6 +291,24 @@ void SorvantaHome::slotRadioButtonChanged(int btn_num)
             edited[FrameMaster] = 1;
         }
     });
+}
+
+/// Takes @p step after a time, or before the program turns to another camera if that is sooner: the
+/// step is meant for the one that is open now.
+void SorvantaHome::putOff(int milliseconds, std::function<void()> step)
+{
+    const auto entry = std::make_shared<std::function<void()>>(std::move(step));
+    m_putOff.append(entry);
+    QTimer::singleShot(milliseconds, this, [this, entry] {
+        if (m_putOff.removeOne(entry))
+            (*entry)();
+    });
+}
+
+void SorvantaHome::takePutOffSteps()
+{
+    while (!m_putOff.isEmpty())
+        (*m_putOff.takeFirst())();
 }
 
 void SorvantaHome::slotSetDeviceImageMode(SvtaPagesView::ImageMode mode)
@@ -351,7 +370,7 @@ void SorvantaHome::slotParamSave()
         return;
     }
     // The camera holds every value already; only the file is written.
-    if (!openHidLink() || !writeIniFile()) {
+    if (!openHidLink() || !m_valuesKnown || !writeIniFile()) {
         showToast(tr(kSaveFailed));
         m_saveDialog->hide();
         return;

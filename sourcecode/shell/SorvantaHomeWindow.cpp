@@ -137,6 +137,9 @@ void SorvantaHome::slotActivateWindow()
     raise();
     activateWindow();
     restoreOverlays();
+    // "Quit" forgets the values of the settings page before it hides the window.
+    if (currentPage() == SvtaPagesView::SettingPage && !m_valuesKnown)
+        startPlay();
 }
 
 void SorvantaHome::slotTrayActivated(QSystemTrayIcon::ActivationReason reason)

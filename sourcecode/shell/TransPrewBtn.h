@@ -1,10 +1,9 @@
 #pragma once
 
-#include <QLabel>
-#include <QWidget>
+#include "OverlayButton.h"
 
 /// The button over the preview that switches the preview. Its owner sets image and flag.
-class TransPrewBtn : public QWidget
+class TransPrewBtn : public OverlayButton
 {
     Q_OBJECT
 
@@ -13,9 +12,6 @@ public:
 
     [[nodiscard]] bool isPreviewOpen() const { return m_previewOpen; }
     void setPreviewOpen(bool open) { m_previewOpen = open; }
-
-    void setLabelStyle(const QString& styleSheet) { m_label.setStyleSheet(styleSheet); }
-    [[nodiscard]] QString labelStyle() const { return m_label.styleSheet(); }
 
 signals:
     void sigHandleCapture();
@@ -26,6 +22,5 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    QLabel m_label;
     bool m_previewOpen = false;
 };

@@ -1,25 +1,18 @@
 #pragma once
 
-#include <QLabel>
-#include <QWidget>
+#include "OverlayButton.h"
 
 /// The button over the preview that switches the grid of guide lines. Its owner sets the image.
-class TransparentBtn : public QWidget
+class TransparentBtn : public OverlayButton
 {
     Q_OBJECT
 
 public:
     explicit TransparentBtn(QWidget* parent = nullptr);
 
-    void setLabelStyle(const QString& styleSheet) { m_label.setStyleSheet(styleSheet); }
-    [[nodiscard]] QString labelStyle() const { return m_label.styleSheet(); }
-
 signals:
     void sigShowLine();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
-
-private:
-    QLabel m_label;
 };

@@ -3,8 +3,10 @@
 #include "client/VirtualCameraClient.h"
 
 #include <initializer_list>
+#include <map>
 #include <QString>
 #include <string>
+#include <vector>
 
 /// A virtual camera that is plugged in for the time of a test. Every object is a new camera, with
 /// registers, log and serial number of its own.
@@ -24,6 +26,8 @@ public:
 
     /// Misbehaves from now on; replaces what was set before.
     void fault(const std::string& text);
+    /// Misbehaves in this way too.
+    void addFault(const std::string& text) { m_client.fault(m_id, text); }
     void clearFaults() { m_client.clear(m_id); }
 
     [[nodiscard]] QString hidPath() { return nodePath(m_client.nodes(m_id).hid); }
@@ -42,6 +46,13 @@ public:
     /// The last request that reached the camera.
     [[nodiscard]] Client::LogEntry lastRequest();
     [[nodiscard]] std::size_t requestCount() { return m_client.log(m_id).size(); }
+    /// Every request since forgetRequests(), in order.
+    [[nodiscard]] std::vector<Client::LogEntry> requests() { return m_client.log(m_id); }
+    void forgetRequests() { m_client.clearLog(m_id); }
+    [[nodiscard]] std::multimap<std::string, std::string> registers()
+    {
+        return m_client.registers(m_id);
+    }
     [[nodiscard]] Client::Stats stats() { return m_client.stats(m_id); }
     [[nodiscard]] Client::Handles handles() { return m_client.handles(m_id); }
 

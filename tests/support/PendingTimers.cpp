@@ -46,3 +46,9 @@ bool PendingTimers::fire(int intervalMs)
     }
     return !timers.empty();
 }
+
+void PendingTimers::drop(int intervalMs)
+{
+    for (const Pending& timer : pending(intervalMs))
+        delete timer.timer;
+}

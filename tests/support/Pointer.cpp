@@ -2,8 +2,8 @@
 
 #include <QProcess>
 #include <QStringList>
-#include <QWidget>
 #include <QtGlobal>
+#include <QWidget>
 
 namespace {
 

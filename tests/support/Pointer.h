@@ -6,8 +6,7 @@ class QWidget;
 
 /// The desktop's real pointer: what it does goes through the X server and the window manager, as a
 /// user's hand does. Positions are those of the screen. Each call returns once the server has it.
-namespace Pointer
-{
+namespace Pointer {
 
 void moveTo(const QPoint& position);
 void press(int button = 1);

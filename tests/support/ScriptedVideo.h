@@ -7,8 +7,9 @@
 #include <mutex>
 #include <vector>
 
-/// Stands in for the platform's video side: while one exists, the program finds the devices that are
-/// plugged in here, and every preview it builds is a recording one. Without one it finds no device.
+/// Stands in for the platform's video side: while one exists, the program finds the devices that
+/// are plugged in here, and every preview it builds is a recording one. Without one it finds no
+/// device.
 ///
 /// plugIn(), unplugAll() and listings() are callable from any thread. One at a time.
 class ScriptedVideo

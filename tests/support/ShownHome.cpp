@@ -3,6 +3,7 @@
 #include "PendingTimers.h"
 #include "Pointer.h"
 
+#include <QGuiApplication>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QtTest>
@@ -34,6 +35,7 @@ bool ShownHome::passStart()
 
 bool ShownHome::openSettings(const DeviceWidgetInfo& camera)
 {
+    PendingTimers::drop(kStartAnimationMs); // its end would lead to the list
     m_window.showDeviceSettingPages(camera);
     return PendingTimers::fire(kPreviewDelayMs) && page() == SvtaPagesView::SettingPage;
 }
@@ -41,6 +43,18 @@ bool ShownHome::openSettings(const DeviceWidgetInfo& camera)
 bool ShownHome::passBackLock()
 {
     return PendingTimers::fire(kBackLockMs) && find<QPushButton>("backBtn")->isEnabled();
+}
+
+void ShownHome::closeToTray() const
+{
+    click("closeBtn");
+    waitForLossOfFocus();
+}
+
+void ShownHome::waitForLossOfFocus()
+{
+    if (!QTest::qWaitFor([] { return !QGuiApplication::focusWindow(); }))
+        qWarning("the focus stays");
 }
 
 int ShownHome::page() const

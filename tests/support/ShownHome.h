@@ -24,8 +24,12 @@ public:
 
     /// Ends the start animation before its time; the list is up afterwards.
     [[nodiscard]] bool passStart();
-    /// Opens the settings of @p camera and lets its preview start.
+    /// Opens the settings of @p camera, whatever was shown, and lets its preview start.
     [[nodiscard]] bool openSettings(const DeviceWidgetInfo& camera = connectedCamera());
+    /// Closes the window by its button, into the tray, and waits until its focus is gone, which Qt
+    /// notices late: a window that comes back before is not told that it is active again.
+    void closeToTray() const;
+    static void waitForLossOfFocus();
     /// Ends the time in which the back button is locked.
     [[nodiscard]] bool passBackLock();
 
@@ -35,11 +39,11 @@ public:
 
     /// The one child of this class or this name.
     template <typename Widget = QWidget>
-    [[nodiscard]] Widget* find(const char* name = "") const
+    [[nodiscard]] Widget* find(const char* name = nullptr) const
     {
         auto* widget = m_window.findChild<Widget*>(QLatin1String(name));
         if (!widget)
-            qFatal("no %s %s", Widget::staticMetaObject.className(), name);
+            qFatal("no %s %s", Widget::staticMetaObject.className(), name ? name : "");
         return widget;
     }
     /// Clicks the button @p name.

@@ -150,14 +150,14 @@ void Bench::vanish(Camera& camera, Lock& lock)
     camera.hid.disconnect();
     camera.video.disconnect();
     camera.metadata.disconnect();
-    const std::vector<SysfsDevice> devices = std::move(camera.devices);
+    const std::vector<SysfsDevice> devices = removalOrder(camera.devices);
     camera.devices.clear();
     camera.nodes = {};
 
     lock.unlock();
-    for (auto device = devices.rbegin(); device != devices.rend(); ++device) {
-        m_testbed.removeDevice(*device);
-        m_uevents.send("remove", *device);
+    for (const SysfsDevice& device : devices) {
+        m_testbed.removeDevice(device);
+        m_uevents.send("remove", device);
     }
     lock.lock();
     camera.onBus = false;

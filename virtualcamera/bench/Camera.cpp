@@ -21,6 +21,7 @@ void Camera::update(const CameraSpec& newSpec)
     spec = newSpec;
     device.config() = spec.device;
     video.controls().setPresent(spec.hasAmplifier);
+    video.setPixelFormats(spec.modes);
     hid.setBroadcast(spec.broadcast);
 }
 

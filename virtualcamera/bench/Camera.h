@@ -20,6 +20,7 @@ struct CameraSpec
     bool hasHid = true;
     bool hasVideo = true;
     bool hasAmplifier = true;
+    PixelFormats modes = defaultPixelFormats();
     /// Whether an answer reaches every open handle of the HID node.
     bool broadcast = true;
 };

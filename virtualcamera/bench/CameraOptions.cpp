@@ -126,6 +126,7 @@ const std::map<std::string, Setter>& setters()
         {"hid", [](CameraSpec& s, const std::string& v) { s.hasHid = parseFlag(v); }},
         {"video", [](CameraSpec& s, const std::string& v) { s.hasVideo = parseFlag(v); }},
         {"amp", [](CameraSpec& s, const std::string& v) { s.hasAmplifier = parseFlag(v); }},
+        {"modes", [](CameraSpec& s, const std::string& v) { s.modes = parsePixelFormats(v); }},
         {"broadcast", [](CameraSpec& s, const std::string& v) { s.broadcast = parseFlag(v); }},
         {"probe", [](CameraSpec& s, const std::string& v) { s.device.probe = parseByte(v); }},
         {"prefix", [](CameraSpec& s, const std::string& v) { s.device.replyPrefix = parseHex(v); }},

@@ -166,6 +166,24 @@ std::vector<SysfsDevice> cameraDevices(const CameraIdentity& identity, const Nod
     return devices;
 }
 
+std::vector<SysfsDevice> removalOrder(const std::vector<SysfsDevice>& devices)
+{
+    std::vector<SysfsDevice> order;
+    std::vector<SysfsDevice> parents;
+    const auto takeParent = [&order, &parents] {
+        order.push_back(std::move(parents.back()));
+        parents.pop_back();
+    };
+    for (const SysfsDevice& device : devices) {
+        while (!parents.empty() && device.path.rfind(parents.back().path + '/', 0) != 0)
+            takeParent();
+        parents.push_back(device);
+    }
+    while (!parents.empty())
+        takeParent();
+    return order;
+}
+
 SysfsDevice rootHub()
 {
     SysfsDevice device;

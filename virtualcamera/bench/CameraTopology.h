@@ -29,6 +29,10 @@ struct BusNumbers
 std::vector<SysfsDevice> cameraDevices(const CameraIdentity& identity, const NodeNumbers& nodes,
                                        const BusNumbers& bus);
 
+/// The same devices in the order the kernel takes them away: children first, but the interfaces in
+/// the order of their numbers.
+std::vector<SysfsDevice> removalOrder(const std::vector<SysfsDevice>& devices);
+
 /// The root hub all cameras hang below.
 SysfsDevice rootHub();
 

@@ -36,7 +36,11 @@ public:
         , m_queue(std::move(queue))
     {
     }
-    ~HidSession() override { m_interface.m_sessions.erase(this); }
+    ~HidSession() override
+    {
+        m_interface.m_sessions.erase(this);
+        m_interface.m_context.changed.notify_all();
+    }
 
     SyscallResult opened() override
     {

@@ -1,13 +1,35 @@
 #include "PixelFormats.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
+#include <sstream>
+#include <stdexcept>
 
 namespace virtualcamera {
 
-const std::vector<PixelFormat>& pixelFormats()
+namespace {
+
+constexpr unsigned kLargestWidth = 4096;
+constexpr unsigned kLargestHeight = 2304;
+
+/// Reads "1920x1080". The colour of two pixels is one, so a width is even.
+FrameSize parseFrameSize(const std::string& text)
 {
-    static const std::vector<PixelFormat> formats{
+    FrameSize size{};
+    char rest = 0;
+    if (std::sscanf(text.c_str(), "%ux%u%c", &size.width, &size.height, &rest) != 2 ||
+        size.width < 2 || size.width > kLargestWidth || size.width % 2 != 0 || size.height < 2 ||
+        size.height > kLargestHeight)
+        throw std::invalid_argument("not a frame size: " + text);
+    return size;
+}
+
+} // namespace
+
+const PixelFormats& defaultPixelFormats()
+{
+    static const PixelFormats formats{
         {V4L2_PIX_FMT_YUYV, "YUYV 4:2:2", false, {{1920, 1080}, {1280, 720}, {640, 360}}},
         {V4L2_PIX_FMT_MJPEG,
          "Motion-JPEG",
@@ -17,18 +39,41 @@ const std::vector<PixelFormat>& pixelFormats()
     return formats;
 }
 
-const PixelFormat* findPixelFormat(std::uint32_t fourcc)
+PixelFormats parsePixelFormats(const std::string& text)
 {
-    const auto& formats = pixelFormats();
+    PixelFormats formats;
+    std::istringstream modes(text);
+    for (std::string mode; std::getline(modes, mode, '+');) {
+        const std::size_t colon = mode.find(':');
+        const auto& known = defaultPixelFormats();
+        const auto type = std::find_if(known.begin(), known.end(), [&](const PixelFormat& format) {
+            return mode.compare(0, colon, fourccText(format.fourcc)) == 0;
+        });
+        if (colon == std::string::npos || type == known.end())
+            throw std::invalid_argument("not YUYV:... or MJPG:...: " + mode);
+        if (!findPixelFormat(formats, type->fourcc))
+            formats.push_back({type->fourcc, type->description, type->compressed, {}});
+        const auto format =
+            std::find_if(formats.begin(), formats.end(),
+                         [&type](const PixelFormat& each) { return each.fourcc == type->fourcc; });
+        format->sizes.push_back(parseFrameSize(mode.substr(colon + 1)));
+    }
+    if (formats.empty())
+        throw std::invalid_argument("a camera has at least one mode");
+    return formats;
+}
+
+const PixelFormat* findPixelFormat(const PixelFormats& formats, std::uint32_t fourcc)
+{
     const auto found = std::find_if(formats.begin(), formats.end(),
                                     [fourcc](const PixelFormat& f) { return f.fourcc == fourcc; });
     return found == formats.end() ? nullptr : &*found;
 }
 
-void adjustFormat(v4l2_pix_format& format)
+void adjustFormat(const PixelFormats& formats, v4l2_pix_format& format)
 {
-    const PixelFormat* known = findPixelFormat(format.pixelformat);
-    const PixelFormat& chosen = known ? *known : pixelFormats().front();
+    const PixelFormat* known = findPixelFormat(formats, format.pixelformat);
+    const PixelFormat& chosen = known ? *known : formats.front();
     const auto distance = [&format](const FrameSize& size) {
         return std::labs(static_cast<long>(size.width) - static_cast<long>(format.width)) +
                std::labs(static_cast<long>(size.height) - static_cast<long>(format.height));

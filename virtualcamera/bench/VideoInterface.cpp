@@ -82,7 +82,7 @@ VideoInterface::VideoInterface(BenchContext& context, const CameraIdentity& iden
 {
     m_format.width = device.configuredFormat().width;
     m_format.height = device.configuredFormat().height;
-    adjustFormat(m_format);
+    adjustFormat(m_formats, m_format);
     m_frameThread = std::thread([this] { runFrames(); });
 }
 
@@ -94,6 +94,14 @@ VideoInterface::~VideoInterface()
     }
     m_streamChanged.notify_all();
     m_frameThread.join();
+}
+
+void VideoInterface::setPixelFormats(const PixelFormats& formats)
+{
+    m_formats = formats;
+    // A stream keeps what it was configured to.
+    if (!m_owner)
+        adjustFormat(m_formats, m_format);
 }
 
 std::unique_ptr<Session> VideoInterface::open(std::shared_ptr<Fifo> queue)
@@ -187,9 +195,9 @@ SyscallResult VideoInterface::enumerate(std::uint32_t request, const IoctlArgume
 {
     if (request == VIDIOC_ENUM_FMT) {
         auto& description = *argument.as<v4l2_fmtdesc>();
-        if (!isVideoCapture(description.type) || description.index >= pixelFormats().size())
+        if (!isVideoCapture(description.type) || description.index >= m_formats.size())
             return -EINVAL;
-        const PixelFormat& format = pixelFormats()[description.index];
+        const PixelFormat& format = m_formats[description.index];
         description.flags = format.compressed ? V4L2_FMT_FLAG_COMPRESSED : 0;
         description.pixelformat = format.fourcc;
         copyText(format.description, description.description);
@@ -197,7 +205,7 @@ SyscallResult VideoInterface::enumerate(std::uint32_t request, const IoctlArgume
     }
     if (request == VIDIOC_ENUM_FRAMESIZES) {
         auto& entry = *argument.as<v4l2_frmsizeenum>();
-        const PixelFormat* format = findPixelFormat(entry.pixel_format);
+        const PixelFormat* format = findPixelFormat(m_formats, entry.pixel_format);
         if (!format || entry.index >= format->sizes.size())
             return -EINVAL;
         entry.type = V4L2_FRMSIZE_TYPE_DISCRETE;
@@ -206,7 +214,7 @@ SyscallResult VideoInterface::enumerate(std::uint32_t request, const IoctlArgume
     }
     if (request == VIDIOC_ENUM_FRAMEINTERVALS) {
         auto& entry = *argument.as<v4l2_frmivalenum>();
-        const PixelFormat* format = findPixelFormat(entry.pixel_format);
+        const PixelFormat* format = findPixelFormat(m_formats, entry.pixel_format);
         const bool knowsSize = format && std::any_of(format->sizes.begin(), format->sizes.end(),
                                                      [&entry](const FrameSize& size) {
                                                          return size.width == entry.width &&
@@ -237,7 +245,7 @@ SyscallResult VideoInterface::accessFormat(VideoSession& session, std::uint32_t 
         return 0;
     }
     v4l2_pix_format adjusted = format.fmt.pix;
-    adjustFormat(adjusted);
+    adjustFormat(m_formats, adjusted);
     if (request == VIDIOC_S_FMT) {
         if (const SyscallResult result = acquire(session); result < 0)
             return result;

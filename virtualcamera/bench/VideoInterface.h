@@ -3,6 +3,7 @@
 #include "BenchContext.h"
 #include "FrameBuffers.h"
 #include "NodeSlot.h"
+#include "PixelFormats.h"
 #include "scene/FramePainter.h"
 #include "VideoControls.h"
 
@@ -26,6 +27,8 @@ public:
     std::unique_ptr<Session> open(std::shared_ptr<Fifo> queue) override;
     void disconnect();
 
+    /// What it offers from now on.
+    void setPixelFormats(const PixelFormats& formats);
     VideoControls& controls() { return m_controls; }
     bool isStreaming() const { return m_streaming; }
     const v4l2_pix_format& format() const { return m_format; }
@@ -68,6 +71,7 @@ private:
     VideoSession* m_owner = nullptr;
     std::uint64_t m_totalOpens = 0;
 
+    PixelFormats m_formats = defaultPixelFormats();
     v4l2_pix_format m_format{};
     std::uint32_t m_frameRate;
     FrameBuffers m_buffers;

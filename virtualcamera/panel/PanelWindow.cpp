@@ -61,7 +61,7 @@ PanelWindow::PanelWindow(std::string socket)
     setObjectName("panelWindow");
     setWindowTitle(tr("Virtual cameras"));
     setStyleSheet(QString::fromLatin1(kStyle));
-    resize(1080, 720);
+    resize(760, 680);
 
     auto* left = new QSplitter(Qt::Vertical);
     left->addWidget(makeBox(tr("Cameras"), "camerasBox", new CameraListWidget(m_model)));
@@ -77,7 +77,7 @@ PanelWindow::PanelWindow(std::string socket)
     splitter->addWidget(left);
     splitter->addWidget(right);
     splitter->setStretchFactor(1, 1);
-    splitter->setSizes({400, 680});
+    splitter->setSizes({300, 460});
     splitter->setContentsMargins(10, 4, 10, 6);
     setCentralWidget(splitter);
 

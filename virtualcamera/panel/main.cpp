@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <QApplication>
 #include <QMessageBox>
+#include <QScreen>
 
 int main(int argc, char** argv)
 {
@@ -23,6 +24,11 @@ int main(int argc, char** argv)
         return 2;
     }
     virtualcamera::PanelWindow window(socket);
+    // At the right edge, and beneath: the program that uses the cameras has the middle.
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    window.move(screen.right() - window.width(), screen.center().y() - window.height() / 2);
+    window.setAttribute(Qt::WA_ShowWithoutActivating);
     window.show();
+    window.lower();
     return QApplication::exec();
 }

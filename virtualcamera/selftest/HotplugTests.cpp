@@ -56,9 +56,9 @@ TEST(Hotplug, EventsComeInTheKernelsOrder)
     events = monitor.collect(3, 2000);
     ASSERT_EQ(3U, events.size());
     EXPECT_EQ("remove", events[0].action);
-    EXPECT_EQ("hidraw", events[0].subsystem);
+    EXPECT_EQ("video4linux", events[0].subsystem);
     EXPECT_EQ("video4linux", events[1].subsystem);
-    EXPECT_EQ("video4linux", events[2].subsystem);
+    EXPECT_EQ("hidraw", events[2].subsystem);
     EXPECT_FALSE(isEnumerated());
 }
 

@@ -301,4 +301,46 @@ TEST(Video, FrameRateCanBeHalved)
     EXPECT_GT(time.count(), 0.8);
 }
 
+TEST(Video, HasOnlyTheModesItWasToldToHave)
+{
+    TestCamera camera("modes", {{"modes", "MJPG:1920x1080+MJPG:800x600"}});
+    const int node = ::open(camera.videoNode().c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_GE(node, 0);
+    v4l2_fmtdesc description{};
+    description.type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
+    EXPECT_EQ(0, ::ioctl(node, VIDIOC_ENUM_FMT, &description));
+    EXPECT_EQ(V4L2_PIX_FMT_MJPEG, description.pixelformat);
+    description.index = 1;
+    EXPECT_EQ(-1, ::ioctl(node, VIDIOC_ENUM_FMT, &description));
+
+    v4l2_frmsizeenum size{};
+    size.pixel_format = V4L2_PIX_FMT_MJPEG;
+    size.index = 1;
+    EXPECT_EQ(0, ::ioctl(node, VIDIOC_ENUM_FRAMESIZES, &size));
+    EXPECT_EQ(800U, size.discrete.width);
+    EXPECT_EQ(600U, size.discrete.height);
+    size.index = 2;
+    EXPECT_EQ(-1, ::ioctl(node, VIDIOC_ENUM_FRAMESIZES, &size));
+
+    v4l2_format format{};
+    format.type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
+    format.fmt.pix.pixelformat = V4L2_PIX_FMT_YUYV;
+    format.fmt.pix.width = 640;
+    format.fmt.pix.height = 360;
+    EXPECT_EQ(0, ::ioctl(node, VIDIOC_TRY_FMT, &format));
+    EXPECT_EQ(V4L2_PIX_FMT_MJPEG, format.fmt.pix.pixelformat);
+    EXPECT_EQ(800U, format.fmt.pix.width);
+    ::close(node);
+}
+
+TEST(Video, ModeItCannotHaveIsRefused)
+{
+    VirtualCameraClient bench;
+    for (const char* modes : {"", "YUYV", "YUYV:0x0", "YUYV:641x360", "YUYV:9999x9999",
+                              "H264:640x360", "YUYV:640x360x3"}) {
+        SCOPED_TRACE(modes);
+        EXPECT_THROW(bench.plug("refused", {{"modes", modes}}), std::runtime_error);
+    }
+}
+
 } // namespace virtualcamera

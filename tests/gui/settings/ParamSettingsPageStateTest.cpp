@@ -467,8 +467,8 @@ void ParamSettingsPageStateTest::previewAreaIsANativeWindowOfItsOwn()
 {
     const WId window = m_shown->page().previewWindow();
     QCOMPARE(QWidget::find(window), m_shown->page().previewArea());
-    QVERIFY(!m_shown->find("btn60")->testAttribute(Qt::WA_NativeWindow));
-    QVERIFY(!m_shown->find("stackedWidget")->testAttribute(Qt::WA_NativeWindow));
+    // Its ancestors have windows too: otherwise it stays where it is when they move.
+    QVERIFY(m_shown->page().testAttribute(Qt::WA_NativeWindow));
 }
 
 void ParamSettingsPageStateTest::entryResetsTabsAndScrolling()

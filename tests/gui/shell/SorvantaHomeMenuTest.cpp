@@ -116,6 +116,8 @@ void SorvantaHomeMenuTest::quitClosesTheWindowIntoTheTray()
 {
     choose("btnQuit");
     QVERIFY(m_home->window().isHidden());
+    QVERIFY(!menu()->isVisible());
+    ShownHome::waitForLossOfFocus();
     m_home->window().slotActivateWindow();
     QTRY_VERIFY(m_home->window().isActiveWindow());
     QVERIFY(!menu()->isVisible());

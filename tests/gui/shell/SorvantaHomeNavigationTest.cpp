@@ -77,8 +77,8 @@ void SorvantaHomeNavigationTest::cleanup()
 void SorvantaHomeNavigationTest::indexOfEveryPageIsItsValue()
 {
     const auto* stack = m_home->find<QStackedWidget>("homeStackedWidget");
-    const char* const classes[] = {"SvtaStartPage", "DeviceHomePage", "DeviceInfoPage",
-                                   "AboutPage", "ParamSettingsPage"};
+    const char* const classes[] = {"SvtaStartPage", "DeviceHomePage", "DeviceInfoPage", "AboutPage",
+                                   "ParamSettingsPage"};
     QCOMPARE(stack->count(), 5);
     for (int i = 0; i < stack->count(); ++i)
         QCOMPARE(stack->widget(i)->metaObject()->className(), classes[i]);
@@ -111,8 +111,9 @@ void SorvantaHomeNavigationTest::startAnimationHasNeitherMenuNorBackBar()
     QVERIFY(!isVisible("backWidget"));
     QVERIFY(isVisible("minimumBtn"));
     QVERIFY(isVisible("closeBtn"));
-    QVERIFY(m_home->find("minimumBtn")->styleSheet().contains(
-        QLatin1String("image: url(:/images/startminimum.svg)")));
+    QVERIFY(m_home->find("minimumBtn")
+                ->styleSheet()
+                .contains(QLatin1String("image: url(:/images/startminimum.svg)")));
 }
 
 void SorvantaHomeNavigationTest::endOfTheStartChangesTheTitleBar()
@@ -179,10 +180,10 @@ void SorvantaHomeNavigationTest::settingsPageOpensOnItsFirstTab()
 
 void SorvantaHomeNavigationTest::everyPageIsLoggedByName()
 {
-    const std::pair<Pages::ViewPageEnum, const char*> pages[] = {{Pages::InfoPage, "InfoPage"},
-                                                                 {Pages::AboutUsPage, "AboutPage"},
-                                                                 {Pages::SettingPage,
-                                                                  "SettingPage"}};
+    const std::pair<Pages::ViewPageEnum, const char*> pages[] = {
+        {Pages::InfoPage, "InfoPage"},
+        {Pages::AboutUsPage, "AboutPage"},
+        {Pages::SettingPage, "SettingPage"}};
     for (const auto& [page, name] : pages) {
         m_log->clear();
         m_home->window().showView(page);

@@ -76,7 +76,7 @@ private:
 void SorvantaHomeTitleTest::init()
 {
     m_log = std::make_unique<LogCapture>();
-    m_home = std::make_unique<ShownHome>();
+    m_home = std::make_unique<ShownHome>(1);
     QVERIFY(m_home->isPlaced());
 }
 

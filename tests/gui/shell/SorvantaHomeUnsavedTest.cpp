@@ -1,6 +1,5 @@
 #include "LogCapture.h"
 #include "MaskForm.h"
-#include "PendingTimers.h"
 #include "ShownHome.h"
 #include "SvtaParamNotSaveDialog.h"
 
@@ -115,10 +114,7 @@ void SorvantaHomeUnsavedTest::informationPageIsOpenedWithoutAQuestion()
 
 void SorvantaHomeUnsavedTest::quitForgetsWhatWasEdited()
 {
-    QVERIFY(PendingTimers::fire(ShownHome::kStartAnimationMs)); // shows the menu button
-    QVERIFY(m_home->openSettings());
-    m_home->window().slotCameraBrightValueChanged(102);
-    m_home->click("moreBtn");
+    m_home->window().slotShowMoreMenu();
     QTest::mouseClick(m_home->find<QPushButton>("btnQuit"), Qt::LeftButton);
     QVERIFY(!m_home->window().isVisible());
     QVERIFY(m_home->window().isSameData());

@@ -1,0 +1,211 @@
+#include "LoadingDialog.h"
+#include "SvtaCenterTipDialog.h"
+#include "SvtaForceUpdateSecondDialog.h"
+#include "SvtaMessageDialog.h"
+#include "SvtaParamNotSaveDialog.h"
+#include "SvtaParamResetDialog.h"
+#include "SvtaParamSaveDialog.h"
+
+#include <functional>
+#include <memory>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QtTest>
+
+using Maker = std::function<std::unique_ptr<SvtaBaseDialog>(QWidget*)>;
+Q_DECLARE_METATYPE(Maker)
+
+namespace {
+
+template <typename Dialog>
+Maker maker()
+{
+    return [](QWidget* parent) { return std::make_unique<Dialog>(parent); };
+}
+
+/// Counts the key presses that a dialog leaves to its parent.
+class KeyParent : public QWidget
+{
+public:
+    int keys = 0;
+
+protected:
+    void keyPressEvent(QKeyEvent*) override { ++keys; }
+};
+
+} // namespace
+
+/// What all dialogs have in common, for each of them.
+class SvtaBaseDialogTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void baseStartsWithItsNameAndSize();
+
+    void everyDialogIsFramelessAndSeeThrough_data() { dialogs(); }
+    void everyDialogIsFramelessAndSeeThrough();
+    void everyDialogOpensInTheMiddleOfTheScreen_data() { dialogs(); }
+    void everyDialogOpensInTheMiddleOfTheScreen();
+    void resizingCentresAgain_data();
+    void resizingCentresAgain();
+    void escapeLeavesEveryDialogOpen_data() { dialogs(); }
+    void escapeLeavesEveryDialogOpen();
+    void returnPressesNoButton_data() { dialogs(); }
+    void returnPressesNoButton();
+    void draggingDoesNotMoveTheDialog_data() { dialogs(); }
+    void draggingDoesNotMoveTheDialog();
+    void otherKeysGoToTheParent();
+    void hidingKeepsWhatIsInTheDialog();
+
+private:
+    static void dialogs();
+    static bool show(QWidget& dialog)
+    {
+        dialog.show();
+        dialog.activateWindow();
+        return QTest::qWaitForWindowActive(&dialog);
+    }
+};
+
+void SvtaBaseDialogTest::dialogs()
+{
+    QTest::addColumn<Maker>("make");
+    QTest::newRow("base") << maker<SvtaBaseDialog>();
+    QTest::newRow("message") << maker<SvtaMessageDialog>();
+    QTest::newRow("stop update") << maker<SvtaForceUpdateSecondDialog>();
+    QTest::newRow("not saved") << maker<SvtaParamNotSaveDialog>();
+    QTest::newRow("reset") << maker<SvtaParamResetDialog>();
+    QTest::newRow("save") << maker<SvtaParamSaveDialog>();
+    QTest::newRow("centre tip") << maker<SvtaCenterTipDialog>();
+    QTest::newRow("loading") << maker<LoadingDialog>();
+}
+
+void SvtaBaseDialogTest::baseStartsWithItsNameAndSize()
+{
+    const SvtaBaseDialog dialog;
+    QCOMPARE(dialog.objectName(), QStringLiteral("SvtaBaseDialog"));
+    QCOMPARE(dialog.size(), QSize(400, 300));
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("Dialog"));
+    QVERIFY(!dialog.isVisible());
+}
+
+void SvtaBaseDialogTest::everyDialogIsFramelessAndSeeThrough()
+{
+    QFETCH(const Maker, make);
+    const auto dialog = make(nullptr);
+    QCOMPARE(dialog->windowFlags(), Qt::WindowFlags(Qt::Dialog | Qt::FramelessWindowHint));
+    QVERIFY(dialog->testAttribute(Qt::WA_TranslucentBackground));
+    QCOMPARE(dialog->windowTitle(), QStringLiteral("Dialog"));
+}
+
+void SvtaBaseDialogTest::everyDialogOpensInTheMiddleOfTheScreen()
+{
+    QFETCH(const Maker, make);
+    QWidget window;
+    window.setGeometry(20, 700, 200, 200);
+    QVERIFY(show(window));
+    const auto dialog = make(&window);
+    QVERIFY(show(*dialog));
+    const QSize screen = QGuiApplication::primaryScreen()->geometry().size();
+    QCOMPARE(screen, QSize(1280, 1024));
+    QCOMPARE(dialog->pos(),
+             QPoint(1280 / 2 - dialog->width() / 2, 1024 / 2 - dialog->height() / 2));
+}
+
+void SvtaBaseDialogTest::resizingCentresAgain_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("even") << QSize(600, 200);
+    QTest::newRow("odd: each half is rounded down by itself") << QSize(301, 151);
+}
+
+void SvtaBaseDialogTest::resizingCentresAgain()
+{
+    QFETCH(const QSize, size);
+    SvtaBaseDialog dialog;
+    QVERIFY(show(dialog));
+    dialog.move(3, 50);
+    QTRY_COMPARE(dialog.pos(), QPoint(3, 50));
+    dialog.resize(size);
+    QTRY_COMPARE(dialog.pos(), QPoint(640 - size.width() / 2, 512 - size.height() / 2));
+}
+
+void SvtaBaseDialogTest::escapeLeavesEveryDialogOpen()
+{
+    QFETCH(const Maker, make);
+    KeyParent parent;
+    const auto dialog = make(&parent);
+    QSignalSpy finished(dialog.get(), &QDialog::finished);
+    QVERIFY(show(*dialog));
+    QTest::keyClick(dialog.get(), Qt::Key_Escape);
+    for (QWidget* child : dialog->findChildren<QPushButton*>())
+        QTest::keyClick(child, Qt::Key_Escape);
+    QVERIFY(dialog->isVisible());
+    QCOMPARE(finished.count(), 0);
+}
+
+void SvtaBaseDialogTest::returnPressesNoButton()
+{
+    QFETCH(const Maker, make);
+    const auto dialog = make(nullptr);
+    QVERIFY(show(*dialog));
+    int clicks = 0;
+    for (const QPushButton* button : dialog->findChildren<QPushButton*>())
+        connect(button, &QPushButton::clicked, this, [&clicks] { ++clicks; });
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter})
+        QTest::keyClick(dialog.get(), key);
+    QCOMPARE(clicks, 0);
+    QVERIFY(dialog->isVisible());
+}
+
+void SvtaBaseDialogTest::draggingDoesNotMoveTheDialog()
+{
+    QFETCH(const Maker, make);
+    const auto dialog = make(nullptr);
+    QVERIFY(show(*dialog));
+    const QPoint place = dialog->pos();
+    QWidget* panel = dialog->findChild<QWidget*>(QStringLiteral("bgWidget"));
+    QWidget* target = panel ? panel : dialog.get();
+    QTest::mousePress(target, Qt::LeftButton, Qt::NoModifier, {12, 12});
+    // QTest::mouseMove() holds no button.
+    for (const QPoint& by : {QPoint(20, 10), QPoint(60, 40)}) {
+        const QPoint at = QPoint(12, 12) + by;
+        QMouseEvent move(QEvent::MouseMove, at, target->mapToGlobal(at), Qt::NoButton,
+                         Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(target, &move);
+    }
+    QTest::mouseRelease(target, Qt::LeftButton, Qt::NoModifier, {72, 52});
+    QTest::qWait(20);
+    QCOMPARE(dialog->pos(), place);
+}
+
+void SvtaBaseDialogTest::otherKeysGoToTheParent()
+{
+    KeyParent parent;
+    SvtaBaseDialog inside(&parent);
+    inside.setWindowFlags(Qt::Widget); // a window of its own keeps its keys
+    parent.show();
+    QTest::keyClick(&inside, Qt::Key_A);
+    QTest::keyClick(&inside, Qt::Key_Return);
+    QCOMPARE(parent.keys, 2);
+    QTest::keyClick(&inside, Qt::Key_Escape);
+    QCOMPARE(parent.keys, 2);
+}
+
+void SvtaBaseDialogTest::hidingKeepsWhatIsInTheDialog()
+{
+    SvtaMessageDialog dialog;
+    dialog.setMessage(QStringLiteral("one"), QStringLiteral("two"), QStringLiteral("three"), true);
+    QVERIFY(show(dialog));
+    dialog.hide();
+    QVERIFY(show(dialog));
+    QCOMPARE(dialog.findChild<QPushButton*>(QStringLiteral("btnConfirm"))->text(),
+             QStringLiteral("two"));
+    QVERIFY(!dialog.findChild<QPushButton*>(QStringLiteral("btnCancel"))->isVisible());
+}
+
+QTEST_MAIN(SvtaBaseDialogTest)
+#include "SvtaBaseDialogTest.moc"

@@ -1,0 +1,87 @@
+#include "Desktop.h"
+#include "HighDpi.h"
+
+#include <QFont>
+#include <QtTest>
+
+/// What is asked of the desktop before there is an application.
+class DesktopTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void monitorIsMeasuredInPixels();
+    void widthOfTheMonitorDecidesAboutScaling();
+    void monitorOfNoDesktopIsUnknown();
+    void xServerIsPreferredUnderWayland_data();
+    void xServerIsPreferredUnderWayland();
+    void fontsOfTheFormsHaveSubstitutes();
+
+private:
+    static int expectedWidth() { return qEnvironmentVariableIntValue("MARVIK_EXPECTED_WIDTH"); }
+};
+
+void DesktopTest::monitorIsMeasuredInPixels()
+{
+    QVERIFY(expectedWidth() > 0);
+    QCOMPARE(Desktop::monitorWidth().value_or(-1), expectedWidth());
+}
+
+void DesktopTest::widthOfTheMonitorDecidesAboutScaling()
+{
+    QCOMPARE(HighDpi::wantsScaling(Desktop::monitorWidth()), expectedWidth() == 2048);
+}
+
+void DesktopTest::monitorOfNoDesktopIsUnknown()
+{
+    const QByteArray display = qgetenv("DISPLAY");
+    qputenv("DISPLAY", ":99999");
+    const bool known = Desktop::monitorWidth().has_value();
+    qputenv("DISPLAY", display);
+    QVERIFY(!known);
+}
+
+void DesktopTest::xServerIsPreferredUnderWayland_data()
+{
+    QTest::addColumn<QByteArray>("chosen");
+    QTest::addColumn<QByteArray>("wayland");
+    QTest::addColumn<QByteArray>("display");
+    QTest::addColumn<QByteArray>("platform");
+    QTest::newRow("both") << QByteArray() << QByteArray("wayland-0") << QByteArray(":0")
+                          << QByteArray("xcb");
+    QTest::newRow("X only") << QByteArray() << QByteArray() << QByteArray(":0") << QByteArray();
+    QTest::newRow("Wayland only") << QByteArray() << QByteArray("wayland-0") << QByteArray()
+                                  << QByteArray();
+    QTest::newRow("the user's choice") << QByteArray("offscreen") << QByteArray("wayland-0")
+                                       << QByteArray(":0") << QByteArray("offscreen");
+}
+
+void DesktopTest::xServerIsPreferredUnderWayland()
+{
+    QFETCH(const QByteArray, chosen);
+    QFETCH(const QByteArray, wayland);
+    QFETCH(const QByteArray, display);
+    const char* const names[] = {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY", "DISPLAY"};
+    QMap<QByteArray, QByteArray> before;
+    for (const char* name : names)
+        before.insert(name, qgetenv(name));
+    qputenv(names[0], chosen);
+    qputenv(names[1], wayland);
+    qputenv(names[2], display);
+    Desktop::chooseWindowSystem();
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    for (const char* name : names)
+        qputenv(name, before.value(name));
+    QTEST(platform, "platform");
+}
+
+void DesktopTest::fontsOfTheFormsHaveSubstitutes()
+{
+    Desktop::setFontSubstitutes();
+    for (const char* family : {"Microsoft YaHei UI", "Microsoft YaHei"})
+        QVERIFY(QFont::substitutes(QLatin1String(family))
+                    .contains(QLatin1String("Noto Sans CJK SC"), Qt::CaseInsensitive));
+}
+
+QTEST_GUILESS_MAIN(DesktopTest)
+#include "DesktopTest.moc"

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "CameraHandle.h"
+#include "IDeviceNotify.h"
+
+#include <QMutex>
+#include <QThread>
+#include <QVector>
+
+/// Stands where the device list stands: takes every hot-plug notification for its lifetime.
+class HotPlugReceiver : public IDeviceNotify
+{
+public:
+    struct Notification
+    {
+        QList<UVCDeviceInfo> cameras;
+        int status = -1;
+        QThread* thread = nullptr;
+    };
+
+    HotPlugReceiver() { CameraHandle::instance().setNotify(this); }
+    ~HotPlugReceiver() override { CameraHandle::instance().setNotify(nullptr); }
+    HotPlugReceiver(const HotPlugReceiver&) = delete;
+    HotPlugReceiver& operator=(const HotPlugReceiver&) = delete;
+
+    void camerasChanged(const QList<UVCDeviceInfo>& cameras, int status) override
+    {
+        const QMutexLocker lock(&m_mutex);
+        m_notifications.append({cameras, status, QThread::currentThread()});
+    }
+    void camerasChanged(const QList<UVCDeviceInfo>& cameras, const QMap<QString, HidDevices>&,
+                        int status) override
+    {
+        camerasChanged(cameras, status);
+    }
+
+    [[nodiscard]] QVector<Notification> notifications() const
+    {
+        const QMutexLocker lock(&m_mutex);
+        return m_notifications;
+    }
+    [[nodiscard]] int count() const { return notifications().size(); }
+    [[nodiscard]] QVector<int> statuses() const
+    {
+        QVector<int> result;
+        for (const Notification& notification : notifications())
+            result.append(notification.status);
+        return result;
+    }
+
+private:
+    mutable QMutex m_mutex;
+    QVector<Notification> m_notifications;
+};

@@ -1,0 +1,237 @@
+#include "DeviceManager.h"
+#include "HotPlugReceiver.h"
+#include "LogCapture.h"
+#include "PluggedCamera.h"
+#include "ProcessUsage.h"
+
+#include <memory>
+#include <QElapsedTimer>
+#include <QtTest>
+
+namespace {
+
+constexpr int kPatienceMs = 20000;
+constexpr const char* kArrivalText = "检测到插入设备";
+constexpr const char* kRemovalText = "检测到拔出设备";
+
+int linesWith(const LogCapture& log, const char* text)
+{
+    return log.texts().filter(QString::fromUtf8(text)).size();
+}
+
+/// The watch, running for the time of a test.
+struct Watch
+{
+    Watch() { DeviceManager::instance().start(); }
+    ~Watch() { DeviceManager::instance().stop(); }
+};
+
+} // namespace
+
+class HotPlugTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void pluggingInEnumeratesOnceWithStatusZero()
+    {
+        const HotPlugReceiver receiver;
+        const Watch watch;
+        const LogCapture log;
+        PluggedCamera camera;
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kPatienceMs);
+        QTest::qWait(300);
+        QCOMPARE(receiver.statuses(), QVector<int>{0});
+        QCOMPARE(receiver.notifications().first().cameras.size(), 1);
+        QCOMPARE(receiver.notifications().first().cameras.first().displayName, camera.videoNode());
+        QCOMPARE(linesWith(log, kArrivalText), 1);
+        QCOMPARE(linesWith(log, kRemovalText), 0);
+        QCOMPARE(linesWith(log, "获取设备"), 1);
+    }
+
+    void unpluggingEnumeratesOnceWithStatusOne()
+    {
+        PluggedCamera camera;
+        const HotPlugReceiver receiver;
+        const Watch watch;
+        const LogCapture log;
+        camera.unplug();
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kPatienceMs);
+        QTest::qWait(300);
+        QCOMPARE(receiver.statuses(), QVector<int>{1});
+        QVERIFY(receiver.notifications().first().cameras.isEmpty());
+        QCOMPARE(linesWith(log, kArrivalText), 0);
+        QCOMPARE(linesWith(log, kRemovalText), 1);
+    }
+
+    void logLinesNameTheirOriginAndLine()
+    {
+        const HotPlugReceiver receiver;
+        const Watch watch;
+        const LogCapture log;
+        PluggedCamera camera;
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kPatienceMs);
+        const QStringList lines = log.texts().filter(
+            QRegularExpression(QStringLiteral("^DeviceManager::WndProc \\d+ 检测到插入设备")));
+        QCOMPARE(lines.size(), 1);
+        QCOMPARE(log.texts()
+                     .filter(QRegularExpression(
+                         QStringLiteral("^CameraHandle::getCameras \\d+ 获取设备")))
+                     .size(),
+                 1);
+    }
+
+    void deviceWithoutHidInterfaceMakesNoEvent()
+    {
+        const HotPlugReceiver receiver;
+        const Watch watch;
+        PluggedCamera webcam{{"hid", "0"}};
+        webcam.unplug();
+        webcam.plug();
+        PluggedCamera camera;
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kPatienceMs);
+        QTest::qWait(300);
+        QCOMPARE(receiver.count(), 1);
+        QCOMPARE(receiver.notifications().first().cameras.size(), 2);
+    }
+
+    void everyHidInterfaceMakesAnEventWhosesoeverItIs()
+    {
+        const HotPlugReceiver receiver;
+        const Watch watch;
+        PluggedCamera keyboard{{"vid", "1111"}, {"video", "0"}};
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kPatienceMs);
+        QVERIFY(receiver.notifications().first().cameras.isEmpty());
+    }
+
+    void notificationsComeOnTheWatchersThread()
+    {
+        const HotPlugReceiver receiver;
+        const Watch watch;
+        PluggedCamera camera;
+        camera.unplug();
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 2, kPatienceMs);
+        const auto notifications = receiver.notifications();
+        QVERIFY(notifications.at(0).thread != QThread::currentThread());
+        QCOMPARE(notifications.at(0).thread, notifications.at(1).thread);
+    }
+
+    void aBurstOfEventsIsTakenInOrder()
+    {
+        const HotPlugReceiver receiver;
+        const Watch watch;
+        PluggedCamera camera;
+        QVector<int> expected{0};
+        for (int i = 0; i < 20; ++i) {
+            camera.unplug();
+            camera.plug();
+            expected << 1 << 0;
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), expected.size(), 3 * kPatienceMs);
+        QCOMPARE(receiver.statuses(), expected);
+        QCOMPARE(receiver.notifications().last().cameras.size(), 1);
+    }
+
+    void twoCamerasAtOnceAreTwoEvents()
+    {
+        const HotPlugReceiver receiver;
+        const Watch watch;
+        auto first = std::make_unique<PluggedCamera>();
+        auto second = std::make_unique<PluggedCamera>();
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 2, kPatienceMs);
+        QCOMPARE(receiver.notifications().last().cameras.size(), 2);
+        first.reset();
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 3, kPatienceMs);
+        QCOMPARE(receiver.notifications().last().cameras.size(), 1);
+        QCOMPARE(receiver.notifications().last().cameras.first().displayName, second->videoNode());
+    }
+
+    void withoutReceiverNothingHappens()
+    {
+        const Watch watch;
+        const LogCapture log;
+        PluggedCamera camera;
+        QTRY_COMPARE_WITH_TIMEOUT(linesWith(log, kArrivalText), 1, kPatienceMs);
+    }
+
+    void startedTwiceItStaysOneWatch()
+    {
+        const HotPlugReceiver receiver;
+        DeviceManager& manager = DeviceManager::instance();
+        manager.start();
+        QVERIFY(manager.isRunning());
+        const int threads = ProcessUsage::threads();
+        manager.start();
+        manager.start();
+        QTRY_VERIFY(ProcessUsage::threads() <= threads);
+        PluggedCamera camera;
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kPatienceMs);
+        QTest::qWait(300);
+        QCOMPARE(receiver.count(), 1);
+        manager.stop();
+        QVERIFY(!manager.isRunning());
+    }
+
+    void stoppedWatchIsSilentAndStartsAgain()
+    {
+        const HotPlugReceiver receiver;
+        DeviceManager& manager = DeviceManager::instance();
+        for (int round = 0; round < 3; ++round) {
+            manager.start();
+            PluggedCamera camera;
+            QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), round + 1, kPatienceMs);
+            manager.stop();
+            camera.unplug();
+            QTest::qWait(200);
+            QCOMPARE(receiver.count(), round + 1);
+        }
+    }
+
+    void stopEndsTheThreadAtOnceAndLeavesNothing()
+    {
+        DeviceManager& manager = DeviceManager::instance();
+        manager.start(); // what the first start leaves loaded is not counted
+        manager.stop();
+        const int threads = ProcessUsage::threads();
+        const int descriptors = ProcessUsage::openDescriptors();
+        for (int i = 0; i < 20; ++i) {
+            manager.start();
+            QElapsedTimer timer;
+            timer.start();
+            manager.stop();
+            manager.stop();
+            QVERIFY(timer.elapsed() < 1000);
+        }
+        QTRY_VERIFY(ProcessUsage::threads() <= threads);
+        QTRY_COMPARE(ProcessUsage::openDescriptors(), descriptors);
+    }
+
+    void stopDuringABurstWaitsForTheNotificationUnderWay()
+    {
+        for (int i = 0; i < 10; ++i) {
+            auto receiver = std::make_unique<HotPlugReceiver>();
+            DeviceManager::instance().start();
+            PluggedCamera camera;
+            camera.unplug();
+            camera.plug();
+            DeviceManager::instance().stop();
+            const int count = receiver->count();
+            QTest::qWait(30);
+            QCOMPARE(receiver->count(), count);
+        }
+    }
+
+    void withoutASoundServerNothingIsLoggedAboutIt()
+    {
+        const LogCapture log;
+        {
+            const Watch watch;
+            QTest::qWait(500);
+        }
+        QCOMPARE(log.texts(QtCriticalMsg), QStringList());
+        QCOMPARE(log.texts(QtWarningMsg), QStringList());
+    }
+};
+
+QTEST_GUILESS_MAIN(HotPlugTest)
+#include "HotPlugTest.moc"

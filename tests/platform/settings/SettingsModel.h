@@ -1,0 +1,121 @@
+#pragma once
+
+#include <array>
+#include <QMap>
+#include <QString>
+
+/// What the settings of cameras must be after everything that a user does: the registers of each
+/// camera, the saved file, what is stored and what is edited of the open camera, and what the page
+/// shows. Written from the rules alone, without any source of the program.
+class SettingsModel
+{
+public:
+    enum Slider { Bright, Contrast, Saturation, Sharpness };
+    enum class Framing { Automatic, FrameMaster };
+    using Picture = std::array<int, 4>;
+
+    /// The registers of one camera.
+    struct Registers
+    {
+        int autoFraming = 0;
+        int frameMaster = 0;
+        int subMode = 0;
+        int sensitivity = 50;
+        int view = 120;
+        int mirror = 0;
+        Picture picture{128, 128, 128, 128};
+    };
+
+    struct Saved
+    {
+        Picture picture{};
+        int imageMode = 0;
+    };
+
+    /// One of the two copies of the open camera's settings.
+    struct Values
+    {
+        Registers camera;
+        int intelligent = 0;
+        int imageMode = 0;
+    };
+
+    struct Page
+    {
+        bool intelligent = false;
+        Framing framing = Framing::Automatic;
+        bool individual = false;
+        int view = 120;
+        int sensitivity = 50; ///< 0 for none
+        bool mirror = false;
+        int imageMode = 0;
+        Picture sliders{128, 128, 128, 128};
+        bool lastWasAutomatic = true;
+    };
+
+    struct Camera
+    {
+        Registers registers;
+        bool plugged = true;
+    };
+
+    void add(const QString& serial) { m_cameras.insert(serial, {}); }
+
+    /// @name What happens
+    /// @{
+    void open(const QString& serial);
+    /// From the information page of the open camera.
+    void returnToPage();
+    void switchIntelligent();
+    void chooseFraming(Framing framing);
+    void chooseSubMode(bool individual);
+    void chooseView(int degrees);
+    void chooseSensitivity(int level);
+    void switchMirror();
+    void choosePreset(int mode);
+    /// The handle is clicked, dragged or pressed to @p value.
+    void moveSlider(Slider slider, int value);
+    /// A key moves the handle; nothing happens at an end.
+    void stepSlider(Slider slider, int value);
+    void save();
+    void reset();
+    /// Leaves when nothing is edited.
+    void back();
+    void exit();
+    void saveAndExit();
+    void unplug(const QString& serial);
+    void plug(const QString& serial);
+    /// Somebody else changes the camera.
+    void change(const QString& serial, const Registers& registers);
+    /// @}
+
+    [[nodiscard]] bool isOpen() const { return !m_open.isEmpty(); }
+    [[nodiscard]] const QString& openCamera() const { return m_open; }
+    [[nodiscard]] bool isEdited() const;
+    [[nodiscard]] const Page& page() const { return m_page; }
+    [[nodiscard]] const QMap<QString, Camera>& cameras() const { return m_cameras; }
+    [[nodiscard]] const QMap<QString, Saved>& file() const { return m_file; }
+
+private:
+    [[nodiscard]] Registers& registers() { return m_cameras[m_open].registers; }
+    void setView(int degrees);
+    void setSlider(Slider slider, int value);
+    void setSensitivity(int level);
+    void setMirror(bool on);
+    void setSubMode(bool individual);
+    void markFraming(Framing framing);
+    /// What a marked framing does once its delay is over.
+    void takeFraming();
+    void doIntelligent(bool on, bool automatic);
+    void applySaved();
+    /// Puts what is edited onto the page and, by that, once more into the camera.
+    void showEdited();
+
+    QMap<QString, Camera> m_cameras;
+    QMap<QString, Saved> m_file;
+    QString m_open;
+    Values m_stored;
+    Values m_edited;
+    Page m_page;
+    bool m_framingPending = false;
+};
