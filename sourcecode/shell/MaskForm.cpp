@@ -19,8 +19,12 @@ MaskForm::MaskForm(QWidget* parent)
 
 void MaskForm::setCoveredWidget(QWidget* widget)
 {
-    if (widget)
-        m_covered = widget;
+    if (!widget)
+        return;
+    if (m_covered)
+        m_covered->window()->removeEventFilter(this);
+    m_covered = widget;
+    m_covered->window()->installEventFilter(this);
 }
 
 void MaskForm::showUnder(QDialog* dialog)
@@ -58,12 +62,22 @@ bool MaskForm::eventFilter(QObject* watched, QEvent* event)
             hide();
         }
     }
+    // A window manager may place the window only after the dialog was asked for.
+    const bool moved = event->type() == QEvent::Move || event->type() == QEvent::Resize;
+    if (moved && isVisible() && m_covered && watched == m_covered->window())
+        cover();
     return QWidget::eventFilter(watched, event);
+}
+
+void MaskForm::cover()
+{
+    setGeometry(m_covered->window()->geometry());
+    placeDialog();
 }
 
 void MaskForm::placeDialog()
 {
-    if (!m_covered)
+    if (!m_covered || !m_dialog)
         return;
     const QRect covered = m_covered->window()->geometry();
     const int x = covered.x() + (covered.width() - m_dialog->width()) / 2;

@@ -27,6 +27,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void cover();
     void placeDialog();
 
     QPointer<QWidget> m_covered;

@@ -178,6 +178,7 @@ private:
     void placeOverlays();
     void hideOverlays();
     void restoreOverlays();
+    void followWindowState();
     void showGrid(bool shown);
     void clearGridMark();
     void logStreamSize() const;

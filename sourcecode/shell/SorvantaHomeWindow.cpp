@@ -8,6 +8,7 @@
 #include <QDebug>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QTimer>
 
 namespace {
 
@@ -132,8 +133,12 @@ void SorvantaHome::slotShowLine()
 
 void SorvantaHome::slotActivateWindow()
 {
-    showMinimized();
-    showNormal();
+    // The pair brings a window back to the front. One that is shown needs no bringing back, and a
+    // window manager may carry out the two requests for it in the other order.
+    if (isHidden() || isMinimized()) {
+        showMinimized();
+        showNormal();
+    }
     raise();
     activateWindow();
     restoreOverlays();
@@ -151,15 +156,21 @@ void SorvantaHome::slotTrayActivated(QSystemTrayIcon::ActivationReason reason)
 void SorvantaHome::changeEvent(QEvent* event)
 {
     if (event->type() == QEvent::WindowStateChange) {
-        if (isMinimized()) {
-            // Not every window manager takes them down with the window.
-            hideOverlays();
-        } else {
+        if (!isMinimized())
             setAttribute(Qt::WA_Mapped, true);
-            restoreOverlays();
-        }
+        // Not here: showing an overlay takes the next change in before it returns.
+        QTimer::singleShot(0, this, &SorvantaHome::followWindowState);
     }
     QWidget::changeEvent(event);
+}
+
+/// Not every window manager takes the overlays down with the window.
+void SorvantaHome::followWindowState()
+{
+    if (isHidden() || isMinimized())
+        hideOverlays();
+    else
+        restoreOverlays();
 }
 
 void SorvantaHome::closeEvent(QCloseEvent* event)

@@ -33,7 +33,7 @@ std::string number(double value)
 } // namespace
 
 void RatioTable::compare(const std::string& what, const Unit& unit, const Measure& baseline,
-                         const Measure& measured, int rounds, double limit)
+                         const Measure& measured, int rounds, std::optional<double> limit)
 {
     double bestBaseline = std::numeric_limits<double>::infinity();
     double bestMeasured = bestBaseline;
@@ -42,19 +42,19 @@ void RatioTable::compare(const std::string& what, const Unit& unit, const Measur
             bestBaseline = std::min(bestBaseline, baseline());
             bestMeasured = std::min(bestMeasured, measured());
         }
-        if (bestMeasured <= limit * bestBaseline)
+        if (!limit || bestMeasured <= *limit * bestBaseline)
             break;
     }
     addRatio(what, unit, bestBaseline, bestMeasured, limit);
 }
 
 void RatioTable::addRatio(const std::string& what, const Unit& unit, double baseline,
-                          double measured, double limit)
+                          double measured, std::optional<double> limit)
 {
-    const bool exceeds = !(measured <= limit * baseline);
+    const bool exceeds = limit && !(measured <= *limit * baseline);
     m_exceeded = m_exceeded || exceeds;
     print(what, figure(unit, baseline), figure(unit, measured), number(measured / baseline),
-          "≤ " + number(limit) + (exceeds ? " **exceeded**" : ""));
+          limit ? "≤ " + number(*limit) + (exceeds ? " **exceeded**" : "") : "");
 }
 
 void RatioTable::addFigure(const std::string& what, const Unit& unit, double seconds)

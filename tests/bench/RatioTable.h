@@ -26,13 +26,13 @@ public:
 
     /// Measures both in turn for @p rounds rounds and takes the best of each, which is what least
     /// was in the way of. Beyond the limit it goes on for up to twice as many rounds more before
-    /// it says so.
+    /// it says so. Without a limit it only reports.
     void compare(const std::string& what, const Unit& unit, const Measure& baseline,
-                 const Measure& measured, int rounds, double limit);
+                 const Measure& measured, int rounds, std::optional<double> limit);
 
     /// A row of samples that were taken elsewhere, in seconds.
     void addRatio(const std::string& what, const Unit& unit, double baseline, double measured,
-                  double limit);
+                  std::optional<double> limit);
     /// A figure without a baseline.
     void addFigure(const std::string& what, const Unit& unit, double seconds);
 

@@ -1,4 +1,5 @@
 #include "LoadingDialog.h"
+#include "OnScreen.h"
 #include "SvtaCenterTipDialog.h"
 #include "SvtaForceUpdateSecondDialog.h"
 #include "SvtaMessageDialog.h"
@@ -111,8 +112,8 @@ void SvtaBaseDialogTest::everyDialogOpensInTheMiddleOfTheScreen()
     QVERIFY(show(*dialog));
     const QSize screen = QGuiApplication::primaryScreen()->geometry().size();
     QCOMPARE(screen, QSize(1280, 1024));
-    QCOMPARE(dialog->pos(),
-             QPoint(1280 / 2 - dialog->width() / 2, 1024 / 2 - dialog->height() / 2));
+    QTRY_COMPARE(OnScreen::placeOf(*dialog).topLeft(),
+                 QPoint(1280 / 2 - dialog->width() / 2, 1024 / 2 - dialog->height() / 2));
 }
 
 void SvtaBaseDialogTest::resizingCentresAgain_data()
@@ -128,9 +129,10 @@ void SvtaBaseDialogTest::resizingCentresAgain()
     SvtaBaseDialog dialog;
     QVERIFY(show(dialog));
     dialog.move(3, 50);
-    QTRY_COMPARE(dialog.pos(), QPoint(3, 50));
+    QTRY_COMPARE(OnScreen::placeOf(dialog).topLeft(), QPoint(3, 50));
     dialog.resize(size);
-    QTRY_COMPARE(dialog.pos(), QPoint(640 - size.width() / 2, 512 - size.height() / 2));
+    QTRY_COMPARE(OnScreen::placeOf(dialog).topLeft(),
+                 QPoint(640 - size.width() / 2, 512 - size.height() / 2));
 }
 
 void SvtaBaseDialogTest::escapeLeavesEveryDialogOpen()
@@ -166,7 +168,7 @@ void SvtaBaseDialogTest::draggingDoesNotMoveTheDialog()
     QFETCH(const Maker, make);
     const auto dialog = make(nullptr);
     QVERIFY(show(*dialog));
-    const QPoint place = dialog->pos();
+    const QPoint place = OnScreen::placeOf(*dialog).topLeft();
     QWidget* panel = dialog->findChild<QWidget*>(QStringLiteral("bgWidget"));
     QWidget* target = panel ? panel : dialog.get();
     QTest::mousePress(target, Qt::LeftButton, Qt::NoModifier, {12, 12});
@@ -179,7 +181,7 @@ void SvtaBaseDialogTest::draggingDoesNotMoveTheDialog()
     }
     QTest::mouseRelease(target, Qt::LeftButton, Qt::NoModifier, {72, 52});
     QTest::qWait(20);
-    QCOMPARE(dialog->pos(), place);
+    QCOMPARE(OnScreen::placeOf(*dialog).topLeft(), place);
 }
 
 void SvtaBaseDialogTest::otherKeysGoToTheParent()

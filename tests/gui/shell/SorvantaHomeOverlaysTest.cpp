@@ -1,4 +1,5 @@
 #include "MaskForm.h"
+#include "OnScreen.h"
 #include "PendingTimers.h"
 #include "Pointer.h"
 #include "ShownHome.h"
@@ -11,6 +12,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QtTest>
+#include <QWindow>
 
 using Pages = SvtaPagesView;
 
@@ -42,6 +44,8 @@ private slots:
     void gridComesBackWithTheSettings();
     void gridIsForgottenOnTheList();
     void areHiddenWhileTheWindowIsMinimized();
+    void followAWindowThatIsMinimizedAndRestoredAtOnce();
+    void areNotShownWhenAHiddenWindowChangesItsState();
     void closingTheWindowTakesTheGridAway();
     void restoringShowsTheButtonsOnTheSettingsPage();
     void restoringAClosedPreviewShowsItsButtonOnly();
@@ -116,9 +120,9 @@ void SorvantaHomeOverlaysTest::keepTheirPlacesInTheWindow()
     const QPoint origin = m_home->window().geometry().topLeft();
     QVERIFY(QTest::qWaitForWindowExposed(grid()));
     QTest::qWait(50);
-    QCOMPARE(grid()->geometry(), QRect(origin + QPoint(0, 80), QSize(360, 202)));
-    QCOMPARE(gridButton()->geometry(), QRect(origin + QPoint(284, 248), QSize(24, 24)));
-    QCOMPARE(previewButton()->geometry(), QRect(origin + QPoint(320, 248), QSize(24, 24)));
+    QCOMPARE(OnScreen::placeOf(*grid()), QRect(origin + QPoint(0, 80), QSize(360, 202)));
+    QCOMPARE(OnScreen::placeOf(*gridButton()), QRect(origin + QPoint(284, 248), QSize(24, 24)));
+    QCOMPARE(OnScreen::placeOf(*previewButton()), QRect(origin + QPoint(320, 248), QSize(24, 24)));
 }
 
 void SorvantaHomeOverlaysTest::followTheWindow()
@@ -127,9 +131,9 @@ void SorvantaHomeOverlaysTest::followTheWindow()
     for (const QPoint& place : {QPoint(97, 121), QPoint(613, 203)}) {
         m_home->window().move(place);
         QTRY_COMPARE(m_home->window().geometry().topLeft(), place);
-        QTRY_COMPARE(grid()->pos(), place + QPoint(0, 80));
-        QTRY_COMPARE(gridButton()->pos(), place + QPoint(284, 248));
-        QTRY_COMPARE(previewButton()->pos(), place + QPoint(320, 248));
+        QTRY_COMPARE(OnScreen::placeOf(*grid()).topLeft(), place + QPoint(0, 80));
+        QTRY_COMPARE(OnScreen::placeOf(*gridButton()).topLeft(), place + QPoint(284, 248));
+        QTRY_COMPARE(OnScreen::placeOf(*previewButton()).topLeft(), place + QPoint(320, 248));
     }
 }
 
@@ -202,10 +206,41 @@ void SorvantaHomeOverlaysTest::areHiddenWhileTheWindowIsMinimized()
     m_home->click("minimumBtn");
     QTRY_VERIFY(m_home->window().isMinimized());
     QTRY_COMPARE(shown(), QString());
+    // Asked back before the window manager has taken it down, the window would go after all.
+    QTRY_VERIFY(!m_home->window().windowHandle()->isExposed());
     m_home->window().showNormal();
     QTRY_COMPARE(shown(), QStringLiteral("gbp"));
     QCOMPARE(gridButton()->labelStyle(), kGridOn);
     QVERIFY(m_home->window().testAttribute(Qt::WA_Mapped));
+    QTest::qWait(100);
+    const QPoint origin = OnScreen::placeOf(m_home->window()).topLeft();
+    QCOMPARE(OnScreen::placeOf(*grid()).topLeft(), origin + QPoint(0, 80));
+    QCOMPARE(OnScreen::placeOf(*previewButton()).topLeft(), origin + QPoint(320, 248));
+}
+
+void SorvantaHomeOverlaysTest::followAWindowThatIsMinimizedAndRestoredAtOnce()
+{
+    clickGridButton();
+    for (int round = 0; round < 3; ++round) {
+        m_home->click("minimumBtn");
+        m_home->window().showNormal();
+        // Whichever of the two the window manager carries out last.
+        QTest::qWait(300);
+        QCOMPARE(shown(), OnScreen::isShown(m_home->window()) ? QStringLiteral("gbp") : QString());
+        m_home->window().showNormal();
+        QTRY_VERIFY(OnScreen::isShown(m_home->window()));
+        QTRY_COMPARE(shown(), QStringLiteral("gbp"));
+    }
+}
+
+void SorvantaHomeOverlaysTest::areNotShownWhenAHiddenWindowChangesItsState()
+{
+    m_home->closeToTray();
+    m_home->window().setWindowState(Qt::WindowMinimized);
+    m_home->window().setWindowState(Qt::WindowNoState);
+    QTest::qWait(50);
+    QVERIFY(m_home->window().isHidden());
+    QCOMPARE(shown(), QString());
 }
 
 void SorvantaHomeOverlaysTest::closingTheWindowTakesTheGridAway()
@@ -228,8 +263,10 @@ void SorvantaHomeOverlaysTest::restoringShowsTheButtonsOnTheSettingsPage()
     QCOMPARE(shown(), QString());
     m_home->window().slotActivateWindow();
     QTRY_COMPARE(shown(), QStringLiteral("bp"));
-    const QPoint origin = m_home->window().geometry().topLeft();
-    QTRY_COMPARE(previewButton()->pos(), origin + QPoint(320, 248));
+    QTest::qWait(100);
+    const QPoint origin = OnScreen::placeOf(m_home->window()).topLeft();
+    QCOMPARE(OnScreen::placeOf(*gridButton()).topLeft(), origin + QPoint(284, 248));
+    QCOMPARE(OnScreen::placeOf(*previewButton()).topLeft(), origin + QPoint(320, 248));
 }
 
 void SorvantaHomeOverlaysTest::restoringAClosedPreviewShowsItsButtonOnly()
@@ -258,10 +295,11 @@ void SorvantaHomeOverlaysTest::supportedProductsAreAtTheBottomOverTheMask()
     const auto* mask = m_home->window().findChild<MaskForm*>({}, Qt::FindDirectChildrenOnly);
     QVERIFY(list->isVisible());
     QTest::qWait(50);
-    const QRect window = m_home->window().geometry();
-    QCOMPARE(mask->geometry(), window);
-    QCOMPARE(list->geometry().bottom(), window.bottom());
-    QCOMPARE(list->x(), window.x() + (window.width() - list->width()) / 2);
+    const QRect window = OnScreen::placeOf(m_home->window());
+    const QRect place = OnScreen::placeOf(*list);
+    QCOMPARE(OnScreen::placeOf(*mask), window);
+    QCOMPARE(place.bottom(), window.bottom());
+    QCOMPARE(place.x(), window.x() + (window.width() - place.width()) / 2);
     QTest::mouseClick(list->findChild<QPushButton*>(QStringLiteral("btnClose")), Qt::LeftButton);
     QVERIFY(!list->isVisible());
     QVERIFY(!mask->isVisible());

@@ -3,7 +3,6 @@
 #include "DeviceManager.h"
 #include "ParamSettingsPage.h"
 #include "PendingTimers.h"
-#include "Pointer.h"
 #include "SliderScale.h"
 #include "SvtaDeviceWidget.h"
 #include "SvtaParamNotSaveDialog.h"
@@ -27,7 +26,8 @@
 
 namespace {
 
-constexpr QPoint kPlace(400, 160);
+// Away from the middle of the screen, where the pointer rests.
+constexpr QPoint kPlace(40, 100);
 constexpr int kStartAnimationMs = 2800;
 constexpr int kBackLockMs = 1000;
 constexpr int kIntelligentLockMs = 1000;
@@ -44,7 +44,6 @@ const std::array<const char*, 4> kSliders{"brightSlider", "contrastSlider", "sat
 CameraDesk::CameraDesk()
 {
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("utf-8"));
-    Pointer::park();
     m_window.setWindowTitle(QStringLiteral("MarvikTools"));
     m_window.move(kPlace);
     DeviceManager::instance().start();
