@@ -40,7 +40,8 @@ void setSlider(QSlider* slider, int minimum, int maximum, int value)
 void uncheckAll(QButtonGroup* group)
 {
     group->setExclusive(false);
-    for (QAbstractButton* button : group->buttons())
+    const QList<QAbstractButton*> buttons = group->buttons();
+    for (QAbstractButton* button : buttons)
         button->setChecked(false);
     group->setExclusive(true);
 }
@@ -50,7 +51,8 @@ void uncheckAll(QButtonGroup* group)
 void keepOneTabStop(QButtonGroup* group)
 {
     const auto update = [group] {
-        for (QAbstractButton* button : group->buttons())
+        const QList<QAbstractButton*> buttons = group->buttons();
+        for (QAbstractButton* button : buttons)
             button->setFocusPolicy(button->isChecked() || !group->checkedButton() ? Qt::TabFocus
                                                                                   : Qt::NoFocus);
     };
@@ -570,7 +572,8 @@ void ParamSettingsPage::setCameraViewEnabled(bool enabled)
     m_cameraViewEnabled = enabled;
     const QString reason =
         enabled ? QString() : tr("Turn Stage follow® AI off to change the field of view.");
-    for (QAbstractButton* button : m_ui->viewButtonGroup->buttons()) {
+    const QList<QAbstractButton*> viewButtons = m_ui->viewButtonGroup->buttons();
+    for (QAbstractButton* button : viewButtons) {
         button->setEnabled(enabled);
         button->setToolTip(reason);
     }
