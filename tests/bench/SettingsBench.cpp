@@ -26,7 +26,7 @@ constexpr int kClicks = 20;
 constexpr int kOpenings = 5;
 constexpr int kTimeoutMs = 3000;
 constexpr double kPreviewDelaySeconds = 0.1; // before the page starts its preview; not its own time
-constexpr unsigned long kPaintMs = 4;
+constexpr unsigned long kRestMs = 4;
 constexpr int kFramingDelayMs = 10;
 constexpr int kFramingOffDelayMs = 100;
 constexpr int kIdleMs = 4000;
@@ -109,6 +109,7 @@ public:
     void closePreview();
 
 private:
+    void rest();
     double bareSeconds(int exchanges, bool withSearch);
     double clickSeconds(const std::function<QWidget*()>& target);
     double subModeSeconds();
@@ -127,6 +128,14 @@ private:
     int m_turn = 0;
 };
 
+/// Every measurement begins after the same rest, and when the camera has seen the handle of the
+/// exchange before go.
+void SettingsBench::rest()
+{
+    require(m_camera.waitFor(kOnlyThePersistentHandle), "a handle is left open");
+    QThread::msleep(kRestMs);
+}
+
 /// What no program that opens the camera for every command can do without; with a search for its
 /// interface and a link to it, as before the camera's stream is asked for.
 double SettingsBench::bareSeconds(int exchanges, bool withSearch)
@@ -134,7 +143,7 @@ double SettingsBench::bareSeconds(int exchanges, bool withSearch)
     const QByteArray path = m_camera.hidPath().toUtf8();
     std::vector<double> samples;
     for (int i = 0; i < kClicks; ++i) {
-        require(m_camera.waitFor(kOnlyThePersistentHandle), "a handle is left open");
+        rest();
         samples.push_back(secondsOf([&] {
             for (int k = 0; k < exchanges; ++k) {
                 HidFrame::Buffer answer{};
@@ -159,7 +168,7 @@ double SettingsBench::clickSeconds(const std::function<QWidget*()>& target)
 {
     std::vector<double> samples;
     for (int i = 0; i < kClicks; ++i) {
-        require(m_camera.waitFor(kOnlyThePersistentHandle), "a handle is left open");
+        rest();
         QWidget* widget = target();
         const QPoint position(qobject_cast<QRadioButton*>(widget) ? 8 : widget->width() / 2,
                               widget->height() / 2);
@@ -170,7 +179,7 @@ double SettingsBench::clickSeconds(const std::function<QWidget*()>& target)
         // program's.
         if (const auto* button = qobject_cast<QAbstractButton*>(widget))
             connection = QObject::connect(button, &QAbstractButton::released, [&taken] {
-                QThread::msleep(kPaintMs);
+                QThread::msleep(kRestMs);
                 taken = Clock::now();
             });
         taken = Clock::now();
@@ -191,12 +200,12 @@ double SettingsBench::subModeSeconds()
 {
     std::vector<double> samples;
     for (int i = 0; i < kClicks; ++i) {
-        require(m_camera.waitFor(kOnlyThePersistentHandle), "a handle is left open");
+        rest();
         auto* button = m_desk.find<QRadioButton>(m_turn++ % 2 == 0 ? "rbtnDivisionMaster"
                                                                    : "rbtnPersonalTrack");
         const QPoint position(8, button->height() / 2);
         QTest::mousePress(button, Qt::LeftButton, Qt::NoModifier, position);
-        QThread::msleep(kPaintMs);
+        QThread::msleep(kRestMs);
         const Clock::time_point start = Clock::now();
         double seconds = 0;
         const QMetaObject::Connection connection = QObject::connect(
@@ -278,7 +287,7 @@ void SettingsBench::compareSwitch(RatioTable& table)
     auto* button = m_desk.find("btnIntelligent");
     for (int i = 0; i < kRounds * kClicks; ++i) {
         for (const bool on : {false, true}) {
-            require(m_camera.waitFor(kOnlyThePersistentHandle), "a handle is left open");
+            rest();
             QTest::mousePress(button, Qt::LeftButton);
             const Clock::time_point start = Clock::now();
             QTest::mouseRelease(button, Qt::LeftButton);
