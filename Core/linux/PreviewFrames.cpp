@@ -4,7 +4,7 @@ void PreviewFrames::put(const QImage& frame)
 {
     bool announce = false;
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         m_frame = frame;
         announce = !m_announced;
         m_announced = true;
@@ -15,14 +15,14 @@ void PreviewFrames::put(const QImage& frame)
 
 QImage PreviewFrames::newest()
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     m_announced = false;
     return m_frame;
 }
 
 void PreviewFrames::clear()
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     m_frame = QImage();
     m_announced = false;
 }

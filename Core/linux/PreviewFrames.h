@@ -1,8 +1,8 @@
 #pragma once
 
 #include <atomic>
+#include <mutex>
 #include <QImage>
-#include <QMutex>
 #include <QObject>
 
 /// The newest frame of a preview, handed from the streaming thread to the GUI thread. Frames that
@@ -28,7 +28,7 @@ signals:
     void frameReady();
 
 private:
-    QMutex m_mutex;
+    std::mutex m_mutex;
     QImage m_frame;
     bool m_announced = false;
     std::atomic<bool> m_watched{false};

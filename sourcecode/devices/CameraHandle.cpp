@@ -17,13 +17,13 @@ void CameraHandle::getCameras(int status)
     m_cameras.clear();
     UVCCamera::enumerateCameras(m_cameras);
 
-    const QMutexLocker lock(&m_notifyMutex);
+    const std::lock_guard<std::mutex> lock(m_notifyMutex);
     if (m_notify)
         m_notify->camerasChanged(m_cameras, status);
 }
 
 void CameraHandle::setNotify(IDeviceNotify* notify)
 {
-    const QMutexLocker lock(&m_notifyMutex);
+    const std::lock_guard<std::mutex> lock(m_notifyMutex);
     m_notify = notify;
 }

@@ -3,8 +3,8 @@
 #include "DeviceWidgetInfo.h"
 #include "IDeviceNotify.h"
 
+#include <mutex>
 #include <QList>
-#include <QMutex>
 
 /// The process-wide holder of the video inventory: enumerates on request and tells the receiver.
 class CameraHandle
@@ -34,6 +34,6 @@ private:
 
     QList<UVCDeviceInfo> m_cameras;
     DeviceWidgetInfo m_currentDevice;
-    QMutex m_notifyMutex;
+    std::mutex m_notifyMutex;
     IDeviceNotify* m_notify = nullptr;
 };

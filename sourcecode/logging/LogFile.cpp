@@ -83,7 +83,7 @@ void LogFile::handle(QtMsgType type, const QMessageLogContext& context, const QS
 
 void LogFile::write(const QByteArray& line)
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     if (!m_file.isOpen())
         return;
     if (m_file.size() + line.size() > m_maxBytes)

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <mutex>
 #include <QFile>
-#include <QMutex>
 #include <QString>
 #include <QtGlobal>
 
@@ -30,7 +30,7 @@ private:
     void write(const QByteArray& line);
     void rotate();
 
-    QMutex m_mutex;
+    std::mutex m_mutex;
     QFile m_file;
     qint64 m_maxBytes;
     QtMessageHandler m_previous = nullptr;

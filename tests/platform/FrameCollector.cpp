@@ -19,20 +19,20 @@ FrameCollector::FrameCollector(const UVCCamera& camera)
 
 void FrameCollector::take(const QImage& image)
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     m_newest = image.copy();
     ++m_count;
 }
 
 int FrameCollector::count() const
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     return m_count;
 }
 
 QImage FrameCollector::newest() const
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     return m_newest;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <mutex>
 #include <QImage>
-#include <QMutex>
 #include <QObject>
 
 class UVCCamera;
@@ -22,7 +22,7 @@ public:
 private:
     void take(const QImage& image);
 
-    mutable QMutex m_mutex;
+    mutable std::mutex m_mutex;
     QImage m_newest;
     int m_count = 0;
 };

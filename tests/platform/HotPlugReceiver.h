@@ -3,7 +3,7 @@
 #include "CameraHandle.h"
 #include "IDeviceNotify.h"
 
-#include <QMutex>
+#include <mutex>
 #include <QThread>
 #include <QVector>
 
@@ -25,7 +25,7 @@ public:
 
     void camerasChanged(const QList<UVCDeviceInfo>& cameras, int status) override
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         m_notifications.append({cameras, status, QThread::currentThread()});
     }
     void camerasChanged(const QList<UVCDeviceInfo>& cameras, const QMap<QString, HidDevices>&,
@@ -36,7 +36,7 @@ public:
 
     [[nodiscard]] QVector<Notification> notifications() const
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         return m_notifications;
     }
     [[nodiscard]] int count() const { return notifications().size(); }
@@ -49,6 +49,6 @@ public:
     }
 
 private:
-    mutable QMutex m_mutex;
+    mutable std::mutex m_mutex;
     QVector<Notification> m_notifications;
 };

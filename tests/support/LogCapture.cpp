@@ -1,7 +1,5 @@
 #include "LogCapture.h"
 
-#include <QMutexLocker>
-
 LogCapture* LogCapture::s_current = nullptr;
 
 LogCapture::LogCapture()
@@ -28,13 +26,13 @@ void LogCapture::enable(QLoggingCategory* category)
 
 void LogCapture::take(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
-    const QMutexLocker locker(&s_current->m_mutex);
+    const std::lock_guard<std::mutex> locker(s_current->m_mutex);
     s_current->m_lines.append({type, text, QString::fromUtf8(context.function), context.line});
 }
 
 QList<LogCapture::Line> LogCapture::lines() const
 {
-    const QMutexLocker locker(&m_mutex);
+    const std::lock_guard<std::mutex> locker(m_mutex);
     return m_lines;
 }
 
@@ -63,6 +61,6 @@ bool LogCapture::contains(const QString& text) const
 
 void LogCapture::clear()
 {
-    const QMutexLocker locker(&m_mutex);
+    const std::lock_guard<std::mutex> locker(m_mutex);
     m_lines.clear();
 }

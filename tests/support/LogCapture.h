@@ -1,8 +1,8 @@
 #pragma once
 
+#include <mutex>
 #include <QList>
 #include <QLoggingCategory>
-#include <QMutex>
 #include <QString>
 #include <QStringList>
 #include <QtGlobal>
@@ -37,7 +37,7 @@ private:
 
     static LogCapture* s_current;
 
-    mutable QMutex m_mutex;
+    mutable std::mutex m_mutex;
     QList<Line> m_lines;
     QtMessageHandler m_previous;
     QLoggingCategory::CategoryFilter m_previousFilter;
