@@ -1,7 +1,7 @@
 #include "HidDiagnostics.h"
 
+#include "HidApi.h"
 #include "HidFrame.h"
-#include "HidHandle.h"
 
 #include <algorithm>
 #include <cwchar>
@@ -34,7 +34,7 @@ QString readString(Read read)
 void HidDiagnostics::logIdentity(const QString& path)
 {
     const HidLibrary library;
-    const HidHandle handle(hid_open_path(path.toUtf8().constData()));
+    const HidHandle handle = HidApi::open(path.toUtf8().constData());
     if (!handle)
         return;
     hid_device* device = handle.get();

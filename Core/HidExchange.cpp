@@ -1,14 +1,14 @@
 #include "HidExchange.h"
 
+#include "HidApi.h"
 #include "HidErrorText.h"
 #include "HidFrameLog.h"
-#include "HidHandle.h"
 
 void HidExchange::run(const QByteArray& path, const HidFrame::Buffer& frame, int timeoutMs,
                       WriteRule rule)
 {
     const HidLibrary library;
-    const HidHandle handle(hid_open_path(path.constData()));
+    const HidHandle handle = HidApi::open(path.constData());
     if (!handle)
         return;
 

@@ -135,8 +135,8 @@ private:
     std::unique_ptr<CaptureGraph> m_graph;
     std::unique_ptr<VideoProcAmp> m_videoProcAmp;
     std::shared_ptr<UVCHid> m_hid; ///< shared with a firmware transfer that is under way
-    VideoProcAmpRecord m_brightness{VideoProcAmpProperty::Brightness};
-    VideoProcAmpRecord m_contrast{VideoProcAmpProperty::Contrast};
-    VideoProcAmpRecord m_saturation{VideoProcAmpProperty::Saturation};
-    VideoProcAmpRecord m_sharpness{VideoProcAmpProperty::Sharpness};
+    VideoProcAmpRecord m_brightness{PictureProperty::Brightness};
+    VideoProcAmpRecord m_contrast{PictureProperty::Contrast};
+    VideoProcAmpRecord m_saturation{PictureProperty::Saturation};
+    VideoProcAmpRecord m_sharpness{PictureProperty::Sharpness};
 };

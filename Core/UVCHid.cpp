@@ -5,32 +5,17 @@
 
 #include <QDebug>
 
-namespace {
-
-struct EnumerationDeleter
-{
-    void operator()(hid_device_info* list) const { hid_free_enumeration(list); }
-};
-using HidEnumeration = std::unique_ptr<hid_device_info, EnumerationDeleter>;
-
-HidEnumeration enumerateAll()
-{
-    return HidEnumeration(hid_enumerate(0, 0));
-}
-
-} // namespace
-
 UVCHid::UVCHid() = default;
 
 UVCHid::~UVCHid()
 {
     m_handle.reset();
-    hid_exit();
+    HidApi::exit();
 }
 
 void UVCHid::getHidDevices(QMap<QString, HidDevices>& out)
 {
-    const HidEnumeration list = enumerateAll();
+    const HidEnumeration list = HidApi::enumerate();
     for (const hid_device_info* entry = list.get(); entry; entry = entry->next) {
         HidDevices device;
         device.path = QString::fromLocal8Bit(entry->path);
@@ -51,7 +36,7 @@ bool UVCHid::createHandleWithPath(const QString& path)
     unsigned short vid = 0;
     unsigned short pid = 0;
     {
-        const HidEnumeration list = enumerateAll();
+        const HidEnumeration list = HidApi::enumerate();
         for (const hid_device_info* entry = list.get(); entry && !found; entry = entry->next) {
             qDebug() << "Out device path: " << entry->path << " -- "
                      << static_cast<const void*>(entry->manufacturer_string);
@@ -72,11 +57,11 @@ bool UVCHid::createHandleWithid(unsigned short vid, unsigned short pid)
 {
     m_vendorId = vid;
     m_productId = pid;
-    if (hid_init() != 0) {
+    if (HidApi::init() != 0) {
         qCritical() << "hid init failed";
         return false;
     }
-    m_handle.reset(hid_open_path(m_devicePath.toUtf8().constData()));
+    m_handle = HidApi::open(m_devicePath.toUtf8().constData());
     if (!m_handle) {
         qCritical() << "Open device hid failed.";
         return false;

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "HidApi.h"
 #include "HidDevices.h"
 #include "HidFrame.h"
-#include "HidHandle.h"
 
 #include <QMap>
 #include <QString>

@@ -2,7 +2,7 @@
 
 /// The picture properties of a camera's video interface, with the property ids of the platforms'
 /// common processing-amplifier list.
-enum class VideoProcAmpProperty {
+enum class PictureProperty {
     Brightness = 0,
     Contrast = 1,
     Saturation = 3,
@@ -12,7 +12,7 @@ enum class VideoProcAmpProperty {
 /// What a camera tells about one picture property.
 struct VideoProcAmpRecord
 {
-    VideoProcAmpProperty property = VideoProcAmpProperty::Brightness;
+    PictureProperty property = PictureProperty::Brightness;
     long minimum = 0;
     long maximum = 0;
     long defaultValue = 0;

@@ -35,5 +35,9 @@ int main(int argc, char** argv)
                      &SorvantaHome::slotActivateWindow);
     const int status = QtSingleApplication::exec();
     devices.stop(); // no notification may reach a window that is going away
+    // Nobody who starts the program now is shown a window that is on its way out.
+    application.setActivationWindow(nullptr);
+    QObject::disconnect(&application, nullptr, &home, nullptr);
+    home.finishTransfer();
     return status;
 }

@@ -10,7 +10,6 @@ PreviewSurface::PreviewSurface(std::shared_ptr<PreviewFrames> frames, QWidget* t
     , m_frames(std::move(frames))
 {
     setObjectName(QStringLiteral("previewSurface"));
-    setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setGeometry(target->rect());
     connect(m_frames.get(), &PreviewFrames::frameReady, this, &PreviewSurface::takeFrame,
@@ -28,6 +27,16 @@ void PreviewSurface::takeFrame()
     m_frame.setDevicePixelRatio(devicePixelRatioF());
     // At once: update() would cost the event loop another turn for every frame.
     repaint();
+}
+
+bool PreviewSurface::event(QEvent* event)
+{
+    const bool handled = QWidget::event(event);
+    // Nothing below the picture shows through it, so nothing below is painted with it. A style
+    // sheet takes that back from every widget that it is applied to.
+    if (event->type() == QEvent::Polish || event->type() == QEvent::StyleChange)
+        setAttribute(Qt::WA_OpaquePaintEvent);
+    return handled;
 }
 
 void PreviewSurface::paintEvent(QPaintEvent* event)

@@ -2,16 +2,16 @@
 
 namespace {
 
-quint32 controlId(VideoProcAmpProperty property)
+quint32 controlId(PictureProperty property)
 {
     switch (property) {
-    case VideoProcAmpProperty::Brightness:
+    case PictureProperty::Brightness:
         return V4L2_CID_BRIGHTNESS;
-    case VideoProcAmpProperty::Contrast:
+    case PictureProperty::Contrast:
         return V4L2_CID_CONTRAST;
-    case VideoProcAmpProperty::Saturation:
+    case PictureProperty::Saturation:
         return V4L2_CID_SATURATION;
-    case VideoProcAmpProperty::Sharpness:
+    case PictureProperty::Sharpness:
         return V4L2_CID_SHARPNESS;
     }
     return 0;

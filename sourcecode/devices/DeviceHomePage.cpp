@@ -13,8 +13,15 @@
 #include <QListWidget>
 #include <QScrollBar>
 #include <QThread>
+#include <utility>
 
 namespace {
+
+bool isConnected(const HidDevices& hidItem)
+{
+    return UVCHid::getCameraConnectionStatus(hidItem.path.toUtf8().constData(), hidItem.vendorId,
+                                             hidItem.productId);
+}
 
 constexpr unsigned long kHidReadyMs = 500;
 constexpr int kItemHeight = 120;
@@ -101,7 +108,7 @@ void DeviceHomePage::getHidCamerasAndAddToList(const QList<UVCDeviceInfo>& camer
 
     m_deviceWidgetMap.clear();
     m_pathMap.clear();
-    m_connectionMap.clear();
+    const QMap<QString, bool> lastConnections = std::exchange(m_connectionMap, {});
     PairingCounters counters;
     for (const HidDevices& hidItem : qAsConst(m_hidMap)) {
         qDebug() << "遍历hid设备"
@@ -109,6 +116,9 @@ void DeviceHomePage::getHidCamerasAndAddToList(const QList<UVCDeviceInfo>& camer
         if (!SupportedCameras::isCameraInterface(hidItem))
             continue;
         qDebug() << "获取vid == 41224 和 pid == 51202的设备";
+        const bool connected = hidItem.path == m_busyHidPath ? lastConnections.value(hidItem.path)
+                                                             : isConnected(hidItem);
+        m_connectionMap.insert(hidItem.path, connected);
         addCard(hidItem, hidItem.path == m_hidMap.lastKey(), cameras, counters);
     }
 
@@ -122,10 +132,7 @@ void DeviceHomePage::addCard(const HidDevices& hidItem, bool isLastHidEntry,
 {
     ++counters.hidCnt;
     qDebug() << "hidItem.path" << hidItem.path;
-    const bool connected = UVCHid::getCameraConnectionStatus(hidItem.path.toUtf8().constData(),
-                                                             hidItem.vendorId, hidItem.productId);
-    qDebug() << "curStauts =" << connected;
-    m_connectionMap.insert(hidItem.path, connected);
+    qDebug() << "curStauts =" << m_connectionMap.value(hidItem.path);
 
     DeviceWidgetInfo devWidgetInfo;
     matchVideoDevices(hidItem, cameras, devWidgetInfo, counters);

@@ -35,6 +35,10 @@ public:
     /// side of a camera that was just plugged in needs the time.
     void getHidCamerasAndAddToList(const QList<UVCDeviceInfo>& cameras);
 
+    /// The camera at @p hidPath is asked nothing from now on and keeps its state in the list: its
+    /// firmware is being written. Empty: no such camera.
+    void setBusyCamera(const QString& hidPath) { m_busyHidPath = hidPath; }
+
     /// Number of cards.
     [[nodiscard]] int entryCount() const;
     /// Shows the list in the place of the empty state.
@@ -81,5 +85,6 @@ private:
     QMap<QString, DeviceWidgetInfo> m_deviceWidgetMap;
     QMap<int, QString> m_pathMap;
     QMap<QString, bool> m_connectionMap;
+    QString m_busyHidPath;
     QMap<QString, QString> m_productNames;
 };

@@ -46,5 +46,5 @@ private:
     std::atomic<int> m_running{0};
     std::thread m_thread;
     std::unique_ptr<HotPlugWatch> m_watch;
-    std::unique_ptr<SDMMNotificationClient> m_audioClient;
+    std::shared_ptr<SDMMNotificationClient> m_audioClient; ///< knows how its platform lets go of it
 };

@@ -78,6 +78,9 @@ ParamSettingsPage::ParamSettingsPage(QWidget* parent)
 {
     m_ui->setupUi(this);
     setAttribute(Qt::WA_StyledBackground);
+    // Most controls take no focus from the mouse. After a click the tab key goes on from the page:
+    // the stack around the pages, which would get the focus otherwise, swallows every key.
+    setFocusPolicy(Qt::ClickFocus);
     // The preview needs a window of its own, and so does what lies over it; the rest does not.
     for (QWidget* widget : {m_ui->transparentWidget, static_cast<QWidget*>(m_ui->previewTip),
                             static_cast<QWidget*>(m_ui->tipWidgetFor4k)})

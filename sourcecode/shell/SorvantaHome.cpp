@@ -1,12 +1,16 @@
 #include "SorvantaHome.h"
 
 #include "AboutPage.h"
+#include "ApplicationUpdateCheck.h"
 #include "DeviceHomePage.h"
 #include "DeviceInfoPage.h"
+#include "FirmwareTransfer.h"
 #include "IDeviceNotify.h"
 #include "LoadingDialog.h"
 #include "MaskForm.h"
+#include "MyIQLogObserver.h"
 #include "ParamSettingsPage.h"
+#include "setLogObserver.h"
 #include "SvtaCenterTipDialog.h"
 #include "SvtaForceUpdateSecondDialog.h"
 #include "SvtaMessageDialog.h"
@@ -16,6 +20,7 @@
 #include "SvtaParamSaveDialog.h"
 #include "SvtaStartPage.h"
 #include "SvtaSupportedProductDialog.h"
+#include "SvtaVersionUpdateDialog.h"
 #include "ToastDialog.h"
 #include "TransparentBtn.h"
 #include "TransparentWidget.h"
@@ -42,6 +47,9 @@ SorvantaHome::SorvantaHome(QWidget* parent)
     : QWidget(parent)
     , ui(std::make_unique<Ui::SorvantaHome>())
     , m_pCamera(new UVCCamera(this))
+    , m_logObserver(std::make_unique<MyIQLogObserver>())
+    , m_transfer(new FirmwareTransfer(this))
+    , m_applicationUpdate(new ApplicationUpdateCheck(this))
 {
     ui->setupUi(this);
 
@@ -61,6 +69,7 @@ SorvantaHome::SorvantaHome(QWidget* parent)
 
     makePages();
     makeOverlays();
+    Brivane::setLogObserver(m_logObserver.get());
     makeDialogs();
 
     // Both travel from the watcher's thread in queued signals.
@@ -74,10 +83,12 @@ SorvantaHome::SorvantaHome(QWidget* parent)
     connectList();
     connectSettings();
     connectUpdates();
+    readConfigFile();
 }
 
 SorvantaHome::~SorvantaHome()
 {
+    Brivane::setLogObserver(nullptr);
     // A button that goes from under the pointer still tells that the pointer leaves it, which the
     // settings page is told in turn: while there is one.
     delete m_previewBtn;
@@ -108,6 +119,7 @@ void SorvantaHome::makeOverlays()
     m_moreMenu = new SvtaMoreWidget(this);
     m_moreMenu->hide();
     m_updateTimer = new QTimer(this);
+    m_updateTimer->setObjectName(QStringLiteral("updateTimer"));
     m_updateTimer->setSingleShot(true);
     // Parented to the window: a window manager puts them behind it otherwise.
     m_grid = new TransparentWidget(this);
@@ -118,6 +130,7 @@ void SorvantaHome::makeOverlays()
 
 void SorvantaHome::makeDialogs()
 {
+    m_updateDialog = new SvtaVersionUpdateDialog(this);
     m_messageDialog = new SvtaMessageDialog(this);
     m_notSaveDialog = new SvtaParamNotSaveDialog(this);
     m_resetDialog = new SvtaParamResetDialog(this);
@@ -127,8 +140,8 @@ void SorvantaHome::makeDialogs()
     m_supportedProductDialog = new SvtaSupportedProductDialog(this);
     m_loadingDialog = new LoadingDialog(this);
     for (QDialog* dialog : std::initializer_list<QDialog*>{
-             m_messageDialog, m_notSaveDialog, m_resetDialog, m_saveDialog, m_centerTipDialog,
-             m_closeAppDialog, m_supportedProductDialog, m_loadingDialog}) {
+             m_updateDialog, m_messageDialog, m_notSaveDialog, m_resetDialog, m_saveDialog,
+             m_centerTipDialog, m_closeAppDialog, m_supportedProductDialog, m_loadingDialog}) {
         dialog->setModal(true);
         dialog->hide();
     }
@@ -192,7 +205,7 @@ void SorvantaHome::connectList()
             &SorvantaHome::showDeviceSettingPages);
     connect(m_homePage, &DeviceHomePage::sigShowDeviceInfo, this,
             [this](const DeviceWidgetInfo& info) {
-                if (!m_pCamera)
+                if (!m_pCamera || refuseBusyCamera(info))
                     return;
                 takePutOffSteps();
                 mDeviceWidgetInfo = info;
@@ -261,6 +274,19 @@ void SorvantaHome::connectUpdates()
     connect(m_aboutPage, &AboutPage::sigShowToast, this, &SorvantaHome::showToast);
     connect(m_aboutPage, &AboutPage::sigForceUpdate, this, &SorvantaHome::slotForceUpdate);
     connect(m_aboutPage, &AboutPage::sigCommonUpdate, this, &SorvantaHome::slotSetUpdateData);
+    connect(m_applicationUpdate, &ApplicationUpdateCheck::sigOffer, m_aboutPage,
+            &AboutPage::sigCommonUpdate);
+    const SvtaVersionUpdateDialog* update = m_updateDialog;
+    connect(update, &SvtaVersionUpdateDialog::sigDownloadFailed, this,
+            &SorvantaHome::slotDownloadFailed);
+    connect(update, &SvtaVersionUpdateDialog::sigSetProgress, this, &SorvantaHome::slotSetProgress);
+    connect(update, &SvtaVersionUpdateDialog::sigDownloadSuccessed, this,
+            &SorvantaHome::slotDownloadSuccessed);
+    connect(update, &SvtaVersionUpdateDialog::sigStopUpdate, this, &SorvantaHome::slotStopUpdate);
+    connect(update, &SvtaVersionUpdateDialog::sigShowCloseAppDialog, this,
+            &SorvantaHome::slotShowCloseAppDialog);
+    connect(m_transfer, &FirmwareTransfer::notOpened, this, &SorvantaHome::sigHideLoadingPage);
+    connect(m_transfer, &FirmwareTransfer::finished, this, &SorvantaHome::slotTransferFinished);
     connect(m_messageDialog, &SvtaMessageDialog::sigRetry, this, &SorvantaHome::slotRetry);
     connect(m_messageDialog, &SvtaMessageDialog::sigDownloadFailedCancel, this,
             &SorvantaHome::slotDownloadFailedCancel);

@@ -15,12 +15,16 @@
 #include <QPointer>
 #include <QSystemTrayIcon>
 #include <QWidget>
+#include <string>
 
 class AboutPage;
+class ApplicationUpdateCheck;
 class DeviceHomePage;
 class DeviceInfoPage;
+class FirmwareTransfer;
 class LoadingDialog;
 class MaskForm;
+class MyIQLogObserver;
 class ParamSettingsPage;
 class QAction;
 class QDialog;
@@ -34,6 +38,7 @@ class SvtaParamNotSaveDialog;
 class SvtaParamResetDialog;
 class SvtaParamSaveDialog;
 class SvtaSupportedProductDialog;
+class SvtaVersionUpdateDialog;
 class ToastDialog;
 class TransparentBtn;
 class TransparentWidget;
@@ -70,6 +75,11 @@ public:
     void showDeviceSettingPages(const DeviceWidgetInfo& info);
     /// Logs the identity of the open camera's HID interface; diagnostic only.
     void getHidInfo() const;
+    /// Takes the program's own version from config.json beside it.
+    void readConfigFile();
+    /// Takes the program off the screen at once and returns when no camera is being written any
+    /// more. For the end of the program.
+    void finishTransfer();
 
     /// Brings the window back from tray or task bar, with the overlays of its page.
     void slotActivateWindow();
@@ -185,6 +195,11 @@ private:
     void showMasked(QDialog* dialog);
 
     bool openHidLink();
+    void installFirmware(const QString& file);
+    void writeFirmware(const QString& file);
+    void installApplication();
+    bool refuseBusyCamera(const DeviceWidgetInfo& info);
+    void slotTransferFinished(bool sent);
     void putOff(int milliseconds, std::function<void()> step);
     void takePutOffSteps();
     void applyPicture(const QString& key, int value, bool (UVCCamera::*set)(int));
@@ -192,10 +207,14 @@ private:
     void showPreviewRunning(bool running);
     void showUpdateFailed();
     void leaveAfterRemoval();
+    [[nodiscard]] bool isBusy(const QString& hidPath) const;
     void verifyReturningCamera(const HidDevices& device);
 
     std::unique_ptr<Ui::SorvantaHome> ui;
     UVCCamera* m_pCamera;
+    std::unique_ptr<MyIQLogObserver> m_logObserver;
+    FirmwareTransfer* m_transfer;
+    ApplicationUpdateCheck* m_applicationUpdate;
     QMap<SvtaPagesView::ViewPageEnum, QWidget*> mPageMap;
     QList<SvtaPagesView::ViewPageEnum> m_history;
     DeviceWidgetInfo mDeviceWidgetInfo;
@@ -217,13 +236,19 @@ private:
     AboutPage* m_aboutPage = nullptr;
     ParamSettingsPage* m_settingsPage = nullptr;
 
+    QString mVersion; ///< of the program, from config.json
+    std::string m_applicationBody;
+    bool m_forceStatus = false; ///< a forced update of the program is under way
+
     MaskForm* m_mask = nullptr;
+    MaskForm* m_closeAppMask = nullptr; ///< made when it is first needed
     SvtaMoreWidget* m_moreMenu = nullptr;
     TransparentWidget* m_grid = nullptr;
     TransparentBtn* m_gridBtn = nullptr;
     TransPrewBtn* m_previewBtn = nullptr;
     QPointer<ToastDialog> m_toast;
 
+    SvtaVersionUpdateDialog* m_updateDialog = nullptr;
     SvtaMessageDialog* m_messageDialog = nullptr;
     SvtaParamNotSaveDialog* m_notSaveDialog = nullptr;
     SvtaParamResetDialog* m_resetDialog = nullptr;

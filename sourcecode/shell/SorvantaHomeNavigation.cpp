@@ -1,3 +1,4 @@
+#include "ApplicationUpdateCheck.h"
 #include "CameraHandle.h"
 #include "DeviceHomePage.h"
 #include "DeviceInfoPage.h"
@@ -84,6 +85,8 @@ void SorvantaHome::leaveStartPage()
     setStyleSheet(QStringLiteral("background-color: rgba(255, 255, 255, 0);"));
     m_homePage->start();
     showView(SvtaPagesView::HomePage);
+    if (!mVersion.isEmpty()) // a program that does not know its version cannot be outdated
+        m_applicationUpdate->checkOnce(m_applicationBody);
 }
 
 void SorvantaHome::enterHomePage()
@@ -171,6 +174,8 @@ void SorvantaHome::showLastView()
 void SorvantaHome::showDeviceSettingPages(const DeviceWidgetInfo& info)
 {
     qDebug() << "showDeviceSettingPages";
+    if (refuseBusyCamera(info))
+        return;
     takePutOffSteps();
     mDeviceWidgetInfo = info;
     m_parametersLoaded = false;
@@ -205,6 +210,8 @@ void SorvantaHome::refreshIdentity()
 void SorvantaHome::slotInitCamera(int status)
 {
     Q_UNUSED(status)
+    if (isBusy(mDeviceWidgetInfo.hidPath))
+        return;
     getHidInfo();
     openHidLink();
     qDebug() << "init m_pCamera";

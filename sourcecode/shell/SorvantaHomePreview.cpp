@@ -21,6 +21,12 @@ void SorvantaHome::startPlay()
 {
     if (!m_pCamera)
         return;
+    if (isBusy(mDeviceWidgetInfo.hidPath)) {
+        m_valuesKnown = false;
+        showPreviewRunning(false);
+        m_settingsPage->setSettingsAvailable(false);
+        return;
+    }
     const bool opened =
         m_pCamera->openDevice(mDeviceWidgetInfo.path, m_settingsPage->previewArea()->winId());
     qDebug() << "openDevice result =" << opened;

@@ -1,3 +1,5 @@
+#include "DeviceHomePage.h"
+#include "FirmwareTransfer.h"
 #include "IDeviceNotify.h"
 #include "LoadingDialog.h"
 #include "ReportedText.h"
@@ -7,6 +9,7 @@
 #include "SvtaParamNotSaveDialog.h"
 #include "SvtaParamResetDialog.h"
 #include "SvtaParamSaveDialog.h"
+#include "SvtaVersionUpdateDialog.h"
 #include "TransPrewBtn.h"
 #include "UVCCamera.h"
 
@@ -39,6 +42,10 @@ void SorvantaHome::slotUpdateCameraListFinished(const QList<UVCDeviceInfo>& came
 {
     Q_UNUSED(camera)
     Q_UNUSED(oldCameras)
+    if (!deviceHidMaps.contains(m_transfer->busyHidPath())) {
+        m_transfer->cameraLeft();
+        m_homePage->setBusyCamera({});
+    }
     const QList<HidDevices> present =
         supportedInterfaces(deviceHidMaps, "In Loop deviceHidMaps curHidDevice path =");
     const QList<HidDevices> before =
@@ -62,7 +69,9 @@ void SorvantaHome::slotUpdateCameraListFinished(const QList<UVCDeviceInfo>& came
             leaveAfterRemoval();
         return;
     }
-    if (currentPage() == SvtaPagesView::InfoPage && status == DevicePluggedIn)
+    // A camera that is still being written cannot be the one that has returned.
+    if (currentPage() == SvtaPagesView::InfoPage && status == DevicePluggedIn &&
+        !isBusy(curHidDevice.path))
         verifyReturningCamera(curHidDevice);
 }
 
@@ -70,12 +79,16 @@ void SorvantaHome::leaveAfterRemoval()
 {
     QTimer::singleShot(kLeaveDelayMs, this, [this] {
         showView(SvtaPagesView::HomePage);
-        for (QDialog* dialog :
-             std::initializer_list<QDialog*>{m_notSaveDialog, m_resetDialog, m_saveDialog}) {
-            if (dialog->isVisible()) {
-                dialog->hide();
-                break;
-            }
+        for (QDialog* dialog : std::initializer_list<QDialog*>{m_notSaveDialog, m_resetDialog,
+                                                               m_saveDialog, m_updateDialog}) {
+            if (!dialog->isVisible())
+                continue;
+            // Nobody wants the firmware of a camera that is gone.
+            if (dialog == m_updateDialog &&
+                m_updateDialog->currentPage() == SvtaVersionUpdateDialog::DownloadPage)
+                m_updateDialog->slotStopUpdate();
+            dialog->hide();
+            break;
         }
     });
     m_previewBtn->setPreviewOpen(false);
@@ -127,5 +140,6 @@ void SorvantaHome::showUpdateFailed()
     m_loadingDialog->hide();
     m_messageDialog->setMessage(tr("Updating failed. Please try again."), tr("Retry"), tr("Later"),
                                 false);
+    m_updateDialog->hide();
     showMasked(m_messageDialog);
 }

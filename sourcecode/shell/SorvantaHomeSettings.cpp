@@ -134,7 +134,7 @@ void SorvantaHome::setAdvancedParam()
 
 void SorvantaHome::slotSetDeviceParam(const DeviceWidgetInfo& Info)
 {
-    if (currentPage() != SvtaPagesView::HomePage || !m_pCamera)
+    if (currentPage() != SvtaPagesView::HomePage || !m_pCamera || isBusy(Info.hidPath))
         return;
     takePutOffSteps();
     const bool opened = m_pCamera->openDevice(Info.path, m_settingsPage->previewArea()->winId());

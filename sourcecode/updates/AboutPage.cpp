@@ -1,8 +1,10 @@
 #include "AboutPage.h"
 
 #include "ui_AboutPage.h"
+#include "UpdateCheck.h"
 #include "Vendor.h"
 
+#include <QDebug>
 #include <QDesktopServices>
 #include <QUrl>
 
@@ -11,8 +13,8 @@ AboutPage::AboutPage(QWidget* parent)
     , ui(std::make_unique<Ui::AboutPage>())
 {
     ui->setupUi(this);
-    ui->label_2->setText(QString::fromUtf8(Vendor::kContactLine));
-    ui->label_3->setText(QString::fromUtf8(Vendor::kCompanyLine));
+    ui->label_2->setText(QString::fromUtf8(Vendor::contactLine()));
+    ui->label_3->setText(QString::fromUtf8(Vendor::companyLine()));
     connect(ui->btnCheckUpdate, &QPushButton::clicked, this, &AboutPage::slotNeedUpgrade);
     connect(ui->btnPrivacyPolicy, &QPushButton::clicked, this,
             &AboutPage::slotOpenPrivacyPolicyPage);
@@ -25,8 +27,10 @@ AboutPage::~AboutPage() = default;
 void AboutPage::setVersion(const QString& version)
 {
     m_version = version;
+    m_applicationBody = UpdateCheck::applicationBody(version);
     ui->labVersionCode->setText(tr("Version：V") + version + QLatin1Char('(') + m_hashCode +
                                 QLatin1Char(')'));
+    qDebug() << QString::fromStdString(m_applicationBody);
 }
 
 void AboutPage::slotNeedUpgrade()
@@ -36,10 +40,10 @@ void AboutPage::slotNeedUpgrade()
 
 void AboutPage::slotOpenPrivacyPolicyPage()
 {
-    QDesktopServices::openUrl(QUrl(QString::fromUtf8(Vendor::kPrivacyPolicyUrl)));
+    QDesktopServices::openUrl(QUrl(QString::fromUtf8(Vendor::privacyPolicyUrl())));
 }
 
 void AboutPage::slotOpenServiceAgreement()
 {
-    QDesktopServices::openUrl(QUrl(QString::fromUtf8(Vendor::kTermsOfServiceUrl)));
+    QDesktopServices::openUrl(QUrl(QString::fromUtf8(Vendor::termsOfServiceUrl())));
 }

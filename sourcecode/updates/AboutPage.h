@@ -4,6 +4,7 @@
 #include <QJsonObject>
 #include <QString>
 #include <QWidget>
+#include <string>
 
 namespace Ui {
 class AboutPage;
@@ -37,4 +38,5 @@ private:
     std::unique_ptr<Ui::AboutPage> ui;
     QString m_version;
     QString m_hashCode;
+    std::string m_applicationBody;
 };

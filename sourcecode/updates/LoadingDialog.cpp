@@ -16,6 +16,8 @@ LoadingDialog::LoadingDialog(QWidget* parent)
 
 LoadingDialog::~LoadingDialog() = default;
 
+void LoadingDialog::reject() {}
+
 void LoadingDialog::showEvent(QShowEvent* event)
 {
     m_movie->start();

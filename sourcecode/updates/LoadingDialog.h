@@ -19,6 +19,9 @@ public:
     explicit LoadingDialog(QWidget* parent = nullptr);
     ~LoadingDialog() override;
 
+    /// Does nothing: as long as a camera is being written it is not the user's to close.
+    void reject() override;
+
 protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;

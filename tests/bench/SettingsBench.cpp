@@ -1,11 +1,13 @@
+#include "AnswerClock.h"
 #include "CameraDesk.h"
 #include "HidCommands.h"
 #include "HidFrame.h"
 #include "PendingTimers.h"
 #include "ProcessUsage.h"
 #include "RatioTable.h"
+#include "Repaints.h"
 
-#include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -27,11 +29,14 @@ constexpr int kOpenings = 5;
 constexpr int kTimeoutMs = 3000;
 constexpr double kPreviewDelaySeconds = 0.1; // before the page starts its preview; not its own time
 constexpr unsigned long kRestMs = 4;
+constexpr unsigned long kPaintMs = 12; // until the compositor has shown what was painted
 constexpr int kFramingDelayMs = 10;
 constexpr int kFramingOffDelayMs = 100;
 constexpr int kIdleMs = 4000;
 constexpr int kSettleMs = 1500;
 constexpr const char* kOnlyThePersistentHandle = "hid=1";
+// Whose buttons send before they are painted.
+const QLatin1String kSubModes("autoFramingExpandWidget");
 
 constexpr RatioTable::Unit kShare{"%", 100.0, 2};
 constexpr RatioTable::Unit kRepaints{"repaints", 1.0, 0};
@@ -51,49 +56,79 @@ void require(bool done, const char* what)
         fail(what);
 }
 
-using Clock = std::chrono::steady_clock;
+using Clock = AnswerClock::Clock;
 
-double secondsSince(Clock::time_point start)
+double secondsBetween(Clock::time_point start, Clock::time_point end)
 {
-    return std::chrono::duration<double>(Clock::now() - start).count();
+    return std::chrono::duration<double>(end - start).count();
 }
 
 double secondsOf(const std::function<void()>& operation)
 {
     const Clock::time_point start = Clock::now();
     operation();
-    return secondsSince(start);
+    return secondsBetween(start, Clock::now());
 }
 
-/// Counts what is painted, in the preview and elsewhere.
-class Repaints : public QObject
+/// What is sent to the camera for one click, in its order.
+struct Step
+{
+    enum Kind { Read, Write, Link };
+
+    Kind kind;
+    std::uint16_t command = 0;
+    std::array<std::uint8_t, 2> values{}; ///< to write, in turns
+};
+
+/// A search for the camera's interface and a link to it, as before its stream is asked for.
+constexpr Step kLink{Step::Link};
+
+constexpr Step read(std::uint16_t command)
+{
+    return {Step::Read, command};
+}
+
+constexpr Step write(std::uint16_t command, std::uint8_t value, std::uint8_t inTurns)
+{
+    return {Step::Write, command, {value, inTurns}};
+}
+
+constexpr Step write(std::uint16_t command, std::uint8_t value)
+{
+    return write(command, value, value);
+}
+
+using Steps = std::vector<Step>;
+
+/// Where the measurement of a click ends.
+enum class Until {
+    Answer,   ///< when the camera has acknowledged the last write
+    Returned, ///< when the program has done all; picture controls are not acknowledged
+};
+
+/// Whose exchange is timed.
+enum class Way { Bare, Program };
+
+/// Does something when a widget is about to be given the release of the mouse button.
+class ReleaseFilter : public QObject
 {
 public:
-    explicit Repaints(QWidget* preview)
-        : m_preview(preview)
+    ReleaseFilter(QWidget* widget, std::function<void()> action)
+        : m_action(std::move(action))
     {
-        qApp->installEventFilter(this);
+        widget->installEventFilter(this);
     }
-    [[nodiscard]] int inPreview() const { return m_inPreview; }
-    [[nodiscard]] int elsewhere() const { return m_elsewhere; }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override
     {
-        if (event->type() == QEvent::Paint) {
-            const auto* widget = qobject_cast<QWidget*>(watched);
-            if (widget && (widget == m_preview || m_preview->isAncestorOf(widget)))
-                ++m_inPreview;
-            else
-                ++m_elsewhere;
-        }
-        return false;
+        if (event->type() == QEvent::MouseButtonRelease)
+            m_action();
+        return QObject::eventFilter(watched, event);
     }
 
 private:
-    QWidget* m_preview;
-    int m_inPreview = 0;
-    int m_elsewhere = 0;
+    std::function<void()> m_action;
 };
 
 /// The settings page of one camera, and what is measured on it.
@@ -110,21 +145,22 @@ public:
 
 private:
     void rest();
-    double bareSeconds(int exchanges, bool withSearch);
-    double clickSeconds(const std::function<QWidget*()>& target);
-    double subModeSeconds();
+    double bareSeconds(const Steps& steps);
+    double secondsOfClick(QWidget* widget, Way way, const Steps& steps, Until until);
     double sliderSeconds(const char* name);
-    void compare(RatioTable& table, const std::string& what,
-                 const std::function<const char*()>& target, int exchanges = 1,
-                 bool withSearch = false);
-    void compareSwitch(RatioTable& table);
-    int measureIdle(RatioTable& table, const std::string& preview);
+    void compare(RatioTable& table, const std::string& what, const Steps& steps,
+                 const std::function<const char*()>& target, Until until = Until::Answer);
+    void compareSwitch(RatioTable& table, const std::string& what, const Steps& steps, bool on);
+    struct Painted
+    {
+        int pictures;
+        int others;
+    };
+    Painted measureIdle(RatioTable& table, const std::string& preview);
 
     SavedSettings m_saved;
     PluggedCamera m_camera{{"serial", "SVAA009500551"}};
     CameraDesk m_desk;
-    HidFrame::Buffer m_request =
-        HidFrame::packRequest(HidCommands::ReadCameraView, HidFrame::ReadOrFinal, {}, 0);
     int m_turn = 0;
 };
 
@@ -136,87 +172,74 @@ void SettingsBench::rest()
     QThread::msleep(kRestMs);
 }
 
-/// What no program that opens the camera for every command can do without; with a search for its
-/// interface and a link to it, as before the camera's stream is asked for.
-double SettingsBench::bareSeconds(int exchanges, bool withSearch)
+/// What no program that opens the camera for every command can do without: the same commands, to
+/// the last answer.
+double SettingsBench::bareSeconds(const Steps& steps)
 {
     const QByteArray path = m_camera.hidPath().toUtf8();
-    std::vector<double> samples;
-    for (int i = 0; i < kClicks; ++i) {
-        rest();
-        samples.push_back(secondsOf([&] {
-            for (int k = 0; k < exchanges; ++k) {
-                HidFrame::Buffer answer{};
-                hid_device* device = hid_open_path(path.constData());
-                require(device && hid_write(device, m_request.data(), m_request.size()) >= 1 &&
-                            hid_read_timeout(device, answer.data(), answer.size(), kTimeoutMs) >= 1,
-                        "the camera does not answer");
-                hid_close(device);
-            }
-            if (withSearch) {
-                hid_free_enumeration(hid_enumerate(0, 0));
-                hid_close(hid_open_path(path.constData()));
-            }
-        }));
+    std::vector<HidFrame::Buffer> requests;
+    for (const Step& step : steps) {
+        const bool isWrite = step.kind == Step::Write;
+        const char value = static_cast<char>(step.values[static_cast<std::size_t>(m_turn % 2)]);
+        requests.push_back(HidFrame::packRequest(
+            step.command, isWrite ? HidFrame::PayloadFollows : HidFrame::ReadOrFinal,
+            isWrite ? QByteArray(1, value) : QByteArray(), isWrite ? 1 : 0));
     }
-    return RatioTable::median(samples);
+    rest();
+    const Clock::time_point start = Clock::now();
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+        if (steps[i].kind == Step::Link) {
+            hid_free_enumeration(hid_enumerate(0, 0));
+            hid_close(hid_open_path(path.constData()));
+            continue;
+        }
+        HidFrame::Buffer answer{};
+        hid_device* device = hid_open_path(path.constData());
+        require(device && hid_write(device, requests[i].data(), requests[i].size()) >= 1 &&
+                    hid_read_timeout(device, answer.data(), answer.size(), kTimeoutMs) >= 1,
+                "the camera does not answer");
+        hid_close(device);
+    }
+    return secondsBetween(start, AnswerClock::last());
 }
 
-/// From the moment at which the control has taken the click to the acknowledgement of all that it
-/// sends.
-double SettingsBench::clickSeconds(const std::function<QWidget*()>& target)
+/// One click on a control of the page, timed from when the control has it: a widget with its event,
+/// a button when it signals it, which it does after it was painted. The painting, and the server's
+/// and the compositor's work on it, is not the program's. A bare exchange is made and timed at the
+/// same moment, before the program's: caches and processors are then in the same state for both.
+double SettingsBench::secondsOfClick(QWidget* widget, Way way, const Steps& steps, Until until)
 {
-    std::vector<double> samples;
-    for (int i = 0; i < kClicks; ++i) {
-        rest();
-        QWidget* widget = target();
-        const QPoint position(qobject_cast<QRadioButton*>(widget) ? 8 : widget->width() / 2,
-                              widget->height() / 2);
-        Clock::time_point taken;
-        QMetaObject::Connection connection;
-        QTest::mousePress(widget, Qt::LeftButton, Qt::NoModifier, position);
-        // A button is painted before it signals; that, and the server's work on it, is not the
-        // program's.
-        if (const auto* button = qobject_cast<QAbstractButton*>(widget))
-            connection = QObject::connect(button, &QAbstractButton::released, [&taken] {
-                QThread::msleep(kRestMs);
-                taken = Clock::now();
-            });
+    const QPoint position(qobject_cast<QRadioButton*>(widget) ? 8 : widget->width() / 2,
+                          widget->height() / 2);
+    double bare = 0;
+    Clock::time_point taken;
+    const auto take = [&] {
+        QThread::msleep(kPaintMs);
+        if (way == Way::Bare)
+            bare = bareSeconds(steps);
+        else
+            rest();
         taken = Clock::now();
+    };
+    QTest::mousePress(widget, Qt::LeftButton, Qt::NoModifier, position);
+    const auto* button = qobject_cast<QAbstractButton*>(widget);
+    if (button && widget->parentWidget()->objectName() != kSubModes) {
+        const QMetaObject::Connection connection =
+            QObject::connect(button, &QAbstractButton::released, take);
         QTest::mouseRelease(widget, Qt::LeftButton, Qt::NoModifier, position);
-        PendingTimers::fire(kFramingDelayMs);
-        PendingTimers::fire(kFramingOffDelayMs);
-        samples.push_back(secondsSince(taken));
         QObject::disconnect(connection);
-        m_desk.unlockIntelligent();
-        QCoreApplication::processEvents();
-        ++m_turn;
+    } else {
+        const ReleaseFilter filter(widget, take);
+        QTest::mouseRelease(widget, Qt::LeftButton, Qt::NoModifier, position);
     }
-    return RatioTable::median(samples);
-}
-
-/// A sub-mode is sent while its button changes, before it is painted.
-double SettingsBench::subModeSeconds()
-{
-    std::vector<double> samples;
-    for (int i = 0; i < kClicks; ++i) {
-        rest();
-        auto* button = m_desk.find<QRadioButton>(m_turn++ % 2 == 0 ? "rbtnDivisionMaster"
-                                                                   : "rbtnPersonalTrack");
-        const QPoint position(8, button->height() / 2);
-        QTest::mousePress(button, Qt::LeftButton, Qt::NoModifier, position);
-        QThread::msleep(kRestMs);
-        const Clock::time_point start = Clock::now();
-        double seconds = 0;
-        const QMetaObject::Connection connection = QObject::connect(
-            button, &QRadioButton::toggled, [&seconds, start] { seconds = secondsSince(start); });
-        QTest::mouseRelease(button, Qt::LeftButton, Qt::NoModifier, position);
-        QObject::disconnect(connection);
-        QCoreApplication::processEvents();
-        if (seconds > 0) // the mode was another one before
-            samples.push_back(seconds);
-    }
-    return RatioTable::median(samples);
+    PendingTimers::fire(kFramingDelayMs);
+    PendingTimers::fire(kFramingOffDelayMs);
+    const Clock::time_point end = until == Until::Answer ? AnswerClock::last() : Clock::now();
+    require(end > taken, "the click sends nothing");
+    m_desk.unlockIntelligent();
+    QCoreApplication::processEvents();
+    ++m_turn;
+    return way == Way::Bare ? bare : secondsBetween(taken, end);
 }
 
 /// A press is all that a slider needs.
@@ -228,86 +251,91 @@ double SettingsBench::sliderSeconds(const char* name)
         const QPoint position(m_turn++ % 2 == 0 ? 40 : 120, slider->height() / 2);
         const Clock::time_point start = Clock::now();
         QTest::mousePress(slider, Qt::LeftButton, Qt::NoModifier, position);
-        samples.push_back(secondsSince(start));
+        samples.push_back(secondsBetween(start, Clock::now()));
         QTest::mouseRelease(slider, Qt::LeftButton, Qt::NoModifier, position);
         QCoreApplication::processEvents();
     }
     return RatioTable::median(samples);
 }
 
-void SettingsBench::compare(RatioTable& table, const std::string& what,
-                            const std::function<const char*()>& target, int exchanges,
-                            bool withSearch)
+void SettingsBench::compare(RatioTable& table, const std::string& what, const Steps& steps,
+                            const std::function<const char*()>& target, Until until)
 {
+    const auto median = [&](Way way) {
+        std::vector<double> samples;
+        for (int i = 0; i < kClicks; ++i)
+            samples.push_back(secondsOfClick(m_desk.find(target()), way, steps, until));
+        return RatioTable::median(samples);
+    };
     table.compare(
-        what, RatioTable::kMicroseconds, [&] { return bareSeconds(exchanges, withSearch); },
-        [&] { return clickSeconds([&] { return m_desk.find(target()); }); }, kRounds, kLimit);
+        what, RatioTable::kMicroseconds, [&] { return median(Way::Bare); },
+        [&] { return median(Way::Program); }, kRounds, kLimit);
+}
+
+/// Switches the intelligent features off and on, and compares one of the two.
+void SettingsBench::compareSwitch(RatioTable& table, const std::string& what, const Steps& steps,
+                                  bool on)
+{
+    QWidget* button = m_desk.find("btnIntelligent");
+    const auto median = [&](Way way) {
+        std::vector<double> samples;
+        for (int i = 0; i < kClicks; ++i) {
+            for (const bool next : {false, true}) {
+                const double seconds = secondsOfClick(button, way, steps, Until::Answer);
+                require(m_desk.isChecked("btnIntelligent") == next, "the switch is locked");
+                if (next == on)
+                    samples.push_back(seconds);
+            }
+        }
+        return RatioTable::median(samples);
+    };
+    table.compare(
+        what, RatioTable::kMicroseconds, [&] { return median(Way::Bare); },
+        [&] { return median(Way::Program); }, kRounds, kLimit);
 }
 
 void SettingsBench::clicks(RatioTable& table)
 {
+    using namespace HidCommands;
     const auto either = [this](const char* first, const char* second) {
         return [this, first, second] { return m_turn % 2 == 0 ? first : second; };
     };
     const auto always = [](const char* name) { return [name] { return name; }; };
-    compare(table, "mirror, to a bare exchange", always("btnHorizontalMirror"));
-    compare(table, "sensitivity, to a bare exchange", either("btnLow", "btnHeigh"));
-    compare(table, "field of view, to a bare exchange", either("btn90", "btn120"));
-    compare(table, "preset, to a bare exchange", either("btnBrightMode", "btnVividMode"));
+    const Steps mirror{write(WriteHorizontalMirror, 0, 1)};
+    compare(table, "mirror, to a bare exchange", mirror, always("btnHorizontalMirror"));
+    compare(table, "sensitivity, to a bare exchange", {write(WritePickupSensitivity, 30, 80)},
+            either("btnLow", "btnHeigh"));
+    compare(table, "field of view, to a bare exchange", {write(WriteCameraView, 90, 120)},
+            either("btn90", "btn120"));
+    compare(table, "preset, to a bare exchange", mirror, either("btnBrightMode", "btnVividMode"),
+            Until::Returned);
     for (const char* name :
          {"brightSlider", "contrastSlider", "saturationSlider", "sharpnessSlider"})
         table.compare(
             std::string(name) + ", to a bare exchange", RatioTable::kMicroseconds,
-            [this] { return bareSeconds(1, false); }, [this, name] { return sliderSeconds(name); },
+            [&] { return bareSeconds(mirror); }, [this, name] { return sliderSeconds(name); },
             kRounds, kLimit);
 
     // The times that the program lets pass on purpose, 10 and 100 ms, are cut short.
-    require(m_desk.switchIntelligent(), "the intelligent features do not come on");
-    table.compare(
-        "sub-mode, to a bare exchange", RatioTable::kMicroseconds,
-        [this] { return bareSeconds(1, false); }, [this] { return subModeSeconds(); }, kRounds,
-        kLimit);
+    require(m_desk.switchIntelligent() && m_desk.settle(), "the intelligent features stay off");
+    compare(table, "sub-mode, to a bare exchange", {write(WriteAutoFrameMode, 0, 1)},
+            either("rbtnDivisionMaster", "rbtnPersonalTrack"));
     compare(table, "automatic framing without its 10 ms, to three bare exchanges",
-            always("rbtnAutoFraming"), 3);
+            {write(WriteFrameMaster, 0), write(WriteAutoFrameSwitch, 1), read(ReadAutoFrameMode)},
+            always("rbtnAutoFraming"));
     compare(table, "frame master without its 10 ms, to two bare exchanges",
-            always("rbtnFrameMaster"), 2);
+            {write(WriteAutoFrameSwitch, 0), write(WriteFrameMaster, 1)},
+            always("rbtnFrameMaster"));
     require(m_desk.choose("rbtnAutoFraming"), "no automatic framing");
     m_desk.unlockIntelligent();
-    // Off is two reads and a write; on is a write, a read, a search with the stream's format, two
-    // writes and a read.
-    compareSwitch(table);
-}
-
-void SettingsBench::compareSwitch(RatioTable& table)
-{
-    double bestOn = 1.0;
-    double bestOff = 1.0;
-    double bareOn = 1.0;
-    double bareOff = 1.0;
-    auto* button = m_desk.find("btnIntelligent");
-    for (int i = 0; i < kRounds * kClicks; ++i) {
-        for (const bool on : {false, true}) {
-            rest();
-            QTest::mousePress(button, Qt::LeftButton);
-            const Clock::time_point start = Clock::now();
-            QTest::mouseRelease(button, Qt::LeftButton);
-            PendingTimers::fire(kFramingDelayMs);
-            PendingTimers::fire(kFramingOffDelayMs);
-            double& best = on ? bestOn : bestOff;
-            best = std::min(best, secondsSince(start));
-            require(m_desk.isChecked("btnIntelligent") == on, "the switch is locked");
-            m_desk.unlockIntelligent();
-            QCoreApplication::processEvents();
-        }
-        if (i % kClicks == 0) {
-            bareOn = std::min(bareOn, bareSeconds(6, true));
-            bareOff = std::min(bareOff, bareSeconds(3, false));
-        }
-    }
-    table.addRatio("intelligent off without its 100 ms, to three bare exchanges",
-                   RatioTable::kMicroseconds, bareOff, bestOff, kLimit);
-    table.addRatio("intelligent on without its 10 ms, to six bare exchanges and a search",
-                   RatioTable::kMicroseconds, bareOn, bestOn, kLimit);
+    compareSwitch(
+        table, "intelligent off without its 100 ms, to three bare exchanges",
+        {read(ReadAutoFrameSwitch), read(ReadFrameMaster), write(WriteAutoFrameSwitch, 0)}, false);
+    compareSwitch(table, "intelligent on without its 10 ms, to six bare exchanges and a search",
+                  {write(WriteCameraView, 120), read(ReadAutoFrameMode), kLink, read(VideoFormat),
+                   write(WriteFrameMaster, 0), write(WriteAutoFrameSwitch, 1),
+                   read(ReadAutoFrameMode)},
+                  true);
 }
 
 void SettingsBench::openings(RatioTable& table)
@@ -336,30 +364,32 @@ void SettingsBench::closePreview()
             "the preview does not close");
 }
 
-/// @return how often something was painted
-int SettingsBench::measureIdle(RatioTable& table, const std::string& preview)
+SettingsBench::Painted SettingsBench::measureIdle(RatioTable& table, const std::string& preview)
 {
     QTest::qWait(kSettleMs);
-    const Repaints repaints(m_desk.find("previewWidget"));
+    const Repaints repaints;
     const std::clock_t before = std::clock();
     QTest::qWait(kIdleMs);
     const double share = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC /
                          (static_cast<double>(kIdleMs) / 1000.0);
     table.addFigure("settings page idle, preview " + preview + ": processor", kShare, share);
+    const int pictures = repaints.of(QStringLiteral("previewSurface"));
     table.addFigure("settings page idle, preview " + preview + ": repaints of the picture in 4 s",
-                    kRepaints, repaints.inPreview());
+                    kRepaints, pictures);
     table.addFigure("settings page idle, preview " + preview + ": repaints below and beside it",
-                    kRepaints, repaints.elsewhere());
+                    kRepaints, repaints.total() - pictures);
     table.addFigure("settings page idle, preview " + preview + ": heap", kKibibytes,
                     static_cast<double>(ProcessUsage::heapBytes()));
-    return repaints.inPreview() + repaints.elsewhere();
+    return {pictures, repaints.total() - pictures};
 }
 
 bool SettingsBench::idle(RatioTable& table)
 {
-    require(measureIdle(table, "on") > 0, "the preview does not paint");
+    const Painted on = measureIdle(table, "on");
+    require(on.pictures > 0, "the preview does not paint");
     closePreview();
-    const bool quiet = measureIdle(table, "off") == 0;
+    const Painted off = measureIdle(table, "off");
+    const bool quiet = on.others == 0 && off.pictures == 0 && off.others == 0;
     if (!quiet)
         std::fprintf(stderr, "the page paints although nothing changes\n");
     return quiet;

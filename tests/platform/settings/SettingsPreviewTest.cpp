@@ -1,5 +1,6 @@
 #include "CameraDesk.h"
 #include "PendingTimers.h"
+#include "Repaints.h"
 #include "TransparentBtn.h"
 #include "TransparentWidget.h"
 #include "TransPrewBtn.h"
@@ -13,6 +14,11 @@ namespace {
 
 constexpr int kDebounceMs = 800;
 constexpr int k4kNoticeMs = 2500;
+constexpr int kPatienceMs = 5000;
+constexpr int kRestMs = 200;
+constexpr int kPictures = 10;
+
+const QString kPicture = QStringLiteral("previewSurface");
 
 const QString kInUse = QStringLiteral("Camera is in use by other app");
 
@@ -34,6 +40,8 @@ private slots:
     void opensWithItsPictureAgainAfterLeaving();
     void gridGoesWithThePreview();
     void settingsReachTheCameraWhileThePreviewIsOff();
+    void onlyThePictureIsPaintedWhileItPlays();
+    void nothingIsPaintedWhileThePreviewIsOff();
 
     void cameraInUseOpensWithoutPreview();
     void cameraInUseKeepsItsSettingsWorking();
@@ -76,6 +84,22 @@ private:
     [[nodiscard]] bool switchPreviewOff()
     {
         return m_desk->clickPreview() && m_desk->settle() && m_camera->waitFor("idle");
+    }
+
+    /// What is painted while so many pictures come.
+    static QStringList paintedDuring(int pictures)
+    {
+        const Repaints repaints;
+        const bool came =
+            QTest::qWaitFor([&] { return repaints.of(kPicture) >= pictures; }, kPatienceMs);
+        return came ? repaints.counts().keys() : QStringList();
+    }
+    /// What is painted while nothing happens.
+    static QStringList paintedAtRest()
+    {
+        const Repaints repaints;
+        QTest::qWait(kRestMs);
+        return repaints.counts().keys();
     }
 
     std::unique_ptr<SavedSettings> m_saved;
@@ -187,6 +211,24 @@ void SettingsPreviewTest::settingsReachTheCameraWhileThePreviewIsOff()
     QVERIFY(m_desk->discard());
     QCOMPARE(pictureOf(*m_camera), (QList<int>{128, 128, 128, 128}));
     QCOMPARE(m_camera->value("CameraView"), 120);
+}
+
+void SettingsPreviewTest::onlyThePictureIsPaintedWhileItPlays()
+{
+    QVERIFY(m_desk->open(*m_camera));
+    QTRY_COMPARE(paintedDuring(kPictures), QStringList{kPicture});
+    // Switched off and on, the preview gets its style and its window anew.
+    QVERIFY(switchPreviewOff());
+    passDebounce();
+    QVERIFY(m_desk->clickPreview());
+    QTRY_COMPARE(paintedDuring(kPictures), QStringList{kPicture});
+}
+
+void SettingsPreviewTest::nothingIsPaintedWhileThePreviewIsOff()
+{
+    QVERIFY(m_desk->open(*m_camera));
+    QVERIFY(switchPreviewOff());
+    QTRY_COMPARE(paintedAtRest(), QStringList());
 }
 
 void SettingsPreviewTest::cameraInUseOpensWithoutPreview()

@@ -42,7 +42,8 @@ private slots:
     void helpStaysUp();
     void loadingDialogKeepsThePages();
     void otherCameraOfTheKindChangesNothing();
-    void deviceOfAnotherMakerChangesNothing();
+    void deviceOfAnotherKindChangesNothing_data();
+    void deviceOfAnotherKindChangesNothing();
     void deviceOfAnotherMakerOnTheInformationPageChangesNothing();
     void otherCameraThatComesChangesNothing();
     void unsavedEditsAreGoneWithTheCamera();
@@ -220,9 +221,20 @@ void SettingsUnplugTest::otherCameraOfTheKindChangesNothing()
     QCOMPARE(m_camera->value("PickupSensitivity"), 30);
 }
 
-void SettingsUnplugTest::deviceOfAnotherMakerChangesNothing()
+void SettingsUnplugTest::deviceOfAnotherKindChangesNothing_data()
 {
-    PluggedCamera stranger{{"vid", "1111"}, {"pid", "2222"}};
+    QTest::addColumn<QByteArray>("vendor");
+    QTest::addColumn<QByteArray>("product");
+    QTest::newRow("other maker and product") << QByteArray("1111") << QByteArray("2222");
+    QTest::newRow("other maker") << QByteArray("1111") << QByteArray("b215");
+    QTest::newRow("other product") << QByteArray("b206") << QByteArray("2222");
+}
+
+void SettingsUnplugTest::deviceOfAnotherKindChangesNothing()
+{
+    QFETCH(const QByteArray, vendor);
+    QFETCH(const QByteArray, product);
+    PluggedCamera stranger{{"vid", vendor.toStdString()}, {"pid", product.toStdString()}};
     QTest::qWait(1500); // longer than a rebuild of the list
     QVERIFY(m_desk->isOnPage(Pages::SettingPage));
     stranger.unplug();

@@ -1,0 +1,6 @@
+find_package(Qt5 5.15 REQUIRED COMPONENTS DBus)
+pkg_check_modules(HIDAPI REQUIRED IMPORTED_TARGET hidapi-hidraw)
+pkg_check_modules(UDEV REQUIRED IMPORTED_TARGET libudev)
+pkg_check_modules(GSTREAMER REQUIRED IMPORTED_TARGET gstreamer-1.0)
+pkg_check_modules(PULSE REQUIRED IMPORTED_TARGET libpulse)
+pkg_check_modules(XCB_RANDR REQUIRED IMPORTED_TARGET xcb xcb-randr)

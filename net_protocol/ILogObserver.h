@@ -1,0 +1,35 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <string>
+
+namespace Brivane {
+
+/// Receives the library's log lines.
+class ILogObserver
+{
+public:
+    enum Level : std::int32_t { Debug = 0, Info = 1, Warning = 2, Error = 3 };
+
+    /// One line of UTF-8 text without a line feed. Called on the thread the line comes from, which
+    /// is a client's own thread for most, and for one line at a time. It must not wait for a thread
+    /// that calls setLogObserver().
+    virtual void onPrintLog(std::int32_t level, std::string text) = 0;
+    /// Lines below this level stay out from now on. Any thread.
+    virtual void setLogLevel(std::int32_t level);
+    [[nodiscard]] std::int32_t getLogLevel() const;
+
+    // After the operations, which keep their places in the table.
+    virtual ~ILogObserver();
+
+protected:
+    ILogObserver();
+    ILogObserver(const ILogObserver&) = delete;
+    ILogObserver& operator=(const ILogObserver&) = delete;
+
+private:
+    std::atomic<std::int32_t> m_level{Debug};
+};
+
+} // namespace Brivane

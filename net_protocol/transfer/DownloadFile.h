@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <QSaveFile>
+#include <string>
+
+namespace Brivane {
+
+/// A file that comes into being as a whole: until commit() has succeeded, its name shows what it
+/// showed before. Destroyed without, it leaves nothing.
+class DownloadFile
+{
+public:
+    DownloadFile();
+    ~DownloadFile();
+    DownloadFile(const DownloadFile&) = delete;
+    DownloadFile& operator=(const DownloadFile&) = delete;
+
+    /// @param path UTF-8
+    /// @return false when @p path is no place for a file, see errorText()
+    bool open(const std::string& path);
+    bool write(const char* data, std::int64_t size);
+    /// Brings it onto the disk and gives it its name.
+    bool commit();
+    /// Removes what was written.
+    void discard();
+
+    /// Why the last operation failed, an English sentence.
+    [[nodiscard]] const std::string& errorText() const { return m_errorText; }
+
+private:
+    bool fail(const QString& reason);
+
+    QSaveFile m_file;
+    std::string m_errorText;
+};
+
+} // namespace Brivane

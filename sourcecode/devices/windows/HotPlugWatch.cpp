@@ -1,0 +1,97 @@
+#include "HotPlugWatch.h"
+
+#include "DeviceManager.h"
+
+// After qt_windows.h, which it needs.
+#include <dbt.h>
+
+namespace {
+
+constexpr const char* kWindowClass = "velmarin";
+constexpr const char* kWindowTitle = "velmarin window";
+constexpr INT_PTR kCreationParameter = 12345;
+
+/// The device interface class of HID devices.
+constexpr GUID kHidInterfaceClass = {
+    0x4D1E55B2, 0xF16F, 0x11CF, {0x88, 0xCB, 0x00, 0x11, 0x11, 0x00, 0x00, 0x30}};
+
+HINSTANCE thisModule()
+{
+    return ::GetModuleHandleW(nullptr);
+}
+
+} // namespace
+
+void HotPlugWatch::NotificationCloser::operator()(HDEVNOTIFY notification) const
+{
+    ::UnregisterDeviceNotification(notification);
+}
+
+HotPlugWatch::HotPlugWatch() = default;
+
+HotPlugWatch::~HotPlugWatch() = default;
+
+bool HotPlugWatch::registerWindowClass()
+{
+    WNDCLASSA windowClass{};
+    windowClass.lpfnWndProc = &HotPlugWatch::WndProc;
+    windowClass.hInstance = thisModule();
+    windowClass.lpszClassName = kWindowClass;
+    m_classRegistered = ::RegisterClassA(&windowClass) != 0;
+    return m_classRegistered;
+}
+
+bool HotPlugWatch::createWindow()
+{
+    m_window = ::CreateWindowExA(0, kWindowClass, kWindowTitle, WS_OVERLAPPEDWINDOW, CW_USEDEFAULT,
+                                 CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr,
+                                 thisModule(), reinterpret_cast<void*>(kCreationParameter));
+    if (!m_window)
+        return false;
+    // WndProc() hands on to the default procedure for UTF-16, which reads the title as such.
+    ::SetWindowLongPtrW(m_window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&HotPlugWatch::WndProc));
+    ::SetWindowTextA(m_window, kWindowTitle);
+
+    DEV_BROADCAST_DEVICEINTERFACE_W filter{};
+    static_assert(sizeof filter == 32, "the size that the system knows the filter by");
+    filter.dbcc_size = sizeof filter;
+    filter.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
+    filter.dbcc_classguid = kHidInterfaceClass;
+    m_notification.reset(
+        ::RegisterDeviceNotificationW(m_window, &filter, DEVICE_NOTIFY_WINDOW_HANDLE));
+    return true;
+}
+
+void HotPlugWatch::destroyWindow()
+{
+    m_notification.reset();
+    if (HWND window = m_window.exchange(nullptr))
+        ::DestroyWindow(window);
+    if (m_classRegistered)
+        ::UnregisterClassA(kWindowClass, thisModule());
+    m_classRegistered = false;
+}
+
+HotPlugWatch::Event HotPlugWatch::wait()
+{
+    MSG message;
+    return ::GetMessageW(&message, nullptr, 0, 0) < 0 ? Event::Failed : Event::Message;
+}
+
+void HotPlugWatch::wake() const
+{
+    // Without a window yet, its thread looks at the running flag before it waits.
+    if (HWND window = m_window)
+        ::PostMessageW(window, WM_NULL, 0, 0);
+}
+
+LRESULT CALLBACK HotPlugWatch::WndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_DEVICECHANGE) {
+        if (wParam == DBT_DEVICEARRIVAL)
+            DeviceManager::instance().deviceArrived();
+        else if (wParam == DBT_DEVICEREMOVECOMPLETE)
+            DeviceManager::instance().deviceRemoved();
+    }
+    return ::DefWindowProcW(window, message, wParam, lParam);
+}

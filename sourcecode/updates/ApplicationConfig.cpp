@@ -1,0 +1,36 @@
+#include "ApplicationConfig.h"
+
+#include <QDebug>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+QList<ApplicationConfig::VersionInfo> ApplicationConfig::read(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        qDebug().noquote() << QStringLiteral("fail to open the file: %1, %2, %3")
+                                  .arg(QString::fromLatin1(__FILE__))
+                                  .arg(__LINE__)
+                                  .arg(QStringLiteral("SorvantaHome::readConfigFile"));
+        return {};
+    }
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    if (error.error != QJsonParseError::NoError) {
+        qDebug().noquote() << QStringLiteral("JsonParseError: %1").arg(error.errorString());
+        return {};
+    }
+
+    const QJsonObject object = document.object();
+    for (const QString& key : object.keys())
+        qDebug() << key;
+    QList<VersionInfo> result;
+    for (const QJsonValue& entry : object.value(QLatin1String("versionInfo")).toArray()) {
+        const QJsonObject info = entry.toObject();
+        result.append({info.value(QLatin1String("version")).toString(),
+                       info.value(QLatin1String("hashcode")).toString()});
+    }
+    return result;
+}

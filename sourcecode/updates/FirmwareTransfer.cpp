@@ -1,0 +1,60 @@
+#include "FirmwareTransfer.h"
+
+#include "SleepInhibitor.h"
+#include "UVCCamera.h"
+
+#include <QDebug>
+#include <QtConcurrent>
+
+FirmwareTransfer::FirmwareTransfer(QObject* parent)
+    : QObject(parent)
+{
+    connect(&m_worker, &QFutureWatcher<bool>::finished, this, &FirmwareTransfer::end);
+}
+
+FirmwareTransfer::~FirmwareTransfer()
+{
+    m_worker.waitForFinished();
+}
+
+bool FirmwareTransfer::start(const QString& hidPath, const QString& file)
+{
+    if (isRunning())
+        return false;
+    m_hidPath = hidPath;
+    m_camera = std::make_unique<UVCCamera>();
+    m_camera->setCurrentDevicePath(hidPath);
+    m_inhibitor = std::make_unique<SleepInhibitor>(tr("Firmware is written into a camera"));
+    m_worker.setFuture(QtConcurrent::run(this, &FirmwareTransfer::cameraUpdateFile, file));
+    return true;
+}
+
+bool FirmwareTransfer::isRunning() const
+{
+    return m_camera != nullptr;
+}
+
+void FirmwareTransfer::cameraLeft()
+{
+    m_hidPath.clear();
+}
+
+/// On the worker.
+bool FirmwareTransfer::cameraUpdateFile(const QString& path)
+{
+    qDebug() << "slotCameraUpdateFile" << path;
+    if (!m_camera->initHid()) {
+        qDebug() << "无法打开当前设备";
+        emit notOpened();
+        return false;
+    }
+    return m_camera->updateFile(path);
+}
+
+void FirmwareTransfer::end()
+{
+    m_camera.reset();
+    m_inhibitor.reset();
+    m_hidPath.clear();
+    emit finished(m_worker.result());
+}

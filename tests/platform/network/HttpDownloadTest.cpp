@@ -1,0 +1,284 @@
+#include "HttpError.h"
+#include "LogLines.h"
+#include "ServiceTest.h"
+
+#include <algorithm>
+#include <csignal>
+#include <gmock/gmock.h>
+#include <QDir>
+#include <QFile>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+using namespace Brivane;
+
+namespace {
+
+constexpr int kPackageBytes = 3'000'000;
+
+QByteArray package(int size = kPackageBytes)
+{
+    QByteArray content(size, '\0');
+    for (int i = 0; i < size; ++i)
+        content[i] = static_cast<char>((i * 7 + i / 251) & 0xff);
+    return content;
+}
+
+class HttpDownloadTest : public ServiceTest
+{
+protected:
+    void SetUp() override
+    {
+        ServiceTest::SetUp();
+        m_url = m_service->addPackage("firmware.bin", package());
+    }
+
+    QString m_url;
+};
+
+/// Lets no file of this process grow beyond a size while it exists.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        m_handler = std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{bytes, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handler);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    rlimit m_before{};
+    void (*m_handler)(int) = nullptr;
+};
+
+struct Fault
+{
+    const char* name;
+    std::int32_t code;
+};
+
+class HttpDownloadFaultTest : public HttpDownloadTest, public ::testing::WithParamInterface<Fault>
+{
+};
+
+} // namespace
+
+TEST_F(HttpDownloadTest, WritesTheBodyIntoTheFile)
+{
+    const Outcome outcome = run(download(m_url));
+    EXPECT_EQ(outcome.end().kind, Outcome::Kind::Response);
+    EXPECT_EQ(outcome.end().text, "");
+    EXPECT_EQ(saved(), package());
+    EXPECT_EQ(filesLeft(), QStringList("firmware.bin"));
+    ASSERT_EQ(m_service->requests().size(), 1);
+    EXPECT_EQ(m_service->requests().first().method, "GET");
+    EXPECT_EQ(m_service->requests().first().body, "");
+}
+
+TEST_F(HttpDownloadTest, TellsEachPercentageOnceAndInOrder)
+{
+    const Outcome::Told told = run(download(m_url)).told();
+    ASSERT_FALSE(told.progress.empty());
+    EXPECT_EQ(told.progress.front(), 0);
+    EXPECT_EQ(told.progress.back(), 100);
+    EXPECT_GT(told.progress.size(), 2U);
+    EXPECT_TRUE(std::is_sorted(told.progress.begin(), told.progress.end()));
+    EXPECT_EQ(std::adjacent_find(told.progress.begin(), told.progress.end()), told.progress.end());
+    EXPECT_EQ(told.threads.size(), 1U);
+}
+
+TEST_F(HttpDownloadTest, PassesThePiecesOn)
+{
+    const Outcome::Told told = run(download(m_url)).told();
+    EXPECT_EQ(told.data, package().toStdString());
+    EXPECT_GT(told.pieces, 1U);
+}
+
+TEST_F(HttpDownloadTest, WithoutALengthOnlyTheEndIsTold)
+{
+    m_service->fault("framing chunked");
+    const Outcome outcome = run(download(m_url));
+    EXPECT_EQ(outcome.code(), 0);
+    EXPECT_EQ(outcome.told().progress, std::vector<std::int32_t>{100});
+    EXPECT_EQ(saved(), package());
+}
+
+TEST_F(HttpDownloadTest, AnEmptyPackageIsAWholeOne)
+{
+    const Outcome outcome = run(download(m_service->addPackage("empty.bin", "")));
+    EXPECT_EQ(outcome.code(), 0);
+    EXPECT_EQ(outcome.told().progress, std::vector<std::int32_t>{100});
+    EXPECT_EQ(saved(), "");
+}
+
+TEST_F(HttpDownloadTest, ReplacesAFile)
+{
+    QFile before(QString::fromStdString(savePath()));
+    ASSERT_TRUE(before.open(QIODevice::WriteOnly));
+    before.write("before");
+    before.close();
+    EXPECT_EQ(run(download(m_url)).code(), 0);
+    EXPECT_EQ(saved(), package());
+}
+
+TEST_F(HttpDownloadTest, NothingHasTheNameBeforeAllIsThere)
+{
+    m_service->fault("stall body 1000000");
+    const auto request = download(m_url);
+    Outcome outcome;
+    outcome.listenToDownload(*request);
+    send(request);
+    ASSERT_TRUE(serveUntil([&outcome] { return outcome.told().data.size() == 1000000; }));
+    EXPECT_FALSE(QFile::exists(QString::fromStdString(savePath())));
+    request->cancel();
+    ASSERT_TRUE(serveUntil([&outcome] { return outcome.ended(); }));
+    EXPECT_EQ(filesLeft(), QStringList());
+}
+
+TEST_F(HttpDownloadTest, FollowsARedirect)
+{
+    m_service->fault("redirect once");
+    EXPECT_EQ(run(download(m_url)).code(), 0);
+    EXPECT_EQ(saved(), package());
+}
+
+TEST_F(HttpDownloadTest, ASlowPackageMayTakeItsTime)
+{
+    // Longer than the whole of an answer that is not a download may take.
+    m_service->fault("slow 20000");
+    const auto request = download(m_service->addPackage("small.bin", package(30000)));
+    request->inactivityTimeoutMs = 300;
+    EXPECT_EQ(run(request).code(), 0);
+    EXPECT_EQ(saved(), package(30000));
+}
+
+TEST_P(HttpDownloadFaultTest, LeavesNothingOfThePackage)
+{
+    QFile before(QString::fromStdString(savePath()));
+    ASSERT_TRUE(before.open(QIODevice::WriteOnly));
+    before.write("before");
+    before.close();
+    const QStringList faults = QString(GetParam().name).split(", ");
+    for (const QString& fault : faults)
+        ASSERT_TRUE(m_service->fault(fault)) << qPrintable(fault);
+    const auto request = download(m_url);
+    if (faults.first().startsWith("stall")) {
+        request->connectTimeoutMs = 1000;
+        request->inactivityTimeoutMs = 1000;
+    }
+
+    const Outcome outcome = run(request);
+
+    EXPECT_EQ(outcome.end().kind, Outcome::Kind::Error);
+    EXPECT_EQ(outcome.code(), GetParam().code);
+    EXPECT_EQ(saved(), "before");
+    EXPECT_EQ(filesLeft(), QStringList("firmware.bin"));
+    const Outcome::Told told = outcome.told();
+    EXPECT_TRUE(told.progress.empty() || told.progress.back() < 100);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, HttpDownloadFaultTest,
+    ::testing::Values(Fault{"status 404", 404}, Fault{"status 500", 500}, Fault{"status 202", 202},
+                      Fault{"truncate 1000000", HttpError::ConnectionLost},
+                      Fault{"truncate 2999999", HttpError::ConnectionLost},
+                      Fault{"framing chunked, truncate 1000000", HttpError::ConnectionLost},
+                      Fault{"framing chunked, truncate 1000000 pieces", HttpError::ConnectionLost},
+                      Fault{"framing close", HttpError::UnknownLength},
+                      Fault{"framing close, truncate 1000000", HttpError::UnknownLength},
+                      Fault{"stall handshake", HttpError::ConnectTimeout},
+                      Fault{"stall head", HttpError::InactivityTimeout},
+                      Fault{"stall body 1000000", HttpError::InactivityTimeout},
+                      Fault{"redirect loop", HttpError::TooManyRedirects}));
+
+TEST_F(HttpDownloadTest, AMissingPackageIsAnError)
+{
+    EXPECT_EQ(run(download(m_service->address("/packages/missing.bin"))).code(), 404);
+    EXPECT_EQ(filesLeft(), QStringList());
+}
+
+TEST_F(HttpDownloadTest, RefusesAPackageThatNobodyCouldMean)
+{
+    // A sparse file of more bytes than are ever read from it.
+    const QString big = m_directory.filePath("big");
+    QFile file(big);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(file.resize(CHttpClient::kMaxDownloadBytes + 1));
+    file.close();
+    const Outcome outcome = run(download(m_service->addPackageFile("big.bin", big)));
+    EXPECT_EQ(outcome.code(), HttpError::AnswerTooLarge);
+    EXPECT_TRUE(outcome.told().progress.empty());
+    EXPECT_EQ(filesLeft(), QStringList("big"));
+}
+
+TEST_F(HttpDownloadTest, RefusesPathsThatAreNoPlaceForAFile)
+{
+    const std::string missing = m_directory.filePath("missing/firmware.bin").toStdString();
+    for (const std::string& path : {std::string(), m_directory.path().toStdString(), missing,
+                                    std::string("/dev/full"), std::string("/dev/null")}) {
+        const auto request = download(m_url);
+        request->savePath = path;
+        const Outcome outcome = run(request);
+        EXPECT_EQ(outcome.code(), HttpError::FileError) << path;
+        EXPECT_TRUE(outcome.told().progress.empty());
+    }
+    EXPECT_TRUE(m_service->requests().isEmpty());
+    EXPECT_FALSE(QFileInfo("/dev/full").isFile());
+}
+
+TEST_F(HttpDownloadTest, AFileThatMayNotGrowIsAnError)
+{
+    const FileSizeLimit limit(1'000'000);
+    const Outcome outcome = run(download(m_url));
+    EXPECT_EQ(outcome.code(), HttpError::FileError);
+    EXPECT_THAT(outcome.end().text, ::testing::HasSubstr("could not be written"));
+    EXPECT_EQ(filesLeft(), QStringList());
+}
+
+TEST_F(HttpDownloadTest, AFullDiskIsAnError)
+{
+    const QByteArray disk = m_directory.path().toUtf8() + "/disk";
+    ASSERT_TRUE(QDir().mkpath(disk));
+    if (mount("none", disk.constData(), "tmpfs", 0, "size=1M") != 0)
+        GTEST_SKIP() << "needs the right to mount a small disk";
+    const auto request = download(m_url);
+    request->savePath = disk.toStdString() + "/firmware.bin";
+    EXPECT_EQ(run(request).code(), HttpError::FileError);
+    EXPECT_EQ(QDir(disk).entryList(QDir::Files), QStringList());
+    EXPECT_EQ(umount(disk.constData()), 0);
+}
+
+TEST_F(HttpDownloadTest, ADirectoryThatGoesAwayIsAnError)
+{
+    const QString directory = m_directory.filePath("there");
+    ASSERT_TRUE(QDir().mkpath(directory));
+    const auto request = download(m_url);
+    request->savePath = (directory + "/firmware.bin").toStdString();
+    Outcome outcome;
+    outcome.listenToDownload(*request, [directory](std::int32_t percent) {
+        if (percent == 100)
+            QDir(directory).removeRecursively();
+    });
+    send(request);
+    ASSERT_TRUE(serveUntil([&outcome] { return outcome.ended(); }));
+    EXPECT_EQ(outcome.code(), HttpError::FileError);
+    EXPECT_FALSE(QFile::exists(directory));
+}
+
+TEST_F(HttpDownloadTest, LogsNoSecretOfTheAddress)
+{
+    const LogLines lines;
+    EXPECT_EQ(run(download(m_url + "?token=hush")).code(), 0);
+    EXPECT_TRUE(lines.contains("/packages/firmware.bin"));
+    EXPECT_FALSE(lines.contains("hush"));
+}

@@ -1,0 +1,60 @@
+#include "PackageFileName.h"
+#include "QtPrinters.h"
+
+#include <gtest/gtest.h>
+
+using namespace PackageFileName;
+
+TEST(PackageFileNameFromUrl, IsWhatFollowsTheLastSlash)
+{
+    EXPECT_EQ(fromUrl(QStringLiteral("https://host/a/b/firmware.bin")),
+              QStringLiteral("firmware.bin"));
+    EXPECT_EQ(fromUrl(QStringLiteral("firmware.bin")), QStringLiteral("firmware.bin"));
+    EXPECT_EQ(fromUrl(QStringLiteral("https://host/a/")), QString());
+    EXPECT_EQ(fromUrl(QString()), QString());
+}
+
+TEST(PackageFileNameFromUrl, KeepsAQuery)
+{
+    EXPECT_EQ(fromUrl(QStringLiteral("https://host/fw.bin?v=1")), QStringLiteral("fw.bin?v=1"));
+    EXPECT_EQ(fromUrl(QStringLiteral("https://host/fw?file=a/b.bin")), QStringLiteral("b.bin"));
+}
+
+TEST(PackageFileNameIsPlain, AcceptsNamesThatEveryPlatformKeeps)
+{
+    for (const char* name :
+         {"firmware.bin", "MarvikTools-1.2-setup.exe", "a", "..a", "a..b", ".hidden", "固件.bin",
+          "with blank.bin", "COM", "COM10", "CONSOLE.bin", "nul-1.bin"})
+        EXPECT_TRUE(isPlain(QString::fromUtf8(name))) << name;
+    EXPECT_TRUE(isPlain(QString(255, QLatin1Char('a'))));
+}
+
+TEST(PackageFileNameIsPlain, RefusesWhatLeadsElsewhere)
+{
+    for (const char* name : {"", ".", "..", "..\\x.exe", "a\\b", "a/b", "C:x.exe", "C:\\x.exe",
+                             "fw.bin:stream", "\\\\host\\share"})
+        EXPECT_FALSE(isPlain(QString::fromUtf8(name))) << name;
+}
+
+TEST(PackageFileNameIsPlain, RefusesDevices)
+{
+    for (const char* name : {"CON", "con", "Prn.bin", "AUX.tar.gz", "NUL", "nul .bin", "COM1",
+                             "lpt9.bin", "COM0", "COM\u00B9", "LPT\u00B3.txt", "CONIN$", "conout$"})
+        EXPECT_FALSE(isPlain(QString::fromUtf8(name))) << name;
+}
+
+TEST(PackageFileNameIsPlain, RefusesWhatAFileSystemWouldChangeOrForbid)
+{
+    for (const char* name : {"fw.bin.", "fw.bin...", "fw.bin ", " fw.bin", "fw\nbin", "fw\tbin",
+                             "fw\x7F", "fw\u0085", "fw*.bin", "fw?.bin", "\"fw\"", "<fw>", "a|b"})
+        EXPECT_FALSE(isPlain(QString::fromUtf8(name))) << name;
+    EXPECT_FALSE(isPlain(QString::fromUtf8("fw\0.bin", 7)));
+    EXPECT_FALSE(isPlain(QString(QChar(0xD800)) + QStringLiteral(".bin")));
+}
+
+TEST(PackageFileNameIsPlain, CountsBytesAndNotCharacters)
+{
+    EXPECT_FALSE(isPlain(QString(256, QLatin1Char('a'))));
+    EXPECT_TRUE(isPlain(QString(85, QChar(0x56FA))));
+    EXPECT_FALSE(isPlain(QString(86, QChar(0x56FA))));
+}

@@ -1,0 +1,141 @@
+#include "Behaviour.h"
+
+#include <QMap>
+#include <QStringList>
+
+namespace updateservice {
+
+namespace {
+
+template <typename Value>
+bool choose(const QMap<QString, Value>& values, const QString& name, Value& out)
+{
+    const auto found = values.constFind(name);
+    if (found == values.constEnd())
+        return false;
+    out = *found;
+    return true;
+}
+
+bool number(const QString& text, std::int64_t& out)
+{
+    bool good = false;
+    const qlonglong value = text.toLongLong(&good);
+    if (good && value >= 0)
+        out = value;
+    return good && value >= 0;
+}
+
+bool answer(const QStringList& words, Behaviour& behaviour)
+{
+    using Answer = Behaviour::Answer;
+    static const QMap<QString, Answer> answers{{"uptodate", Answer::UpToDate},
+                                               {"broken", Answer::Broken},
+                                               {"huge", Answer::Huge},
+                                               {"bomb", Answer::Bomb}};
+    if (!choose(answers, words.value(0), behaviour.answer))
+        return false;
+    return words.size() == 1 ||
+           (behaviour.answer == Answer::Huge && number(words.at(1), behaviour.hugeBytes));
+}
+
+bool certificate(const QString& name, Behaviour& behaviour)
+{
+    using Certificate = Behaviour::Certificate;
+    static const QMap<QString, Certificate> kinds{{"trusted", Certificate::Trusted},
+                                                  {"selfsigned", Certificate::SelfSigned},
+                                                  {"wronghost", Certificate::WrongHost},
+                                                  {"expired", Certificate::Expired},
+                                                  {"unknown", Certificate::Unknown}};
+    return choose(kinds, name, behaviour.certificate);
+}
+
+bool redirect(const QString& name, Behaviour& behaviour)
+{
+    using Redirect = Behaviour::Redirect;
+    static const QMap<QString, Redirect> kinds{{"once", Redirect::Once},
+                                               {"loop", Redirect::Loop},
+                                               {"http", Redirect::Http},
+                                               {"file", Redirect::File},
+                                               {"elsewhere", Redirect::Elsewhere}};
+    return choose(kinds, name, behaviour.redirect);
+}
+
+bool framing(const QString& name, Behaviour& behaviour)
+{
+    using Framing = Behaviour::Framing;
+    static const QMap<QString, Framing> kinds{
+        {"length", Framing::Length}, {"chunked", Framing::Chunked}, {"close", Framing::Close}};
+    return choose(kinds, name, behaviour.framing);
+}
+
+bool protocol(const QString& name, Behaviour& behaviour)
+{
+    static const QMap<QString, QSsl::SslProtocol> kinds{{"1.0", QSsl::TlsV1_0},
+                                                        {"1.1", QSsl::TlsV1_1},
+                                                        {"1.2", QSsl::TlsV1_2},
+                                                        {"1.3", QSsl::TlsV1_3}};
+    return choose(kinds, name, behaviour.protocol);
+}
+
+bool stall(const QStringList& words, Behaviour& behaviour)
+{
+    using Stall = Behaviour::Stall;
+    static const QMap<QString, Stall> kinds{
+        {"handshake", Stall::Handshake}, {"head", Stall::Head}, {"body", Stall::Body}};
+    if (!choose(kinds, words.value(1), behaviour.stall))
+        return false;
+    return words.size() == 2 ||
+           (behaviour.stall == Stall::Body && number(words.at(2), behaviour.stallAt));
+}
+
+bool truncate(const QStringList& words, Behaviour& behaviour)
+{
+    behaviour.endAtPieces = words.value(2) == QLatin1String("pieces");
+    return number(words.value(1), behaviour.truncateAt);
+}
+
+bool status(const QString& text, Behaviour& behaviour)
+{
+    std::int64_t value = 0;
+    if (!number(text, value) || value < 100 || value > 999)
+        return false;
+    behaviour.status = static_cast<int>(value);
+    return true;
+}
+
+bool applyWords(const QStringList& words, Behaviour& behaviour)
+{
+    const QString name = words.value(0);
+    const QString argument = words.value(1);
+    if (name == QLatin1String("status"))
+        return status(argument, behaviour);
+    if (name == QLatin1String("slow"))
+        return number(argument, behaviour.bytesPerSecond);
+    if (name == QLatin1String("truncate"))
+        return truncate(words, behaviour);
+    if (name == QLatin1String("stall"))
+        return stall(words, behaviour);
+    if (name == QLatin1String("redirect"))
+        return redirect(argument, behaviour);
+    if (name == QLatin1String("framing"))
+        return framing(argument, behaviour);
+    if (name == QLatin1String("tls"))
+        return protocol(argument, behaviour);
+    if (name == QLatin1String("certificate"))
+        return certificate(argument, behaviour);
+    return answer(words, behaviour);
+}
+
+} // namespace
+
+bool Behaviour::apply(const QString& line)
+{
+    Behaviour changed = *this;
+    if (!applyWords(line.split(QLatin1Char(' '), Qt::SkipEmptyParts), changed))
+        return false;
+    *this = changed;
+    return true;
+}
+
+} // namespace updateservice

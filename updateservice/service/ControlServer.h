@@ -1,0 +1,30 @@
+#pragma once
+
+#include "ServiceCommands.h"
+
+#include <QLocalServer>
+#include <QObject>
+
+namespace updateservice {
+
+/// Takes commands over a local socket: a line for each connection, answered and closed.
+class ControlServer : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit ControlServer(UpdateService& service, QObject* parent = nullptr);
+
+    /// @param path of the socket; what a run that broke off has left there is replaced
+    bool listen(const QString& path);
+
+private slots:
+    void onNewConnection();
+    void onReadyRead();
+
+private:
+    ServiceCommands m_commands;
+    QLocalServer m_server;
+};
+
+} // namespace updateservice
