@@ -1,3 +1,4 @@
+enable_language(RC)
 pkg_check_modules(HIDAPI REQUIRED IMPORTED_TARGET hidapi)
 
 # What the program asks of the system: Windows 10, and no text macros that replace function names.

@@ -2,6 +2,7 @@
 #include "shell/HighDpi.h"
 #include "shell/QtSingleApplication.h"
 #include "shell/SorvantaHome.h"
+#include "shell/TerminationRequest.h"
 
 #include "devices/DeviceManager.h"
 #include "logging/LogFile.h"
@@ -33,6 +34,9 @@ int main(int argc, char** argv)
     devices.start();
     QObject::connect(&application, &QtSingleApplication::messageReceived, &home,
                      &SorvantaHome::slotActivateWindow);
+    const TerminationRequest termination;
+    QObject::connect(&termination, &TerminationRequest::requested, &application,
+                     &QCoreApplication::quit);
     const int status = QtSingleApplication::exec();
     devices.stop(); // no notification may reach a window that is going away
     // Nobody who starts the program now is shown a window that is on its way out.

@@ -317,13 +317,13 @@ GstFlowReturn GstCaptureGraph::onNewSample(GstElement* appsink, gpointer self)
     return GST_FLOW_OK;
 }
 
-QImage GstCaptureGraph::decode(const unsigned char* data, std::size_t size) const
+QImage GstCaptureGraph::decode(const unsigned char* data, std::size_t size, const QSize& frameSize)
 {
     QByteArray bytes =
         QByteArray::fromRawData(reinterpret_cast<const char*>(data), static_cast<int>(size));
     QBuffer buffer(&bytes);
     QImageReader reader(&buffer, "JPG");
-    reader.setScaledSize(m_frameSize);
+    reader.setScaledSize(frameSize);
     return reader.read().convertToFormat(QImage::Format_RGB32);
 }
 
@@ -333,22 +333,33 @@ void GstCaptureGraph::deliver(GstSamplePtr sample)
     if (!mapped->data())
         return;
 
+    // The thread that starts the stream sets these before, and then takes the lock.
+    VideoMode::Format format{};
+    QSize frameSize;
+    SampleGrabberCallback* callback = nullptr;
+    {
+        const std::lock_guard<std::mutex> lock(m_startMutex);
+        format = m_mode.format;
+        frameSize = m_frameSize;
+        callback = m_callback;
+    }
+
     const double time = mapped->time();
     QImage image;
-    if (m_mode.format == VideoMode::Format::Mjpeg) {
-        image = decode(mapped->data(), mapped->size());
+    if (format == VideoMode::Format::Mjpeg) {
+        image = decode(mapped->data(), mapped->size(), frameSize);
     } else if (mapped->size() >=
-               std::size_t{4} * static_cast<unsigned>(m_frameSize.width() * m_frameSize.height())) {
+               std::size_t{4} * static_cast<unsigned>(frameSize.width() * frameSize.height())) {
         // The image takes the sample along and gives it back with its last copy.
         const unsigned char* pixels = mapped->data();
         image = QImage(
-            pixels, m_frameSize.width(), m_frameSize.height(), 4 * m_frameSize.width(),
+            pixels, frameSize.width(), frameSize.height(), 4 * frameSize.width(),
             QImage::Format_RGB32, [](void* owner) { delete static_cast<MappedSample*>(owner); },
             mapped.release());
     }
     if (image.isNull()) // a frame cut short by the bus; the next one follows
         return;
-    if (m_callback)
-        m_callback->bufferCallback(time, image.constBits(), static_cast<long>(image.sizeInBytes()));
+    if (callback)
+        callback->bufferCallback(time, image.constBits(), static_cast<long>(image.sizeInBytes()));
     m_frames->put(image);
 }

@@ -46,7 +46,7 @@ private:
     static GstBusSyncReply onMessage(GstBus* bus, GstMessage* message, gpointer self);
     static GstPadProbeReturn onSourceBuffer(GstPad* pad, GstPadProbeInfo* info, gpointer self);
     void deliver(GstSamplePtr sample);
-    QImage decode(const unsigned char* data, std::size_t size) const;
+    static QImage decode(const unsigned char* data, std::size_t size, const QSize& frameSize);
     void noteFirstFrame();
     void noteError(const GError& error);
     bool waitForFirstFrame();

@@ -20,10 +20,12 @@ namespace Brivane {
 
 namespace {
 
-constexpr std::size_t kPieceBytes = 256 * 1024;
-/// So much may wait for this thread before the service has to wait: memory stays bounded when the
-/// disk is slower than the network.
-constexpr std::int64_t kReadAheadBytes = 4 * 1024 * 1024;
+constexpr int kPieceBytes = 256 * 1024;
+/// When more than this waits for the disk, the service has to wait too, so that a package is not
+/// held in memory.
+constexpr std::int64_t kReadAheadBytes = std::int64_t{32} << 20;
+/// The network hands over small pieces; so long they gather before they are taken.
+constexpr int kGatherMs = 5;
 constexpr int kAnswerPatience = 4;
 
 constexpr int kOk = 200;
@@ -52,7 +54,7 @@ Transfer::Transfer(RequestJob job, TrustStore& trust, QObject* parent)
     , m_job(std::move(job))
     , m_trust(trust)
 {
-    for (QTimer* timer : {&m_connectTimer, &m_inactivityTimer, &m_answerTimer})
+    for (QTimer* timer : {&m_connectTimer, &m_inactivityTimer, &m_answerTimer, &m_gatherTimer})
         timer->setSingleShot(true);
     const STHTTPRequest& request = m_job.request();
     m_connectTimer.setInterval(
@@ -61,6 +63,8 @@ Transfer::Transfer(RequestJob job, TrustStore& trust, QObject* parent)
         milliseconds(request.inactivityTimeoutMs, STHTTPRequest::kInactivityTimeoutMs));
     constexpr int longest = std::numeric_limits<int>::max() / kAnswerPatience;
     m_answerTimer.setInterval(std::min(m_inactivityTimer.interval(), longest) * kAnswerPatience);
+    m_gatherTimer.setInterval(kGatherMs);
+    connect(&m_gatherTimer, &QTimer::timeout, this, &Transfer::onGathered);
     connect(&m_connectTimer, &QTimer::timeout, this, &Transfer::onConnectTimeout);
     connect(&m_inactivityTimer, &QTimer::timeout, this, &Transfer::onInactivityTimeout);
     connect(&m_answerTimer, &QTimer::timeout, this, &Transfer::onAnswerTimeout);
@@ -101,7 +105,8 @@ bool Transfer::send(const QUrl& url)
     m_manager = std::make_unique<QNetworkAccessManager>();
     m_reply = m_post ? m_manager->post(request, QByteArray::fromStdString(m_job.request().body))
                      : m_manager->get(request);
-    m_reply->setReadBufferSize(kReadAheadBytes);
+    if (!m_job.download())
+        m_reply->setReadBufferSize(kPieceBytes);
     connect(m_reply, &QNetworkReply::encrypted, this, &Transfer::onEncrypted);
     connect(m_reply, &QNetworkReply::sslErrors, this, &Transfer::onSslErrors);
     connect(m_reply, &QNetworkReply::uploadProgress, this, &Transfer::onSign);
@@ -201,6 +206,16 @@ void Transfer::onMetaDataChanged()
 void Transfer::onReadyRead()
 {
     onSign();
+    if (!m_gatherTimer.isActive())
+        m_gatherTimer.start();
+}
+
+void Transfer::onGathered()
+{
+    // The disk is slower than the network: from now on the service has to wait for it. Not from the
+    // beginning, for the limit alone makes a fast download a third slower.
+    if (m_reply->bytesAvailable() > kReadAheadBytes)
+        m_reply->setReadBufferSize(kReadAheadBytes);
     takeBody();
 }
 
@@ -367,6 +382,7 @@ void Transfer::leave()
     m_connectTimer.stop();
     m_inactivityTimer.stop();
     m_answerTimer.stop();
+    m_gatherTimer.stop();
     dropReply();
     emit ended(this);
 }

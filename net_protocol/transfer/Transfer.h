@@ -54,6 +54,7 @@ private slots:
     void onSign();
     void onMetaDataChanged();
     void onReadyRead();
+    void onGathered();
     void onFinished();
     void onConnectTimeout();
     void onInactivityTimeout();
@@ -88,6 +89,7 @@ private:
     QTimer m_connectTimer;
     QTimer m_inactivityTimer;
     QTimer m_answerTimer;
+    QTimer m_gatherTimer;
 
     bool m_ended = false;
     bool m_secure = false; ///< the handshake with this host is done

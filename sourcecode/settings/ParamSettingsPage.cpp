@@ -461,11 +461,16 @@ void ParamSettingsPage::placeTabMark(const QPoint& position)
     update(); // at a fractional scale the mark's old place is a pixel larger than its repaint
 }
 
-void ParamSettingsPage::setSettingsAvailable(bool available)
+void ParamSettingsPage::setSettingsAvailable()
 {
-    m_ui->stackedWidget->setEnabled(available);
-    m_ui->stackedWidget->setToolTip(
-        available ? QString() : tr("The camera cannot be opened. Unplug it and plug it in again."));
+    m_ui->stackedWidget->setEnabled(true);
+    m_ui->stackedWidget->setToolTip(QString());
+}
+
+void ParamSettingsPage::setSettingsUnavailable(const QString& reason)
+{
+    m_ui->stackedWidget->setEnabled(false);
+    m_ui->stackedWidget->setToolTip(reason);
 }
 
 void ParamSettingsPage::showPreviewTip(bool shown)

@@ -67,9 +67,10 @@ public:
     /// Shows the notice for 2.5 s, if 4K is in use and streaming.
     void show4kNotice();
     void setPreviewOpen(bool open);
-    /// Whether the page shows the settings of the camera that is open. While it cannot, nothing on
-    /// it may be changed, and the tool tip says why.
-    void setSettingsAvailable(bool available);
+    /// The page shows the settings of the camera that is open.
+    void setSettingsAvailable();
+    /// The page cannot show them: nothing on it may be changed, and the tool tip says why.
+    void setSettingsUnavailable(const QString& reason);
     void showPreviewTip(bool shown);
 
     /// Whether the field of view may be changed: only while the intelligent features are off.

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <memory>
 #include <QFont>
+#include <QStandardPaths>
 #include <QtGlobal>
 #include <xcb/randr.h>
 
@@ -60,6 +61,26 @@ std::optional<int> Desktop::monitorWidth()
             width = it.data->width;
     }
     return width;
+}
+
+QString Desktop::instanceDirectory()
+{
+    // The runtime directory belongs to the user alone, so no other user can take the names first.
+    // Without one (a session without a login manager), the user's own data directory serves.
+    const QString directory = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    return directory.isEmpty()
+               ? QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)
+               : directory;
+}
+
+QString Desktop::instanceSocket()
+{
+    return instanceDirectory() + QStringLiteral("/marviktools.socket");
+}
+
+void Desktop::passForeground()
+{
+    // A window that asks for the foreground gets it, or the window manager marks it.
 }
 
 void Desktop::setFontSubstitutes()

@@ -1,6 +1,8 @@
 #include "Desktop.h"
 
+#include <QCryptographicHash>
 #include <QFont>
+#include <QStandardPaths>
 #include <qt_windows.h>
 
 void Desktop::chooseWindowSystem()
@@ -20,6 +22,26 @@ std::optional<int> Desktop::monitorWidth()
     if (!::EnumDisplaySettingsW(information.szDevice, ENUM_CURRENT_SETTINGS, &mode))
         return std::nullopt;
     return static_cast<int>(mode.dmPelsWidth);
+}
+
+QString Desktop::instanceDirectory()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
+}
+
+QString Desktop::instanceSocket()
+{
+    // Pipes of all users share one folder without subfolders, so the user's own folder is in the
+    // name.
+    const QByteArray user =
+        QCryptographicHash::hash(instanceDirectory().toUtf8(), QCryptographicHash::Sha256);
+    return QStringLiteral("MarvikTools-") + QString::fromLatin1(user.toHex());
+}
+
+void Desktop::passForeground()
+{
+    // Windows gives it only to the program that the user has dealt with last.
+    ::AllowSetForegroundWindow(ASFW_ANY);
 }
 
 void Desktop::setFontSubstitutes()

@@ -1,12 +1,12 @@
 #include "QtSingleApplication.h"
 
+#include "Desktop.h"
 #include "InstanceMessage.h"
 
 #include <QDebug>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QLocalSocket>
-#include <QStandardPaths>
 #include <QTextCodec>
 #include <QThread>
 #include <QWidget>
@@ -23,18 +23,14 @@ QtSingleApplication::~QtSingleApplication() = default;
 
 QString QtSingleApplication::instanceDirectory()
 {
-    // The runtime directory belongs to the user alone, so no other user can take the names first.
-    // Without one (a session without a login manager), the user's own data directory serves.
-    QString directory = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
-    if (directory.isEmpty())
-        directory = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
+    const QString directory = Desktop::instanceDirectory();
     QDir().mkpath(directory);
     return directory;
 }
 
 QString QtSingleApplication::socketName()
 {
-    return instanceDirectory() + QStringLiteral("/marviktools.socket");
+    return Desktop::instanceSocket();
 }
 
 bool QtSingleApplication::isRunning()
@@ -83,8 +79,9 @@ bool QtSingleApplication::sendMessage(const QString& message, int timeoutMs)
     } while (clock.elapsed() < timeoutMs);
     if (socket.state() != QLocalSocket::ConnectedState)
         return false;
-    socket.write(bytes);
-    socket.putChar('\0');
+    Desktop::passForeground();
+    // In one piece: without an event loop, a second one stays behind on Windows.
+    socket.write(bytes + '\0');
     socket.flush();
     return socket.waitForReadyRead(left());
 }

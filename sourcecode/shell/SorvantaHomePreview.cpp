@@ -22,9 +22,11 @@ void SorvantaHome::startPlay()
     if (!m_pCamera)
         return;
     if (isBusy(mDeviceWidgetInfo.hidPath)) {
+        m_parametersLoaded = false;
         m_valuesKnown = false;
         showPreviewRunning(false);
-        m_settingsPage->setSettingsAvailable(false);
+        m_settingsPage->setSettingsUnavailable(
+            tr("The installation process will take a long time. Please wait."));
         return;
     }
     const bool opened =
@@ -33,7 +35,9 @@ void SorvantaHome::startPlay()
     if (!opened) {
         qDebug() << "open Device failed!";
         showPreviewRunning(false);
-        m_settingsPage->setSettingsAvailable(m_valuesKnown);
+        if (!m_valuesKnown)
+            m_settingsPage->setSettingsUnavailable(
+                tr("The camera cannot be opened. Unplug it and plug it in again."));
         return;
     }
     m_pCamera->initVideoProcAmp();
@@ -52,7 +56,7 @@ void SorvantaHome::startPlay()
         readIniFile();
         readDeviceParam();
         m_valuesKnown = true;
-        m_settingsPage->setSettingsAvailable(true);
+        m_settingsPage->setSettingsAvailable();
     }
     setDeviceParam();
     setAdvancedParam();

@@ -6,6 +6,7 @@
 #include <mutex>
 #include <QThread>
 #include <QVector>
+#include <vector>
 
 /// Stands where the device list stands: takes every hot-plug notification for its lifetime.
 class HotPlugReceiver : public IDeviceNotify
@@ -26,7 +27,7 @@ public:
     void camerasChanged(const QList<UVCDeviceInfo>& cameras, int status) override
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_notifications.append({cameras, status, QThread::currentThread()});
+        m_notifications.push_back({cameras, status, QThread::currentThread()});
     }
     void camerasChanged(const QList<UVCDeviceInfo>& cameras, const QMap<QString, HidDevices>&,
                         int status) override
@@ -34,12 +35,12 @@ public:
         camerasChanged(cameras, status);
     }
 
-    [[nodiscard]] QVector<Notification> notifications() const
+    [[nodiscard]] std::vector<Notification> notifications() const
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         return m_notifications;
     }
-    [[nodiscard]] int count() const { return notifications().size(); }
+    [[nodiscard]] int count() const { return static_cast<int>(notifications().size()); }
     [[nodiscard]] QVector<int> statuses() const
     {
         QVector<int> result;
@@ -50,5 +51,5 @@ public:
 
 private:
     mutable std::mutex m_mutex;
-    QVector<Notification> m_notifications;
+    std::vector<Notification> m_notifications;
 };

@@ -42,8 +42,8 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kPatienceMs);
         QTest::qWait(300);
         QCOMPARE(receiver.statuses(), QVector<int>{0});
-        QCOMPARE(receiver.notifications().first().cameras.size(), 1);
-        QCOMPARE(receiver.notifications().first().cameras.first().displayName, camera.videoNode());
+        QCOMPARE(receiver.notifications().front().cameras.size(), 1);
+        QCOMPARE(receiver.notifications().front().cameras.first().displayName, camera.videoNode());
         QCOMPARE(linesWith(log, kArrivalText), 1);
         QCOMPARE(linesWith(log, kRemovalText), 0);
         QCOMPARE(linesWith(log, "获取设备"), 1);
@@ -59,7 +59,7 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kPatienceMs);
         QTest::qWait(300);
         QCOMPARE(receiver.statuses(), QVector<int>{1});
-        QVERIFY(receiver.notifications().first().cameras.isEmpty());
+        QVERIFY(receiver.notifications().front().cameras.isEmpty());
         QCOMPARE(linesWith(log, kArrivalText), 0);
         QCOMPARE(linesWith(log, kRemovalText), 1);
     }
@@ -92,7 +92,7 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kPatienceMs);
         QTest::qWait(300);
         QCOMPARE(receiver.count(), 1);
-        QCOMPARE(receiver.notifications().first().cameras.size(), 2);
+        QCOMPARE(receiver.notifications().front().cameras.size(), 2);
     }
 
     void everyHidInterfaceMakesAnEventWhosesoeverItIs()
@@ -101,7 +101,7 @@ private slots:
         const Watch watch;
         PluggedCamera keyboard{{"vid", "1111"}, {"video", "0"}};
         QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kPatienceMs);
-        QVERIFY(receiver.notifications().first().cameras.isEmpty());
+        QVERIFY(receiver.notifications().front().cameras.isEmpty());
     }
 
     void notificationsComeOnTheWatchersThread()
@@ -129,7 +129,7 @@ private slots:
         }
         QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), expected.size(), 3 * kPatienceMs);
         QCOMPARE(receiver.statuses(), expected);
-        QCOMPARE(receiver.notifications().last().cameras.size(), 1);
+        QCOMPARE(receiver.notifications().back().cameras.size(), 1);
     }
 
     void twoCamerasAtOnceAreTwoEvents()
@@ -139,11 +139,11 @@ private slots:
         auto first = std::make_unique<PluggedCamera>();
         auto second = std::make_unique<PluggedCamera>();
         QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 2, kPatienceMs);
-        QCOMPARE(receiver.notifications().last().cameras.size(), 2);
+        QCOMPARE(receiver.notifications().back().cameras.size(), 2);
         first.reset();
         QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 3, kPatienceMs);
-        QCOMPARE(receiver.notifications().last().cameras.size(), 1);
-        QCOMPARE(receiver.notifications().last().cameras.first().displayName, second->videoNode());
+        QCOMPARE(receiver.notifications().back().cameras.size(), 1);
+        QCOMPARE(receiver.notifications().back().cameras.first().displayName, second->videoNode());
     }
 
     void withoutReceiverNothingHappens()

@@ -55,6 +55,7 @@ public:
     }
     [[nodiscard]] Client::Stats stats() { return m_client.stats(m_id); }
     [[nodiscard]] Client::Handles handles() { return m_client.handles(m_id); }
+    [[nodiscard]] Client::Firmware firmware() { return m_client.firmware(m_id); }
 
     /// Waits up to five seconds for a condition such as "frames>=10".
     [[nodiscard]] bool waitFor(const std::string& condition);

@@ -86,7 +86,7 @@ private slots:
             round(i);
         if (QTest::currentTestFailed())
             return;
-        QCOMPARE(receiver.notifications().last().cameras.size(), 1);
+        QCOMPARE(receiver.notifications().back().cameras.size(), 1);
         before.verifyUnchanged();
         DeviceManager::instance().stop();
     }

@@ -1,11 +1,15 @@
 #include "LogCapture.h"
 
+std::mutex LogCapture::s_mutex;
 LogCapture* LogCapture::s_current = nullptr;
 
 LogCapture::LogCapture()
 {
-    Q_ASSERT(!s_current);
-    s_current = this;
+    {
+        const std::lock_guard<std::mutex> locker(s_mutex);
+        Q_ASSERT(!s_current);
+        s_current = this;
+    }
     m_previousFilter = QLoggingCategory::installFilter(&LogCapture::enable);
     m_previous = qInstallMessageHandler(&LogCapture::take);
 }
@@ -14,6 +18,7 @@ LogCapture::~LogCapture()
 {
     qInstallMessageHandler(m_previous);
     QLoggingCategory::installFilter(m_previousFilter);
+    const std::lock_guard<std::mutex> locker(s_mutex);
     s_current = nullptr;
 }
 
@@ -26,14 +31,16 @@ void LogCapture::enable(QLoggingCategory* category)
 
 void LogCapture::take(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
-    const std::lock_guard<std::mutex> locker(s_current->m_mutex);
-    s_current->m_lines.append({type, text, QString::fromUtf8(context.function), context.line});
+    const std::lock_guard<std::mutex> locker(s_mutex);
+    if (s_current) // another thread may have been on its way here when the capture ended
+        s_current->m_lines.push_back(
+            {type, text, QString::fromUtf8(context.function), context.line});
 }
 
 QList<LogCapture::Line> LogCapture::lines() const
 {
-    const std::lock_guard<std::mutex> locker(m_mutex);
-    return m_lines;
+    const std::lock_guard<std::mutex> locker(s_mutex);
+    return {m_lines.begin(), m_lines.end()};
 }
 
 QStringList LogCapture::texts() const
@@ -61,6 +68,6 @@ bool LogCapture::contains(const QString& text) const
 
 void LogCapture::clear()
 {
-    const std::lock_guard<std::mutex> locker(m_mutex);
+    const std::lock_guard<std::mutex> locker(s_mutex);
     m_lines.clear();
 }

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 #include <QtGlobal>
+#include <vector>
 
 /// Takes all messages of the program for its lifetime; none reaches the terminal. Messages may come
 /// from any thread. One at a time.
@@ -35,10 +36,10 @@ private:
     static void enable(QLoggingCategory* category);
     static void take(QtMsgType type, const QMessageLogContext& context, const QString& text);
 
+    static std::mutex s_mutex;
     static LogCapture* s_current;
 
-    mutable std::mutex m_mutex;
-    QList<Line> m_lines;
+    std::vector<Line> m_lines; // shares nothing with what lines() has given away
     QtMessageHandler m_previous;
     QLoggingCategory::CategoryFilter m_previousFilter;
 };

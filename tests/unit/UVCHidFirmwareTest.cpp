@@ -238,14 +238,6 @@ TEST_F(UVCHidFirmware, PathOutsideTheCodePageCannotBeOpened)
     EXPECT_FALSE(log.texts().filter(QStringLiteral("打开升级文件失败：")).isEmpty());
 }
 
-TEST_F(UVCHidFirmware, PathWithChineseCharactersIsOpened)
-{
-    const QByteArray bytes = image(20);
-    EXPECT_TRUE(hid->updateFilePacket(writeFile(bytes, QStringLiteral("固件.bin"))));
-    ASSERT_EQ(packets().size(), 1);
-    EXPECT_EQ(packets().constFirst().mid(kHeader, 20), bytes);
-}
-
 TEST_F(UVCHidFirmware, MissingFileStillGetsTheEndCommand)
 {
     EXPECT_TRUE(hid->updateFile(folder.filePath(QStringLiteral("nothing.bin"))));

@@ -156,10 +156,10 @@ TEST_F(HttpDownloadTest, ASlowPackageMayTakeItsTime)
 {
     // Longer than the whole of an answer that is not a download may take.
     m_service->fault("slow 20000");
-    const auto request = download(m_service->addPackage("small.bin", package(30000)));
-    request->inactivityTimeoutMs = 300;
+    const auto request = download(m_service->addPackage("small.bin", package(100000)));
+    request->inactivityTimeoutMs = 1000;
     EXPECT_EQ(run(request).code(), 0);
-    EXPECT_EQ(saved(), package(30000));
+    EXPECT_EQ(saved(), package(100000));
 }
 
 TEST_P(HttpDownloadFaultTest, LeavesNothingOfThePackage)

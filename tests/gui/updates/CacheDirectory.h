@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+/// A cache location of the test's own, as long as this object exists. It is not made before
+/// somebody needs it, as on a new account, and its path has blanks.
+class CacheDirectory
+{
+public:
+    CacheDirectory();
+    ~CacheDirectory();
+    CacheDirectory(const CacheDirectory&) = delete;
+    CacheDirectory& operator=(const CacheDirectory&) = delete;
+
+    /// Where the program keeps its files.
+    [[nodiscard]] QString path() const;
+    [[nodiscard]] QString filePath(const QString& name) const;
+    [[nodiscard]] QStringList files() const;
+    [[nodiscard]] QByteArray contentOf(const QString& name) const;
+    /// Makes the directory with this file in it.
+    [[nodiscard]] bool put(const QString& name, const QByteArray& content) const;
+
+private:
+    QTemporaryDir m_directory;
+    QByteArray m_before;
+};

@@ -1,0 +1,418 @@
+#include "CacheDirectory.h"
+#include "DeviceHomePage.h"
+#include "DeviceInfoPage.h"
+#include "HidCommands.h"
+#include "HidFrame.h"
+#include "IDeviceNotify.h"
+#include "LoadingDialog.h"
+#include "LocalService.h"
+#include "LogCapture.h"
+#include "MaskForm.h"
+#include "ShownHome.h"
+#include "SvtaDeviceWidget.h"
+#include "SvtaMessageDialog.h"
+#include "SvtaVersionUpdateDialog.h"
+#include "ToastDialog.h"
+
+#include <memory>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSettings>
+#include <QtTest>
+
+using Pages = SvtaPagesView;
+using Dialog = SvtaVersionUpdateDialog;
+
+namespace {
+
+constexpr int kInstallLimitMs = 240000;
+const QByteArray kSerial = "SVAA009500551";
+
+QByteArray imageOf(int packets)
+{
+    QByteArray image;
+    for (int i = 0; i < packets * 1010 - 7; ++i)
+        image += static_cast<char>(i * 31 + i / 1010);
+    return image;
+}
+
+std::uint16_t commandOf(const QByteArray& frame)
+{
+    const auto low = static_cast<std::uint8_t>(frame.at(3));
+    const auto high = static_cast<std::uint8_t>(frame.at(4));
+    return static_cast<std::uint16_t>(low | (high << 8));
+}
+
+} // namespace
+
+/// The installation of firmware, from the end of the download to the end of the transfer.
+class SorvantaHomeFirmwareTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void imageGoesIntoTheCamera();
+    void returningCameraEndsTheInstallation();
+    void cameraThatCannotBeOpenedEndsItAtOnce();
+    void failedTransferWaitsForTheLimit();
+    void loadingDialogIsNotTheUsersToClose();
+    void cameraBeingWrittenIsNotAsked();
+    void cameraBeingWrittenIsNotOpened();
+    void otherCameraDoesNotEndTheInstallation();
+    void cameraThatReturnsDuringTheTransferIsFree();
+    void secondInstallationHasToWait();
+    void quitLetsTheTransferEnd();
+    void destructionLetsTheTransferEnd();
+    void removalStopsTheDownload();
+    void developersFileIsWrittenWithoutADialog();
+    void withoutADevelopersFileNothingHappens();
+
+private:
+    template <typename Widget>
+    [[nodiscard]] Widget* dialog() const
+    {
+        return m_home->window().findChild<Widget*>();
+    }
+    [[nodiscard]] ScriptedHidapi& hidapi() const { return m_home->bench().hidapi(); }
+    /// Brings a package of the program's own making to the information page.
+    void install(const QByteArray& image);
+    /// Frames with this command that the camera has received.
+    [[nodiscard]] QList<QByteArray> received(std::uint16_t command) const
+    {
+        QList<QByteArray> frames;
+        for (const QByteArray& frame : hidapi().writtenFrames()) {
+            if (commandOf(frame) == command)
+                frames.append(frame);
+        }
+        return frames;
+    }
+    [[nodiscard]] QByteArray receivedImage() const
+    {
+        QByteArray image;
+        for (const QByteArray& frame : received(HidCommands::FirmwarePacket)) {
+            const int low = static_cast<std::uint8_t>(frame.at(6));
+            const int high = static_cast<std::uint8_t>(frame.at(7));
+            image += frame.mid(int(HidFrame::kHeaderSize), low | (high << 8));
+        }
+        return image;
+    }
+    [[nodiscard]] bool transferEnds() const
+    {
+        return QTest::qWaitFor([this] { return !received(HidCommands::FirmwareEnd).isEmpty(); },
+                               20000);
+    }
+    [[nodiscard]] QTimer* limit() const
+    {
+        return m_home->window().findChild<QTimer*>(QStringLiteral("updateTimer"));
+    }
+    [[nodiscard]] QString toast() const
+    {
+        for (const ToastDialog* each : m_home->window().findChildren<ToastDialog*>()) {
+            if (each->isVisible())
+                return each->findChild<QLabel*>(QStringLiteral("ContentLab"))->text();
+        }
+        return {};
+    }
+    void rebuildList(int status) const
+    {
+        m_home->find<DeviceHomePage>()->slotUpdateCameraList(CameraBench::videoDevices(), status);
+    }
+
+    std::unique_ptr<LogCapture> m_log;
+    std::unique_ptr<CacheDirectory> m_cache;
+    std::unique_ptr<LocalService> m_service;
+    std::unique_ptr<ShownHome> m_home;
+};
+
+void SorvantaHomeFirmwareTest::init()
+{
+    m_log = std::make_unique<LogCapture>();
+    m_cache = std::make_unique<CacheDirectory>();
+    m_service = std::make_unique<LocalService>();
+    QVERIFY(m_service->isRunning());
+    m_home = std::make_unique<ShownHome>(1);
+    QVERIFY(m_home->isPlaced());
+    m_home->bench().setVersion(QByteArray::fromHex("010005"));
+    m_home->bench().setSerialNumber(kSerial);
+    for (const std::uint16_t command :
+         {HidCommands::FirmwareStart, HidCommands::FirmwarePacket, HidCommands::FirmwareEnd})
+        hidapi().respondTo(command, {});
+    QVERIFY(m_home->passStart());
+    QVERIFY(m_home->openSettings());
+    m_home->click("deviceInfoBtn");
+    QCOMPARE(m_home->page(), int(Pages::InfoPage));
+}
+
+void SorvantaHomeFirmwareTest::cleanup()
+{
+    if (m_home)
+        QCOMPARE(hidapi().misuse(), QStringList());
+    m_home.reset();
+    m_service.reset();
+    m_cache.reset();
+    m_log.reset();
+}
+
+void SorvantaHomeFirmwareTest::install(const QByteArray& image)
+{
+    m_home->window().slotSetDownloadData(m_service->offer(QStringLiteral("fw.bin"), image),
+                                         QStringLiteral("NOVA EDGE"));
+    hidapi().forgetCalls();
+    QTest::mouseClick(dialog<Dialog>()->findChild<QPushButton*>(QStringLiteral("btnUpdate")),
+                      Qt::LeftButton);
+    QTRY_VERIFY(dialog<LoadingDialog>()->isVisible());
+}
+
+void SorvantaHomeFirmwareTest::imageGoesIntoTheCamera()
+{
+    const QByteArray image = imageOf(5);
+    install(image);
+    QVERIFY(!dialog<Dialog>()->isVisible());
+    QCOMPARE(dialog<Dialog>()->currentPage(), int(Dialog::OfferPage));
+    QVERIFY(limit()->isActive());
+    QCOMPARE(limit()->interval(), kInstallLimitMs);
+    const auto* mask = m_home->window().findChild<MaskForm*>({}, Qt::FindDirectChildrenOnly);
+    QVERIFY(mask->isVisible());
+    QCOMPARE(mask->watchedDialog(), static_cast<const QDialog*>(dialog<LoadingDialog>()));
+    QCOMPARE(dialog<LoadingDialog>()->size(), QSize(278, 178));
+
+    QVERIFY(transferEnds());
+    QCOMPARE(received(HidCommands::FirmwareStart).size(), 1);
+    QCOMPARE(received(HidCommands::FirmwarePacket).size(), 5);
+    QCOMPARE(receivedImage(), image);
+    QVERIFY(m_log->contains(
+        QStringLiteral("slotCameraUpdateFile \"%1\"").arg(m_cache->filePath("fw.bin"))));
+    // No handle is left that would keep the name of a camera that starts anew.
+    QTRY_COMPARE(hidapi().openHandles(), 0);
+    QVERIFY(dialog<LoadingDialog>()->isVisible());
+    QVERIFY(limit()->isActive());
+}
+
+void SorvantaHomeFirmwareTest::returningCameraEndsTheInstallation()
+{
+    install(imageOf(2));
+    QVERIFY(transferEnds());
+    QTRY_COMPARE(hidapi().openHandles(), 0);
+    m_home->bench().plugIn(0);
+    rebuildList(DeviceRemoved);
+    QVERIFY(dialog<LoadingDialog>()->isVisible());
+    QCOMPARE(m_home->page(), int(Pages::InfoPage));
+    m_home->bench().setVersion(QByteArray::fromHex("010006"));
+    m_home->bench().plugIn(1);
+    rebuildList(DevicePluggedIn);
+    QVERIFY(!dialog<LoadingDialog>()->isVisible());
+    QVERIFY(!limit()->isActive());
+    QCOMPARE(m_home->page(), int(Pages::HomePage));
+    QCOMPARE(toast(), QStringLiteral("Update Complete"));
+}
+
+void SorvantaHomeFirmwareTest::cameraThatCannotBeOpenedEndsItAtOnce()
+{
+    m_home->bench().refuse(0);
+    m_home->window().slotSetDownloadData(m_service->offer(QStringLiteral("fw.bin"), imageOf(2)),
+                                         QStringLiteral("NOVA EDGE"));
+    hidapi().forgetCalls();
+    QSignalSpy hidden(&m_home->window(), &SorvantaHome::sigHideLoadingPage);
+    dialog<Dialog>()->slotUpdate();
+    QTRY_COMPARE(hidden.size(), 1);
+    QVERIFY(!dialog<LoadingDialog>()->isVisible());
+    QVERIFY(!limit()->isActive());
+    QVERIFY(!dialog<SvtaMessageDialog>()->isVisible());
+    QCOMPARE(m_home->page(), int(Pages::InfoPage));
+    QVERIFY(m_log->contains(QStringLiteral("无法打开当前设备")));
+    QVERIFY(hidapi().writtenFrames().isEmpty());
+}
+
+void SorvantaHomeFirmwareTest::failedTransferWaitsForTheLimit()
+{
+    ScriptedReply refusal;
+    refusal.status = 1;
+    hidapi().respondTo(HidCommands::FirmwareStart, refusal);
+    install(imageOf(2));
+    QTRY_COMPARE(received(HidCommands::FirmwareStart).size(), 3);
+    // The link to the camera is there again.
+    QTRY_COMPARE(hidapi().openHandles(), 1);
+    QVERIFY(received(HidCommands::FirmwareEnd).isEmpty());
+    QVERIFY(dialog<LoadingDialog>()->isVisible());
+    QCOMPARE(m_home->page(), int(Pages::InfoPage));
+
+    limit()->setInterval(50);
+    QTRY_VERIFY(!dialog<LoadingDialog>()->isVisible());
+    QCOMPARE(m_home->page(), int(Pages::HomePage));
+    QCOMPARE(toast(), QStringLiteral("更新失败，请重试"));
+    QVERIFY(m_log->contains(QStringLiteral("SorvantaHome::slotTimeout 1284 超时了")));
+}
+
+void SorvantaHomeFirmwareTest::loadingDialogIsNotTheUsersToClose()
+{
+    install(imageOf(2));
+    dialog<LoadingDialog>()->close();
+    QTest::keyClick(dialog<LoadingDialog>(), Qt::Key_Escape);
+    QVERIFY(dialog<LoadingDialog>()->isVisible());
+    QVERIFY(transferEnds());
+}
+
+void SorvantaHomeFirmwareTest::cameraBeingWrittenIsNotAsked()
+{
+    m_home->bench().plugIn(2);
+    rebuildList(DevicePluggedIn);
+    install(imageOf(200));
+    QTRY_VERIFY(!received(HidCommands::FirmwarePacket).isEmpty());
+    const QString busy = QStringLiteral("hid_open_path(%1)").arg(CameraBench::hidPath(0));
+    const QString other = QStringLiteral("hid_open_path(%1)").arg(CameraBench::hidPath(1));
+    const int otherBefore = hidapi().calls().count(other);
+    QCOMPARE(hidapi().calls().count(busy), 1); // by the transfer
+    m_home->bench().setSerialNumber("SVAA009500552");
+    rebuildList(DevicePluggedIn);
+    m_home->bench().plugIn(3);
+    rebuildList(DevicePluggedIn);
+    QVERIFY(received(HidCommands::FirmwareEnd).isEmpty());
+    QCOMPARE(hidapi().calls().count(busy), 1);
+    QVERIFY(hidapi().calls().count(other) > otherBefore);
+    // It keeps its last state.
+    for (const SvtaDeviceWidget* card : m_home->window().findChildren<SvtaDeviceWidget*>()) {
+        QCOMPARE(card->findChild<QLabel*>(QStringLiteral("labStatus"))->text(),
+                 QStringLiteral("Connected"));
+    }
+    QVERIFY(dialog<LoadingDialog>()->isVisible());
+    QVERIFY(transferEnds());
+    QCOMPARE(receivedImage(), imageOf(200));
+}
+
+void SorvantaHomeFirmwareTest::cameraBeingWrittenIsNotOpened()
+{
+    install(imageOf(200));
+    QTRY_VERIFY(!received(HidCommands::FirmwarePacket).isEmpty());
+    limit()->setInterval(1);
+    QTRY_COMPARE(m_home->page(), int(Pages::HomePage));
+    m_home->window().showDeviceSettingPages(ShownHome::connectedCamera());
+    QCOMPARE(m_home->page(), int(Pages::HomePage));
+    QCOMPARE(toast(), QStringLiteral("The installation process will take a long time. Please "
+                                     "wait."));
+    emit m_home->find<DeviceHomePage>()->sigShowDeviceInfo(ShownHome::failedCamera());
+    QCOMPARE(m_home->page(), int(Pages::HomePage));
+    QVERIFY(received(HidCommands::FirmwareVersion).isEmpty());
+    QVERIFY(transferEnds());
+    QCOMPARE(receivedImage(), imageOf(200));
+    QTRY_COMPARE(hidapi().openHandles(), 0);
+    m_home->window().showDeviceSettingPages(ShownHome::connectedCamera());
+    QCOMPARE(m_home->page(), int(Pages::SettingPage));
+}
+
+void SorvantaHomeFirmwareTest::otherCameraDoesNotEndTheInstallation()
+{
+    install(imageOf(100));
+    QTRY_VERIFY(!received(HidCommands::FirmwarePacket).isEmpty());
+    m_home->bench().setSerialNumber("SVAA009500552");
+    m_home->bench().plugIn(2);
+    rebuildList(DevicePluggedIn);
+    QVERIFY(received(HidCommands::FirmwareEnd).isEmpty());
+    QVERIFY(dialog<LoadingDialog>()->isVisible());
+    QVERIFY(limit()->isActive());
+    QVERIFY(transferEnds());
+    QCOMPARE(receivedImage(), imageOf(100));
+}
+
+void SorvantaHomeFirmwareTest::cameraThatReturnsDuringTheTransferIsFree()
+{
+    install(imageOf(200));
+    QTRY_VERIFY(!received(HidCommands::FirmwarePacket).isEmpty());
+    m_home->bench().plugIn(0);
+    rebuildList(DeviceRemoved);
+    QVERIFY(dialog<LoadingDialog>()->isVisible());
+    m_home->bench().plugIn(1);
+    rebuildList(DevicePluggedIn);
+    QVERIFY(!received(HidCommands::FirmwareVersion).isEmpty());
+    QVERIFY(!dialog<LoadingDialog>()->isVisible());
+    QVERIFY(dialog<SvtaMessageDialog>()->isVisible()); // the old version
+}
+
+void SorvantaHomeFirmwareTest::secondInstallationHasToWait()
+{
+    install(imageOf(200));
+    QTRY_VERIFY(!received(HidCommands::FirmwarePacket).isEmpty());
+    dialog<LoadingDialog>()->hide();
+    m_home->window().slotDownloadSuccessed();
+    QCOMPARE(toast(), QStringLiteral("The installation process will take a long time. Please "
+                                     "wait."));
+    QVERIFY(!dialog<LoadingDialog>()->isVisible());
+    QVERIFY(transferEnds());
+    QCOMPARE(received(HidCommands::FirmwareStart).size(), 1);
+}
+
+void SorvantaHomeFirmwareTest::quitLetsTheTransferEnd()
+{
+    install(imageOf(100));
+    QTRY_VERIFY(!received(HidCommands::FirmwarePacket).isEmpty());
+    bool leftAtOnce = false;
+    QTimer::singleShot(0, this, [&] {
+        leftAtOnce = received(HidCommands::FirmwareEnd).isEmpty();
+        for (const QWidget* window : QApplication::topLevelWidgets())
+            leftAtOnce = leftAtOnce && !window->isVisible();
+    });
+    m_home->window().finishTransfer();
+    QVERIFY(leftAtOnce);
+    QCOMPARE(receivedImage(), imageOf(100));
+    QCOMPARE(received(HidCommands::FirmwareEnd).size(), 1);
+    QCOMPARE(hidapi().openHandles(), 0);
+}
+
+void SorvantaHomeFirmwareTest::destructionLetsTheTransferEnd()
+{
+    install(imageOf(100));
+    QTRY_VERIFY(!received(HidCommands::FirmwarePacket).isEmpty());
+    m_log->clear();
+    m_home.reset();
+    // Its last frame is logged before the window is gone.
+    QVERIFY(!m_log->texts().filter(QStringLiteral("packNUm:100")).isEmpty());
+}
+
+void SorvantaHomeFirmwareTest::removalStopsTheDownload()
+{
+    m_home->window().slotSetDownloadData(m_service->offer(QStringLiteral("fw.bin"), imageOf(100)),
+                                         QStringLiteral("NOVA EDGE"));
+    QVERIFY((*m_service)->fault(QStringLiteral("slow 20000")));
+    dialog<Dialog>()->slotUpdate();
+    QTRY_VERIFY(dialog<Dialog>()->findChild<QProgressBar*>() != nullptr);
+    m_home->bench().plugIn(0);
+    rebuildList(DeviceRemoved);
+    QTRY_COMPARE(m_home->page(), int(Pages::HomePage));
+    QTRY_VERIFY(!dialog<Dialog>()->isVisible());
+    QVERIFY(dialog<Dialog>()->isStopDownload());
+}
+
+void SorvantaHomeFirmwareTest::developersFileIsWrittenWithoutADialog()
+{
+    const QByteArray image = imageOf(3);
+    QVERIFY(m_cache->put(QStringLiteral("own.bin"), image));
+    {
+        QSettings settings(QSettings::IniFormat, QSettings::UserScope,
+                           QStringLiteral("MarvikTools"), QStringLiteral("MarvikTools"));
+        settings.setValue(QStringLiteral("development/firmwareFile"),
+                          m_cache->filePath(QStringLiteral("own.bin")));
+    }
+    hidapi().forgetCalls();
+    emit m_home->find<DeviceInfoPage>()->sigUpgrade();
+    QVERIFY(transferEnds());
+    QCOMPARE(receivedImage(), image);
+    QVERIFY(!dialog<LoadingDialog>()->isVisible());
+    QVERIFY(!limit()->isActive());
+    QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("MarvikTools"),
+              QStringLiteral("MarvikTools"))
+        .clear();
+}
+
+void SorvantaHomeFirmwareTest::withoutADevelopersFileNothingHappens()
+{
+    hidapi().forgetCalls();
+    emit m_home->find<DeviceInfoPage>()->sigUpgrade();
+    QTest::qWait(100);
+    QVERIFY(hidapi().calls().isEmpty());
+}
+
+QTEST_MAIN(SorvantaHomeFirmwareTest)
+#include "SorvantaHomeFirmwareTest.moc"

@@ -1,0 +1,351 @@
+#include "CacheDirectory.h"
+#include "LoadingDialog.h"
+#include "LocalService.h"
+#include "LogCapture.h"
+#include "MaskForm.h"
+#include "PendingTimers.h"
+#include "ShownHome.h"
+#include "SvtaForceUpdateSecondDialog.h"
+#include "SvtaMessageDialog.h"
+#include "SvtaVersionUpdateDialog.h"
+#include "TestVendor.h"
+#include "ToastDialog.h"
+
+#include <memory>
+#include <QLabel>
+#include <QPushButton>
+#include <QtTest>
+
+using Pages = SvtaPagesView;
+using Dialog = SvtaVersionUpdateDialog;
+
+/// Offers of updates, and downloads that fail.
+class SorvantaHomeOfferTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void firmwareOfferStandsUnderTheProductsName();
+    void normalOfferStandsUnderTheProgramsName();
+    void forcedOfferCanOnlyBeTakenOrTheProgramLeft();
+    void questionOfAForcedOfferCanBeTakenBack();
+    void offerBringsAHiddenWindowBack();
+    void failedDownloadAsks();
+    void failedForcedDownloadLeavesNoChoice();
+    void laterTriesAgain();
+    void retryGivesUp();
+    void toastsOfThePagesAreShown();
+
+    void programAsksForItselfOnceTheListIsThere();
+    void programsOwnOfferIsShown();
+    void otherAnswersAboutTheProgramAreQuiet_data();
+    void otherAnswersAboutTheProgramAreQuiet();
+    void programDoesNotAskForItself_data();
+    void programDoesNotAskForItself();
+
+private:
+    template <typename Widget>
+    [[nodiscard]] Widget* dialog() const
+    {
+        return m_home->window().findChild<Widget*>();
+    }
+    [[nodiscard]] QString title() const
+    {
+        return dialog<Dialog>()->findChild<QLabel*>(QStringLiteral("labTitle"))->text();
+    }
+    template <typename Widget>
+    [[nodiscard]] QPushButton* button(const char* name) const
+    {
+        return dialog<Widget>()->template findChild<QPushButton*>(QLatin1String(name));
+    }
+    [[nodiscard]] QString message() const
+    {
+        return dialog<SvtaMessageDialog>()
+            ->findChild<QLabel*>(QStringLiteral("labMessage"))
+            ->text();
+    }
+    [[nodiscard]] QString toast() const
+    {
+        for (const ToastDialog* each : m_home->window().findChildren<ToastDialog*>()) {
+            if (each->isVisible())
+                return each->findChild<QLabel*>(QStringLiteral("ContentLab"))->text();
+        }
+        return {};
+    }
+    [[nodiscard]] const QDialog* masked() const
+    {
+        const auto* mask = m_home->window().findChild<MaskForm*>({}, Qt::FindDirectChildrenOnly);
+        return mask->isVisible() ? mask->watchedDialog() : nullptr;
+    }
+    void startAgain()
+    {
+        m_home.reset();
+        m_home = std::make_unique<ShownHome>();
+        QVERIFY(m_home->isPlaced());
+    }
+
+    std::unique_ptr<LogCapture> m_log;
+    std::unique_ptr<CacheDirectory> m_cache;
+    std::unique_ptr<LocalService> m_service;
+    std::unique_ptr<ShownHome> m_home;
+};
+
+void SorvantaHomeOfferTest::init()
+{
+    m_log = std::make_unique<LogCapture>();
+    m_cache = std::make_unique<CacheDirectory>();
+    m_service = std::make_unique<LocalService>();
+    QVERIFY(m_service->isRunning());
+    startAgain();
+}
+
+void SorvantaHomeOfferTest::cleanup()
+{
+    m_home.reset();
+    m_service.reset();
+    m_cache.reset();
+    m_log.reset();
+}
+
+void SorvantaHomeOfferTest::firmwareOfferStandsUnderTheProductsName()
+{
+    m_service->answer("{\"needUpgrade\":true,\"details\":\"New\"}");
+    PendingTimers::drop(ShownHome::kStartAnimationMs);
+    m_home->window().showDeviceSettingPages(ShownHome::connectedCamera());
+    m_home->click("deviceInfoBtn");
+    QCOMPARE(m_home->page(), int(Pages::InfoPage));
+    m_home->click("btnUpgrade");
+    QTRY_VERIFY(dialog<Dialog>()->isVisible());
+    QCOMPARE(masked(), static_cast<const QDialog*>(dialog<Dialog>()));
+    QCOMPARE(title(), QStringLiteral("NOVA EDGE"));
+    QVERIFY(dialog<Dialog>()->isModal());
+    QVERIFY(button<Dialog>("btnPauseUpdate")->isVisible());
+    QVERIFY(m_log->contains(QStringLiteral("installWidget1")));
+    QVERIFY(m_log->contains(QStringLiteral("installWidget2")));
+    QVERIFY(m_log->contains(QStringLiteral("emit sigSetDownloadData")));
+}
+
+void SorvantaHomeOfferTest::normalOfferStandsUnderTheProgramsName()
+{
+    m_home->window().slotSetUpdateData(m_service->offer(QStringLiteral("setup"), "x"));
+    QVERIFY(dialog<Dialog>()->isVisible());
+    QCOMPARE(masked(), static_cast<const QDialog*>(dialog<Dialog>()));
+    QCOMPARE(title(), QStringLiteral("MarvikTools V" MARVIK_VERSION));
+    QVERIFY(button<Dialog>("btnClose")->isHidden());
+    QVERIFY(button<Dialog>("btnPauseUpdate")->isVisible());
+}
+
+void SorvantaHomeOfferTest::forcedOfferCanOnlyBeTakenOrTheProgramLeft()
+{
+    m_home->window().slotForceUpdate(m_service->offer(QStringLiteral("setup"), "x"));
+    QVERIFY(dialog<Dialog>()->isVisible());
+    QCOMPARE(title(), QStringLiteral("MarvikTools V" MARVIK_VERSION));
+    QVERIFY(button<Dialog>("btnClose")->isVisible());
+    QVERIFY(button<Dialog>("btnPauseUpdate")->isHidden());
+
+    QTest::mouseClick(button<Dialog>("btnClose"), Qt::LeftButton);
+    QVERIFY(dialog<SvtaForceUpdateSecondDialog>()->isVisible());
+    QVERIFY(dialog<Dialog>()->isVisible());
+    const auto masks =
+        m_home->window().findChildren<MaskForm*>(QString(), Qt::FindDirectChildrenOnly);
+    QCOMPARE(masks.size(), 2);
+    QVERIFY(masks.at(0)->isVisible() && masks.at(1)->isVisible());
+
+    bool quit = false;
+    connect(qApp, &QCoreApplication::aboutToQuit, this, [&quit] { quit = true; });
+    QTimer::singleShot(0, this, [this] {
+        QTest::mouseClick(button<SvtaForceUpdateSecondDialog>("btnConfirm"), Qt::LeftButton);
+    });
+    QTimer::singleShot(5000, qApp, [] { QCoreApplication::exit(7); });
+    QCOMPARE(QCoreApplication::exec(), 0);
+    QVERIFY(quit);
+}
+
+void SorvantaHomeOfferTest::questionOfAForcedOfferCanBeTakenBack()
+{
+    m_home->window().slotForceUpdate(m_service->offer(QStringLiteral("setup"), "x"));
+    for (int round = 0; round < 2; ++round) {
+        QTest::mouseClick(button<Dialog>("btnClose"), Qt::LeftButton);
+        QTest::mouseClick(button<SvtaForceUpdateSecondDialog>("btnCancel"), Qt::LeftButton);
+        QVERIFY(!dialog<SvtaForceUpdateSecondDialog>()->isVisible());
+        QVERIFY(dialog<Dialog>()->isVisible());
+        QCOMPARE(masked(), static_cast<const QDialog*>(dialog<Dialog>()));
+    }
+    QCOMPARE(m_home->window().findChildren<MaskForm*>(QString(), Qt::FindDirectChildrenOnly).size(),
+             2);
+}
+
+void SorvantaHomeOfferTest::offerBringsAHiddenWindowBack()
+{
+    m_home->window().hide();
+    m_home->window().slotSetUpdateData({});
+    QVERIFY(m_home->window().isVisible());
+    m_home->window().hide();
+    m_home->window().slotForceUpdate({});
+    QVERIFY(m_home->window().isVisible());
+}
+
+void SorvantaHomeOfferTest::failedDownloadAsks()
+{
+    m_home->window().slotSetUpdateData(m_service->offer(QStringLiteral("setup"), "x"));
+    (*m_service)->stop();
+    QTest::mouseClick(button<Dialog>("btnUpdate"), Qt::LeftButton);
+    QTRY_VERIFY(dialog<SvtaMessageDialog>()->isVisible());
+    QVERIFY(!dialog<Dialog>()->isVisible());
+    QCOMPARE(dialog<Dialog>()->currentPage(), int(Dialog::DownloadPage));
+    QCOMPARE(masked(), static_cast<const QDialog*>(dialog<SvtaMessageDialog>()));
+    QCOMPARE(message(), QStringLiteral("Downloading failed . Please try again."));
+    QCOMPARE(button<SvtaMessageDialog>("btnConfirm")->text(), QStringLiteral("Later"));
+    QCOMPARE(button<SvtaMessageDialog>("btnCancel")->text(), QStringLiteral("Retry"));
+    QVERIFY(button<SvtaMessageDialog>("btnCancel")->isVisible());
+    QCOMPARE(dialog<Dialog>()->findChild<QLabel*>(QStringLiteral("labDownloadStatus"))->text(),
+             QStringLiteral("Download failed"));
+}
+
+void SorvantaHomeOfferTest::failedForcedDownloadLeavesNoChoice()
+{
+    m_home->window().slotForceUpdate(m_service->offer(QStringLiteral("setup"), "x"));
+    (*m_service)->stop();
+    QTest::mouseClick(button<Dialog>("btnUpdate"), Qt::LeftButton);
+    QTRY_VERIFY(dialog<SvtaMessageDialog>()->isVisible());
+    QCOMPARE(message(), QStringLiteral("Download failed, please try again. If no, please contact "
+                                       "the administrator."));
+    QVERIFY(button<SvtaMessageDialog>("btnCancel")->isHidden());
+    QCOMPARE(button<SvtaMessageDialog>("btnConfirm")->text(), QStringLiteral("Later"));
+    QCOMPARE(button<SvtaMessageDialog>("btnConfirm")->pos(), QPoint(100, 96));
+}
+
+void SorvantaHomeOfferTest::laterTriesAgain()
+{
+    const QByteArray package(50000, 'p');
+    m_home->window().slotSetUpdateData(m_service->offer(QStringLiteral("setup"), package));
+    QVERIFY((*m_service)->fault(QStringLiteral("truncate 100")));
+    QTest::mouseClick(button<Dialog>("btnUpdate"), Qt::LeftButton);
+    QTRY_VERIFY(dialog<SvtaMessageDialog>()->isVisible());
+    (*m_service)->setBehaviour({});
+    QVERIFY((*m_service)->fault(QStringLiteral("slow 50000")));
+    QTest::mouseClick(button<SvtaMessageDialog>("btnConfirm"), Qt::LeftButton);
+    QVERIFY(!dialog<SvtaMessageDialog>()->isVisible());
+    QVERIFY(dialog<Dialog>()->isVisible());
+    QCOMPARE(dialog<Dialog>()->currentPage(), int(Dialog::DownloadPage));
+    QCOMPARE(masked(), static_cast<const QDialog*>(dialog<Dialog>()));
+    QTRY_VERIFY(!dialog<Dialog>()->isVisible());
+    QCOMPARE(m_cache->contentOf(QStringLiteral("setup")), package);
+}
+
+void SorvantaHomeOfferTest::retryGivesUp()
+{
+    m_home->window().slotSetUpdateData(m_service->offer(QStringLiteral("setup"), "x"));
+    (*m_service)->stop();
+    QTest::mouseClick(button<Dialog>("btnUpdate"), Qt::LeftButton);
+    QTRY_VERIFY(dialog<SvtaMessageDialog>()->isVisible());
+    const int before = (*m_service)->requests().size();
+    QTest::mouseClick(button<SvtaMessageDialog>("btnCancel"), Qt::LeftButton);
+    QVERIFY(!dialog<SvtaMessageDialog>()->isVisible());
+    QVERIFY(!dialog<Dialog>()->isVisible());
+    QCOMPARE(dialog<Dialog>()->currentPage(), int(Dialog::OfferPage));
+    QVERIFY(!masked());
+    QTest::qWait(100);
+    QCOMPARE((*m_service)->requests().size(), before);
+}
+
+void SorvantaHomeOfferTest::toastsOfThePagesAreShown()
+{
+    m_service->answer("{\"needUpgrade\":false}");
+    PendingTimers::drop(ShownHome::kStartAnimationMs);
+    m_home->window().showDeviceSettingPages(ShownHome::connectedCamera());
+    m_home->click("deviceInfoBtn");
+    m_home->click("btnUpgrade");
+    QTRY_COMPARE(toast(), QStringLiteral("Software is up to date"));
+    m_home->window().showView(Pages::AboutUsPage);
+    const int checks = m_service->checks();
+    m_home->click("btnCheckUpdate");
+    QCOMPARE(toast(), QStringLiteral("Software is up to date"));
+    QTest::qWait(100);
+    QCOMPARE(m_service->checks(), checks);
+}
+
+void SorvantaHomeOfferTest::programAsksForItselfOnceTheListIsThere()
+{
+    TestVendor::setChecksForApplicationUpdate(true);
+    m_service->answer("{\"needUpgrade\":false}");
+    QTest::qWait(100);
+    QCOMPARE(m_service->checks(), 0);
+    QVERIFY(m_home->passStart());
+    QTRY_COMPARE(m_service->checks(), 1);
+    QCOMPARE((*m_service)->requests().constFirst().body,
+             QByteArray("{\"terminalType\":\"SCW\",\n\"version\":\"" MARVIK_VERSION "\",\n}"));
+    m_home->window().showView(Pages::StartPage);
+    QVERIFY(m_home->passStart());
+    QTest::qWait(200);
+    QCOMPARE(m_service->checks(), 1);
+    QCOMPARE(toast(), QString());
+}
+
+void SorvantaHomeOfferTest::programsOwnOfferIsShown()
+{
+    TestVendor::setChecksForApplicationUpdate(true);
+    m_service->answer("{\"needUpgrade\":true,\"details\":\"Faster\"}");
+    QVERIFY(m_home->passStart());
+    QTRY_VERIFY(dialog<Dialog>()->isVisible());
+    QCOMPARE(title(), QStringLiteral("MarvikTools V" MARVIK_VERSION));
+    QVERIFY(button<Dialog>("btnPauseUpdate")->isVisible());
+    QVERIFY(button<Dialog>("btnClose")->isHidden());
+}
+
+void SorvantaHomeOfferTest::otherAnswersAboutTheProgramAreQuiet_data()
+{
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<QString>("fault");
+    QTest::newRow("up to date") << QByteArray("{\"needUpgrade\":false}") << QString();
+    QTest::newRow("text") << QByteArray("{\"needUpgrade\":\"true\"}") << QString();
+    QTest::newRow("number") << QByteArray("{\"needUpgrade\":1}") << QString();
+    QTest::newRow("missing") << QByteArray("{}") << QString();
+    QTest::newRow("no JSON") << QByteArray("<html>") << QString();
+    QTest::newRow("error") << QByteArray("{\"needUpgrade\":true}") << QStringLiteral("status 500");
+}
+
+void SorvantaHomeOfferTest::otherAnswersAboutTheProgramAreQuiet()
+{
+    QFETCH(const QByteArray, answer);
+    QFETCH(const QString, fault);
+    TestVendor::setChecksForApplicationUpdate(true);
+    m_service->answer(answer);
+    if (!fault.isEmpty())
+        QVERIFY((*m_service)->fault(fault));
+    QVERIFY(m_home->passStart());
+    QTRY_COMPARE(m_service->checks(), 1);
+    QTRY_VERIFY(m_log->contains(QStringLiteral("no new version")) ||
+                !m_log->texts().filter(QStringLiteral("no answer about a new version")).isEmpty());
+    QTest::qWait(50);
+    QVERIFY(!dialog<Dialog>()->isVisible());
+    QCOMPARE(toast(), QString());
+}
+
+void SorvantaHomeOfferTest::programDoesNotAskForItself_data()
+{
+    QTest::addColumn<bool>("checks");
+    QTest::addColumn<QString>("address");
+    QTest::newRow("updated by other means") << false << QString();
+    QTest::newRow("no service") << true << QStringLiteral("https://update.sorvanta.invalid");
+}
+
+void SorvantaHomeOfferTest::programDoesNotAskForItself()
+{
+    QFETCH(const bool, checks);
+    QFETCH(const QString, address);
+    TestVendor::setChecksForApplicationUpdate(checks);
+    if (!address.isEmpty())
+        TestVendor::setUpdateBaseUrl(address);
+    m_log->clear();
+    QVERIFY(m_home->passStart());
+    QTest::qWait(200);
+    QCOMPARE(m_service->checks(), 0);
+    QVERIFY(m_log->texts().filter(QStringLiteral("no answer about a new version")).isEmpty());
+}
+
+QTEST_MAIN(SorvantaHomeOfferTest)
+#include "SorvantaHomeOfferTest.moc"

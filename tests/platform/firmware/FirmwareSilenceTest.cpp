@@ -1,0 +1,138 @@
+#include "FaultyTransfer.h"
+
+#include <array>
+#include <chrono>
+#include <QtTest>
+#include <thread>
+
+namespace {
+
+constexpr qint64 kControlTimeoutMs = 3000;
+constexpr qint64 kPacketTimeoutMs = 1000;
+/// What a busy machine may add.
+constexpr qint64 kSlackMs = 2500;
+
+} // namespace
+
+/// A transfer into a camera that does not answer, or too late: it ends with its time limits.
+class FirmwareSilenceTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void silence_data();
+    void silence();
+    void lateAnswerToTheStart_data();
+    void lateAnswerToTheStart();
+    void cameraThatLeavesIsNotWaitedFor_data();
+    void cameraThatLeavesIsNotWaitedFor();
+
+private:
+    static void addRow(const TransferFault& fault)
+    {
+        QTest::newRow(qPrintable(fault.title())) << fault;
+    }
+};
+
+void FirmwareSilenceTest::silence_data()
+{
+    using Fault = TransferFault;
+    constexpr std::array<Fault::Scope, 3> scopes{Fault::Once, Fault::SameCommand,
+                                                 Fault::FromThenOn};
+    const QString silent = QStringLiteral("noreply");
+    const QString late = QStringLiteral("late 1300");
+    const QString veryLate = QStringLiteral("late 3400");
+    QTest::addColumn<TransferFault>("fault");
+    addRow({silent, Fault::LostDone, Fault::kStart, Fault::Once});
+    addRow({silent, Fault::LostDone, Fault::kStart, Fault::SameCommand});
+    addRow({veryLate, Fault::LostDone, Fault::kStart, Fault::Once});
+    for (int at = Fault::kStart + 1; at < Fault::kEnd; ++at) {
+        for (const Fault::Scope scope : scopes)
+            addRow({silent, Fault::LostDone, at, scope});
+        addRow({late, Fault::LostDone, at, Fault::Once});
+        addRow({late, Fault::LostDone, at, Fault::SameCommand});
+    }
+    addRow({silent, Fault::LostDone, Fault::kEnd, Fault::Once});
+    addRow({veryLate, Fault::LostDone, Fault::kEnd, Fault::Once});
+    // Later than a packet may be, but not than a command may.
+    addRow({late, Fault::Acknowledged, Fault::kStart, Fault::Once});
+    addRow({late, Fault::Acknowledged, Fault::kEnd, Fault::Once});
+    addRow({QStringLiteral("late 700"), Fault::Acknowledged, Fault::kStart, Fault::FromThenOn});
+}
+
+void FirmwareSilenceTest::silence()
+{
+    QFETCH(const TransferFault, fault);
+    const TransferFault::Outcome expected = fault.outcome();
+    FaultyTransfer transfer(fault.request());
+    QCOMPARE(transfer.sent(), expected.sent);
+    QCOMPARE(transfer.requests(), expected.requests);
+    if (fault.effect != TransferFault::Acknowledged) {
+        const qint64 limits =
+            expected.lostControls * kControlTimeoutMs + expected.lostPackets * kPacketTimeoutMs;
+        const QByteArray took = QByteArray::number(transfer.elapsedMs()) + " ms";
+        QVERIFY2(transfer.elapsedMs() >= limits, took.constData());
+        QVERIFY2(transfer.elapsedMs() < limits + kSlackMs, took.constData());
+    }
+    QCOMPARE(transfer.complaint(expected.cameraHasAll), QByteArray());
+}
+
+/// The answer to one attempt comes while the program waits for that to the next.
+void FirmwareSilenceTest::lateAnswerToTheStart_data()
+{
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<bool>("sent");
+    QTest::addColumn<int>("requests");
+    QTest::newRow("start alone") << "late 3400 cmd=0x4000" << true << 8;
+    // The only packet is not acknowledged in time, and the end is given the second start's answer.
+    QTest::newRow("all") << "late 3400" << false << 4;
+}
+
+void FirmwareSilenceTest::lateAnswerToTheStart()
+{
+    QFETCH(const QString, fault);
+    QFETCH(const bool, sent);
+    QFETCH(const int, requests);
+    FaultyTransfer transfer(fault);
+    QCOMPARE(transfer.sent(), sent);
+    QCOMPARE(transfer.requests(), requests);
+    QVERIFY(transfer.elapsedMs() >= kControlTimeoutMs);
+    QVERIFY(transfer.elapsedMs() < 3 * kControlTimeoutMs + kSlackMs);
+    QCOMPARE(transfer.complaint(sent), QByteArray());
+}
+
+void FirmwareSilenceTest::cameraThatLeavesIsNotWaitedFor_data()
+{
+    QTest::addColumn<int>("at");
+    QTest::newRow("start") << TransferFault::kStart;
+    QTest::newRow("packet 3") << TransferFault::kStart + 3;
+    QTest::newRow("end") << TransferFault::kEnd;
+}
+
+void FirmwareSilenceTest::cameraThatLeavesIsNotWaitedFor()
+{
+    QFETCH(const int, at);
+    FirmwareCamera camera;
+    const QString file = camera.file(FirmwareCamera::image(1010 * TransferFault::kPackets));
+    // Silent from there on, and pulled while the program waits. A control socket is one thread's.
+    camera->fault("noreply from=" + std::to_string(at));
+    PluggedCamera::Client client;
+    const std::string id = client.list().back().id;
+    std::thread hand([&client, &id, at] {
+        client.wait(id, "requests>=" + std::to_string(at), std::chrono::seconds(10));
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        client.unplug(id);
+    });
+    QElapsedTimer timer;
+    timer.start();
+    const bool sent = camera.write(file);
+    const qint64 elapsedMs = timer.elapsed();
+    hand.join();
+    QVERIFY(!sent);
+    QVERIFY2(elapsedMs < kPacketTimeoutMs, QByteArray::number(elapsedMs).constData());
+    QVERIFY(camera->waitFor("hid<=0"));
+    QCOMPARE(camera.requests(), at);
+}
+
+QTEST_GUILESS_MAIN(FirmwareSilenceTest)
+#include "FirmwareSilenceTest.moc"

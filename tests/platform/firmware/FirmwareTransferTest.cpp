@@ -1,0 +1,247 @@
+#include "FirmwareTransfer.h"
+#include "DeviceHomePage.h"
+#include "DeviceManager.h"
+#include "FirmwareCamera.h"
+#include "HidCommands.h"
+#include "ProcessUsage.h"
+
+#include <memory>
+#include <QtTest>
+
+namespace {
+
+constexpr int kPatienceMs = 30000;
+constexpr int kStormPackets = 600;
+constexpr int kFewestRebuilds = 6;
+
+/// The list page with its hot-plug watch, as the program has them.
+class ListPage
+{
+public:
+    ListPage()
+    {
+        QObject::connect(&m_page, &DeviceHomePage::sigUpdateCameraListFinished, &m_page,
+                         [this] { ++m_rebuilds; });
+        m_page.show();
+        m_page.start();
+        DeviceManager::instance().start();
+    }
+    ~ListPage() { DeviceManager::instance().stop(); }
+    ListPage(const ListPage&) = delete;
+    ListPage& operator=(const ListPage&) = delete;
+
+    DeviceHomePage& page() { return m_page; }
+    [[nodiscard]] int rebuilds() const { return m_rebuilds; }
+
+private:
+    DeviceHomePage m_page;
+    int m_rebuilds = 0;
+};
+
+} // namespace
+
+/// The transfer on its worker, with the GUI thread going on.
+class FirmwareTransferTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void imageIsWritten();
+    void secondTransferHasToWait();
+    void cameraThatCannotBeOpenedIsTold();
+    void cameraThatLeavesEndsIt_data();
+    void cameraThatLeavesEndsIt();
+    void cameraThatLeftIsFreeBeforeTheEnd();
+    void destructionWaitsForTheEnd();
+    void hotPlugStormOfOtherCamerasDoesNotReachIt();
+    void hotPlugStormOfTheCameraItselfDoesNoHarm();
+};
+
+void FirmwareTransferTest::initTestCase()
+{
+    // What the main window registers; both travel from the watcher's thread.
+    qRegisterMetaType<QList<UVCDeviceInfo>>("QList<UVCDeviceInfo>");
+    qRegisterMetaType<QMap<QString, HidDevices>>("QMap<QString,HidDevices>");
+}
+
+void FirmwareTransferTest::imageIsWritten()
+{
+    FirmwareCamera camera;
+    const QByteArray image = FirmwareCamera::image(20000);
+    FirmwareTransfer transfer;
+    const QSignalSpy finished(&transfer, &FirmwareTransfer::finished);
+    QVERIFY(!transfer.isRunning());
+    const QString path = camera->hidPath();
+    QVERIFY(transfer.start(path, camera.file(image)));
+    QVERIFY(transfer.isRunning());
+    QCOMPARE(transfer.busyHidPath(), path);
+    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, kPatienceMs);
+    QVERIFY(finished.at(0).at(0).toBool());
+    QVERIFY(!transfer.isRunning());
+    QCOMPARE(transfer.busyHidPath(), QString());
+    QCOMPARE(camera.received(), std::optional<QByteArray>(image));
+    QVERIFY(camera.startsAnew());
+    QVERIFY(camera->isReleased());
+    QCOMPARE(camera.versionAfterRestart(), QString::fromLatin1(FirmwareCamera::kNewVersion));
+}
+
+void FirmwareTransferTest::secondTransferHasToWait()
+{
+    FirmwareCamera camera;
+    FirmwareCamera other;
+    const QByteArray image = FirmwareCamera::image(50000);
+    FirmwareTransfer transfer;
+    const QSignalSpy finished(&transfer, &FirmwareTransfer::finished);
+    QVERIFY(transfer.start(camera->hidPath(), camera.file(image)));
+    QVERIFY(!transfer.start(other->hidPath(), other.file(image)));
+    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, kPatienceMs);
+    QCOMPARE(camera.received(), std::optional<QByteArray>(image));
+    QCOMPARE(other.requests(), 0);
+    QVERIFY(transfer.start(other->hidPath(), other.file(image)));
+    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 2, kPatienceMs);
+    QCOMPARE(other.received(), std::optional<QByteArray>(image));
+}
+
+void FirmwareTransferTest::cameraThatCannotBeOpenedIsTold()
+{
+    FirmwareCamera camera;
+    camera->fault("open-error");
+    FirmwareTransfer transfer;
+    const QSignalSpy notOpened(&transfer, &FirmwareTransfer::notOpened);
+    const QSignalSpy finished(&transfer, &FirmwareTransfer::finished);
+    QVERIFY(transfer.start(camera->hidPath(), camera.file(FirmwareCamera::image(2000))));
+    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, kPatienceMs);
+    QVERIFY(!finished.at(0).at(0).toBool());
+    QCOMPARE(notOpened.size(), 1);
+    QCOMPARE(camera.requests(), 0);
+}
+
+void FirmwareTransferTest::cameraThatLeavesEndsIt_data()
+{
+    QTest::addColumn<int>("at");
+    for (int at = 1; at <= 7; ++at)
+        QTest::addRow("request %d", at) << at;
+}
+
+void FirmwareTransferTest::cameraThatLeavesEndsIt()
+{
+    QFETCH(const int, at);
+    FirmwareCamera camera;
+    camera->fault("unplug-at " + std::to_string(at));
+    FirmwareTransfer transfer;
+    const QSignalSpy notOpened(&transfer, &FirmwareTransfer::notOpened);
+    const QSignalSpy finished(&transfer, &FirmwareTransfer::finished);
+    const int descriptors = ProcessUsage::openDescriptors();
+    QVERIFY(transfer.start(camera->hidPath(), camera.file(FirmwareCamera::image(5 * 1010))));
+    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, kPatienceMs);
+    QVERIFY(!finished.at(0).at(0).toBool());
+    QCOMPARE(notOpened.size(), 0);
+    QCOMPARE(camera.requests(), at);
+    QTRY_COMPARE(ProcessUsage::openDescriptors(), descriptors);
+    QCOMPARE(camera.versionAfterRestart(), QString::fromLatin1(FirmwareCamera::kOldVersion));
+}
+
+void FirmwareTransferTest::cameraThatLeftIsFreeBeforeTheEnd()
+{
+    FirmwareCamera camera;
+    camera->fault("noreply cmd=0x4000");
+    FirmwareTransfer transfer;
+    const QSignalSpy finished(&transfer, &FirmwareTransfer::finished);
+    QVERIFY(transfer.start(camera->hidPath(), camera.file(FirmwareCamera::image(2000))));
+    transfer.cameraLeft();
+    QCOMPARE(transfer.busyHidPath(), QString());
+    QVERIFY(transfer.isRunning());
+    QVERIFY(camera->waitFor("requests>=1"));
+    camera->unplug();
+    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, kPatienceMs);
+}
+
+void FirmwareTransferTest::destructionWaitsForTheEnd()
+{
+    FirmwareCamera camera;
+    const QByteArray image = FirmwareCamera::image(50000);
+    auto transfer = std::make_unique<FirmwareTransfer>();
+    QVERIFY(transfer->start(camera->hidPath(), camera.file(image)));
+    QVERIFY(camera->waitFor("requests>=5"));
+    QVERIFY(!camera.hasAll());
+    transfer.reset();
+    QCOMPARE(camera.received(), std::optional<QByteArray>(image));
+    QCOMPARE(camera.requests(HidCommands::FirmwareEnd), 1);
+    QVERIFY(camera.startsAnew());
+}
+
+/// The list is rebuilt on the GUI thread, over and over, while the worker writes. Every other
+/// camera is asked each time, the one being written never.
+void FirmwareTransferTest::hotPlugStormOfOtherCamerasDoesNotReachIt()
+{
+    FirmwareCamera camera;
+    PluggedCamera neighbour;
+    ListPage list;
+    QCOMPARE(list.page().entryCount(), 2);
+    const QByteArray image = FirmwareCamera::image(1010 * kStormPackets - 5);
+    camera->forgetRequests();
+    neighbour.forgetRequests();
+    FirmwareTransfer transfer;
+    const QSignalSpy finished(&transfer, &FirmwareTransfer::finished);
+    list.page().setBusyCamera(camera->hidPath());
+    QVERIFY(transfer.start(camera->hidPath(), camera.file(image)));
+
+    PluggedCamera stranger;
+    for (int round = 0; finished.isEmpty() && round < 1000; ++round) {
+        const int before = list.rebuilds();
+        if (round % 2 == 0)
+            stranger.unplug();
+        else
+            stranger.plug();
+        QTRY_VERIFY_WITH_TIMEOUT(list.rebuilds() > before || !finished.isEmpty(), kPatienceMs);
+    }
+    QVERIFY(finished.at(0).at(0).toBool());
+    QVERIFY2(list.rebuilds() >= kFewestRebuilds, QByteArray::number(list.rebuilds()).constData());
+    QVERIFY(neighbour.requestCount() > 0);
+    // Start, packets and end, each once, and nothing between them.
+    QCOMPARE(camera.received(), std::optional<QByteArray>(image));
+    QCOMPARE(camera.requests(), kStormPackets + 2);
+}
+
+/// A loose plug: the camera comes and goes while transfer after transfer is tried.
+void FirmwareTransferTest::hotPlugStormOfTheCameraItselfDoesNoHarm()
+{
+    constexpr int rounds = 8;
+    FirmwareCamera camera;
+    ListPage list;
+    QCOMPARE(list.page().entryCount(), 1);
+    const QByteArray image = FirmwareCamera::image(1010 * 500);
+    const QString file = camera.file(image);
+    FirmwareTransfer transfer;
+    const QSignalSpy finished(&transfer, &FirmwareTransfer::finished);
+    for (int round = 0; round < rounds; ++round) {
+        const QString path = camera->hidPath();
+        list.page().setBusyCamera(path);
+        camera->forgetRequests();
+        QVERIFY(transfer.start(path, file));
+        QTRY_VERIFY_WITH_TIMEOUT(camera.requests() > 1 + 3 * round, kPatienceMs);
+        const int before = list.rebuilds();
+        camera->unplug();
+        // At once, and after the list has seen it go.
+        if (round % 2 == 0) {
+            QTRY_VERIFY_WITH_TIMEOUT(list.rebuilds() > before, kPatienceMs);
+        }
+        list.page().setBusyCamera({});
+        camera->plug();
+        QTRY_COMPARE_WITH_TIMEOUT(finished.size(), round + 1, kPatienceMs);
+        QVERIFY(!finished.at(round).at(0).toBool());
+        QTRY_COMPARE_WITH_TIMEOUT(list.rebuilds(), before + 2, kPatienceMs);
+        QCOMPARE(list.page().entryCount(), 1);
+    }
+    camera->forgetRequests();
+    QVERIFY(transfer.start(camera->hidPath(), camera.file(FirmwareCamera::image(3000))));
+    list.page().setBusyCamera(camera->hidPath());
+    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), rounds + 1, kPatienceMs);
+    QVERIFY(finished.last().at(0).toBool());
+    QVERIFY(camera.startsAnew());
+    QCOMPARE(camera.versionAfterRestart(), QString::fromLatin1(FirmwareCamera::kNewVersion));
+}
+
+QTEST_MAIN(FirmwareTransferTest)
+#include "FirmwareTransferTest.moc"

@@ -1,0 +1,73 @@
+#include "FaultyTransfer.h"
+#include "UVCCamera.h"
+
+#include <QtTest>
+
+namespace {
+
+/// What a busy machine may take until it sees that the camera is gone.
+constexpr qint64 kAtOnceMs = 2500;
+
+} // namespace
+
+/// A camera that is pulled at some request of a transfer.
+class FirmwareUnplugTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cameraKeepsItsFirmware_data() { addSteps(); }
+    void cameraKeepsItsFirmware();
+    void cameraThatIsBackNeedsANewHandle_data() { addSteps(); }
+    void cameraThatIsBackNeedsANewHandle();
+
+private:
+    static void addSteps()
+    {
+        QTest::addColumn<int>("at");
+        for (int at = TransferFault::kStart; at <= TransferFault::kEnd; ++at)
+            QTest::addRow("request %d", at) << at;
+    }
+};
+
+void FirmwareUnplugTest::cameraKeepsItsFirmware()
+{
+    QFETCH(const int, at);
+    FaultyTransfer transfer(QStringLiteral("unplug-at %1").arg(at));
+    QVERIFY(!transfer.sent());
+    QCOMPARE(transfer.requests(), at);
+    QVERIFY2(transfer.elapsedMs() < kAtOnceMs,
+             QByteArray::number(transfer.elapsedMs()).constData());
+    QVERIFY(!transfer.camera()->stats().onBus);
+    QCOMPARE(transfer.complaint(false), QByteArray());
+    // Nothing is left of it: the next attempt succeeds.
+    const QByteArray image = FirmwareCamera::image(2500);
+    transfer.camera()->forgetRequests();
+    QVERIFY(transfer.camera().write(transfer.camera().file(image)));
+    QCOMPARE(transfer.camera().received(), std::optional<QByteArray>(image));
+    QCOMPARE(transfer.camera().versionAfterRestart(),
+             QString::fromLatin1(FirmwareCamera::kNewVersion));
+}
+
+/// For who holds a handle of before, a camera that is back is another one.
+void FirmwareUnplugTest::cameraThatIsBackNeedsANewHandle()
+{
+    QFETCH(const int, at);
+    FirmwareCamera camera;
+    UVCCamera program;
+    program.setCurrentDevicePath(camera->hidPath());
+    QVERIFY(program.initHid());
+    camera->fault("unplug-at " + std::to_string(at));
+    const QString file = camera.file(FirmwareCamera::image(1010 * TransferFault::kPackets));
+    QVERIFY(!program.updateFile(file));
+    camera->clearFaults();
+    camera->plug();
+    QVERIFY(!program.updateFile(file));
+    QCOMPARE(camera.requests(), at);
+    program.setCurrentDevicePath(camera->hidPath());
+    QVERIFY(program.initHid());
+    QCOMPARE(program.getFirmwareVersion(), QStringLiteral("1.0.5"));
+}
+
+QTEST_GUILESS_MAIN(FirmwareUnplugTest)
+#include "FirmwareUnplugTest.moc"

@@ -1,0 +1,425 @@
+#include "Amplifier.h"
+#include "ComObject.h"
+#include "SoftCamera.h"
+#include "UVCCamera.h"
+#include "Wine.h"
+
+#include <mutex>
+#include <QtTest>
+#include <QWidget>
+
+namespace {
+
+constexpr HRESULT kBusy = static_cast<HRESULT>(0x800700AA);
+constexpr HRESULT kNoResources = static_cast<HRESULT>(0x800705AA);
+
+/// Copies the frames of a camera on the streaming thread.
+class Frames : public QObject
+{
+public:
+    explicit Frames(const UVCCamera& camera)
+    {
+        connect(&camera, &UVCCamera::sigImage, this, &Frames::take, Qt::DirectConnection);
+    }
+
+    [[nodiscard]] int count() const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_count;
+    }
+    [[nodiscard]] QImage last() const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_last;
+    }
+    [[nodiscard]] Qt::HANDLE thread() const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_thread;
+    }
+
+private:
+    void take(const QImage& image)
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        ++m_count;
+        m_last = image.copy();
+        m_thread = QThread::currentThreadId();
+    }
+
+    mutable std::mutex m_mutex;
+    int m_count = 0;
+    QImage m_last;
+    Qt::HANDLE m_thread = nullptr;
+};
+
+/// The window that a preview was put into, or null.
+HWND videoWindowIn(const QWidget& target)
+{
+    return ::GetWindow(reinterpret_cast<HWND>(target.effectiveWinId()), GW_CHILD);
+}
+
+QRect placeIn(HWND child, const QWidget& target)
+{
+    RECT area{};
+    ::GetWindowRect(child, &area);
+    POINT corner{area.left, area.top};
+    ::ScreenToClient(reinterpret_cast<HWND>(target.effectiveWinId()), &corner);
+    return {corner.x, corner.y, area.right - area.left, area.bottom - area.top};
+}
+
+} // namespace
+
+/// The preview through the system's own graph, grabber and renderer, from a software camera.
+class DirectShowPreviewTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void unknownPathDoesNotOpen();
+    void startNeedsAnOpenDevice();
+    void framesArriveWithTheCamerasPicture_data();
+    void framesArriveWithTheCamerasPicture();
+    void framesComeOnAnotherThread();
+    void framesComeAsFastAsTheCamera();
+    void pictureFillsTheWindow();
+    void pictureFollowsItsWindow();
+    void windowThatIsNoneLeavesTheGraphRunning();
+    void stopEndsTheStreamAndHidesThePicture();
+    void streamCanBeStartedAgain();
+    void closingGivesTheCameraBack();
+    void openingAgainReplacesTheGraph();
+    void failedAttemptLeavesNothingBehind();
+    void cameraInUseIsNoticed_data();
+    void cameraInUseIsNoticed();
+    void cameraThatCannotBeBoundDoesNotOpen();
+    void amplifierTellsRanges();
+    void amplifierTakesValues();
+    void amplifierRefusesValuesOutOfRange();
+    void writeCarriesTheFlagsLastRead();
+    void cameraWithoutAmplifierHasNoValues();
+    void amplifierNeedsAnOpenDevice();
+
+private:
+    bool open() { return m_camera->openDevice(SoftCamera::supportedPath(1), m_window->winId()); }
+
+    std::unique_ptr<SoftCameraClass> m_class;
+    std::unique_ptr<SoftCamera> m_device;
+    std::unique_ptr<QWidget> m_window;
+    std::unique_ptr<UVCCamera> m_camera;
+};
+
+void DirectShowPreviewTest::init()
+{
+    m_class = std::make_unique<SoftCameraClass>();
+    QVERIFY(m_class->isServed());
+    m_device = std::make_unique<SoftCamera>("MarvikTest1", QString("Camera"),
+                                            SoftCamera::supportedPath(1));
+    QVERIFY2(m_device->isPluggedIn(), "the list of video inputs cannot be written");
+    m_window = std::make_unique<QWidget>();
+    m_window->resize(400, 300);
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    m_camera = std::make_unique<UVCCamera>();
+}
+
+void DirectShowPreviewTest::cleanup()
+{
+    m_camera.reset();
+    QCOMPARE(m_device->script().filtersAlive.load(), 0);
+    QCOMPARE(m_device->script().streamsAlive.load(), 0);
+    m_window.reset();
+    m_device.reset();
+    m_class.reset();
+    QCOMPARE(LiveObjects::count(), 0);
+}
+
+void DirectShowPreviewTest::unknownPathDoesNotOpen()
+{
+    QVERIFY(!m_camera->openDevice(SoftCamera::supportedPath(2), m_window->winId()));
+    QVERIFY(!m_camera->isOpened());
+    QVERIFY(!m_camera->isGraphBuilt());
+    QCOMPARE(m_device->script().binds.load(), 0);
+}
+
+void DirectShowPreviewTest::startNeedsAnOpenDevice()
+{
+    QVERIFY(!m_camera->startCapture());
+    QVERIFY(!m_camera->isRunning());
+}
+
+void DirectShowPreviewTest::framesArriveWithTheCamerasPicture_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<bool>("topDown");
+    QTest::newRow("rows from below") << QSize(320, 240) << false;
+    QTest::newRow("rows from above") << QSize(320, 240) << true;
+    QTest::newRow("large") << QSize(1920, 1080) << true;
+}
+
+void DirectShowPreviewTest::framesArriveWithTheCamerasPicture()
+{
+    QFETCH(QSize, size);
+    QFETCH(bool, topDown);
+    m_device->script().size = size;
+    m_device->script().topDown = topDown;
+    const Frames frames(*m_camera);
+    QVERIFY(open());
+    QCOMPARE(QSize(m_camera->width(), m_camera->height()), size);
+    QVERIFY(m_camera->startCapture());
+    QTRY_VERIFY(frames.count() >= 3);
+    m_camera->stopCapture();
+
+    // The image is the buffer as it is, so rows from below come upside down.
+    const QImage image = frames.last();
+    QCOMPARE(image.size(), size);
+    for (const QPoint& at : {QPoint(1, 1), QPoint(size.width() - 2, 1),
+                             QPoint(1, size.height() - 2),
+                             QPoint(size.width() - 2, size.height() - 2)}) {
+        const int y = topDown ? at.y() : size.height() - 1 - at.y();
+        QCOMPARE(image.pixelColor(at.x(), y).rgb(),
+                 QColor(PictureFormat::colourAt(size, at.x(), at.y())).rgb());
+    }
+}
+
+void DirectShowPreviewTest::framesComeOnAnotherThread()
+{
+    const Frames frames(*m_camera);
+    QVERIFY(open());
+    QVERIFY(m_camera->startCapture());
+    QTRY_VERIFY(frames.count() > 0);
+    QVERIFY(frames.thread() != QThread::currentThreadId());
+}
+
+void DirectShowPreviewTest::framesComeAsFastAsTheCamera()
+{
+    const Frames frames(*m_camera);
+    QVERIFY(open());
+    QVERIFY(m_camera->startCapture());
+    QTRY_VERIFY(frames.count() >= 60);
+    m_camera->stopCapture();
+    // None is left out and none doubled on the way.
+    QVERIFY(qAbs(frames.count() - m_device->script().framesTaken) <= 1);
+}
+
+void DirectShowPreviewTest::pictureFillsTheWindow()
+{
+    QVERIFY(open());
+    QVERIFY(m_camera->startCapture());
+    HWND video = videoWindowIn(*m_window);
+    QVERIFY(video);
+    QVERIFY(::IsWindowVisible(video));
+    QCOMPARE(placeIn(video, *m_window), QRect(0, 0, 400, 300));
+    const LONG_PTR style = ::GetWindowLongPtrW(video, GWL_STYLE);
+    QCOMPARE(style & (WS_CHILD | WS_CLIPCHILDREN | WS_CAPTION), WS_CHILD | WS_CLIPCHILDREN);
+
+    QTRY_VERIFY(m_device->script().framesTaken > 5);
+    const QSize size = m_device->script().size;
+    const auto shown = [this](int x, int y) {
+        HDC screen = ::GetDC(nullptr);
+        POINT at{x, y};
+        ::ClientToScreen(reinterpret_cast<HWND>(m_window->winId()), &at);
+        const COLORREF colour = ::GetPixel(screen, at.x, at.y);
+        ::ReleaseDC(nullptr, screen);
+        return QColor(GetRValue(colour), GetGValue(colour), GetBValue(colour)).name();
+    };
+    const auto expected = [&size](int x, int y) {
+        return QColor(PictureFormat::colourAt(size, x, y)).name();
+    };
+    QTRY_COMPARE(shown(10, 10), expected(0, 0));
+    QCOMPARE(shown(390, 10), expected(size.width() - 1, 0));
+    QCOMPARE(shown(10, 290), expected(0, size.height() - 1));
+    QCOMPARE(shown(390, 290), expected(size.width() - 1, size.height() - 1));
+}
+
+void DirectShowPreviewTest::pictureFollowsItsWindow()
+{
+    QVERIFY(open());
+    QVERIFY(m_camera->startCapture());
+    HWND video = videoWindowIn(*m_window);
+    m_window->move(m_window->pos() + QPoint(50, 40));
+    QTRY_COMPARE(placeIn(video, *m_window), QRect(0, 0, 400, 300));
+    m_window->hide();
+    QTRY_VERIFY(!::IsWindowVisible(video));
+    m_window->show();
+    QTRY_VERIFY(::IsWindowVisible(video));
+}
+
+void DirectShowPreviewTest::windowThatIsNoneLeavesTheGraphRunning()
+{
+    const Frames frames(*m_camera);
+    QVERIFY(m_camera->openDevice(SoftCamera::supportedPath(1), 0x7FFFFFFC));
+    QVERIFY(m_camera->startCapture());
+    QVERIFY(m_camera->isRunning());
+    QTRY_VERIFY(frames.count() > 0);
+    QVERIFY(!videoWindowIn(*m_window));
+}
+
+void DirectShowPreviewTest::stopEndsTheStreamAndHidesThePicture()
+{
+    const Frames frames(*m_camera);
+    QVERIFY(open());
+    QVERIFY(m_camera->startCapture());
+    QTRY_VERIFY(frames.count() > 0);
+    HWND video = videoWindowIn(*m_window);
+    m_camera->stopCapture();
+    QVERIFY(!m_camera->isRunning());
+    QVERIFY(m_camera->isGraphBuilt());
+    QVERIFY(!::IsWindowVisible(video));
+    QCOMPARE(m_device->script().streamsAlive.load(), 0);
+    const int atStop = frames.count();
+    QTest::qWait(150);
+    QCOMPARE(frames.count(), atStop);
+}
+
+void DirectShowPreviewTest::streamCanBeStartedAgain()
+{
+    const Frames frames(*m_camera);
+    QVERIFY(open());
+    for (int round = 0; round < 3; ++round) {
+        const int before = frames.count();
+        QVERIFY(m_camera->startCapture());
+        QTRY_VERIFY(frames.count() > before + 2);
+        QVERIFY(::IsWindowVisible(videoWindowIn(*m_window)));
+        m_camera->stopCapture();
+    }
+    QCOMPARE(m_device->script().binds.load(), 1);
+}
+
+void DirectShowPreviewTest::closingGivesTheCameraBack()
+{
+    QVERIFY(open());
+    QVERIFY(m_camera->startCapture());
+    QCOMPARE(m_device->script().filtersAlive.load(), 1);
+    m_camera->closeDevice();
+    QVERIFY(!m_camera->isOpened());
+    QVERIFY(!m_camera->isRunning());
+    QVERIFY(!m_camera->startCapture());
+    QCOMPARE(m_device->script().filtersAlive.load(), 0);
+}
+
+void DirectShowPreviewTest::openingAgainReplacesTheGraph()
+{
+    const Frames frames(*m_camera);
+    QVERIFY(open());
+    QVERIFY(m_camera->startCapture());
+    QVERIFY(open());
+    QCOMPARE(m_device->script().filtersAlive.load(), 1);
+    QVERIFY(m_camera->startCapture());
+    QTRY_VERIFY(frames.count() > 0);
+}
+
+void DirectShowPreviewTest::failedAttemptLeavesNothingBehind()
+{
+    m_device->script().subtypes.clear();
+    QVERIFY(!open());
+    QVERIFY(!m_camera->isGraphBuilt());
+    m_device->script().subtypes = PictureFormat::all();
+    QVERIFY(open());
+    QCOMPARE(m_device->script().filtersAlive.load(), 1);
+    QVERIFY(m_camera->startCapture());
+}
+
+void DirectShowPreviewTest::cameraInUseIsNoticed_data()
+{
+    QTest::addColumn<int>("refusal");
+    QTest::newRow("busy") << static_cast<int>(kBusy);
+    QTest::newRow("no resources") << static_cast<int>(kNoResources);
+}
+
+void DirectShowPreviewTest::cameraInUseIsNoticed()
+{
+    QFETCH(int, refusal);
+    m_device->script().reportsRefusal = isWine();
+    QVERIFY(open());
+    m_device->script().pauseResult = refusal;
+    QVERIFY(!m_camera->startCapture());
+    QVERIFY(!m_camera->isRunning());
+
+    m_device->script().pauseResult = S_OK; // the other program let go
+    QVERIFY(m_camera->startCapture());
+    QVERIFY(m_camera->isRunning());
+}
+
+void DirectShowPreviewTest::cameraThatCannotBeBoundDoesNotOpen()
+{
+    m_device->script().bindResult = kBusy;
+    QVERIFY(!open());
+    QVERIFY(!m_camera->isOpened());
+    QCOMPARE(m_device->script().filtersAlive.load(), 0);
+}
+
+void DirectShowPreviewTest::amplifierTellsRanges()
+{
+    QVERIFY(open());
+    m_camera->initVideoProcAmp();
+    QCOMPARE(m_camera->getBrightRange(), qMakePair(0, 255));
+    QCOMPARE(m_camera->getContrastRange(), qMakePair(10, 90));
+    QCOMPARE(m_camera->getSaturationRange(), qMakePair(-64, 64));
+    QCOMPARE(m_camera->getSharpnessRange(), qMakePair(0, 7));
+}
+
+void DirectShowPreviewTest::amplifierTakesValues()
+{
+    QVERIFY(open());
+    m_camera->initVideoProcAmp();
+    QCOMPARE(m_camera->getBright(), 128);
+    QCOMPARE(m_camera->getContrast(), 50);
+    QCOMPARE(m_camera->getSaturation(), 0);
+    QCOMPARE(m_camera->getSharpness(), 3);
+    QVERIFY(m_camera->setBright(200));
+    QVERIFY(m_camera->setContrast(20));
+    QVERIFY(m_camera->setSaturation(-30));
+    QVERIFY(m_camera->setSharpness(7));
+    QCOMPARE(m_camera->getBright(), 200);
+    QCOMPARE(m_camera->getContrast(), 20);
+    QCOMPARE(m_camera->getSaturation(), -30);
+    QCOMPARE(m_camera->getSharpness(), 7);
+}
+
+void DirectShowPreviewTest::amplifierRefusesValuesOutOfRange()
+{
+    QVERIFY(open());
+    m_camera->initVideoProcAmp();
+    QVERIFY(m_camera->setBright(10));
+    QVERIFY(!m_camera->setBright(256));
+    QCOMPARE(m_camera->getBright(), 10);
+    QCOMPARE(m_device->script().writes().size(), std::size_t{1});
+}
+
+void DirectShowPreviewTest::writeCarriesTheFlagsLastRead()
+{
+    QVERIFY(open());
+    m_camera->initVideoProcAmp();
+    m_camera->getContrastRange();
+    QVERIFY(m_camera->setContrast(60));
+    m_camera->getContrast();
+    QVERIFY(m_camera->setContrast(61));
+    const auto writes = m_device->script().writes();
+    QCOMPARE(writes.size(), std::size_t{2});
+    QCOMPARE(writes.at(0).flags, Amplifier::kCapabilities);
+    QCOMPARE(writes.at(1).flags, Amplifier::kManual);
+}
+
+void DirectShowPreviewTest::cameraWithoutAmplifierHasNoValues()
+{
+    m_device->script().hasAmplifier = false;
+    QVERIFY(open());
+    m_camera->initVideoProcAmp();
+    QCOMPARE(m_camera->getBrightRange(), qMakePair(0, 0));
+    QVERIFY(!m_camera->setBright(200));
+    QCOMPARE(m_camera->getBright(), 0);
+}
+
+void DirectShowPreviewTest::amplifierNeedsAnOpenDevice()
+{
+    m_camera->initVideoProcAmp();
+    QVERIFY(!m_camera->setBright(1));
+    QCOMPARE(m_camera->getBrightRange(), qMakePair(0, 0));
+}
+
+QTEST_MAIN(DirectShowPreviewTest)
+#include "DirectShowPreviewTest.moc"

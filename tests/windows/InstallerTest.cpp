@@ -1,0 +1,206 @@
+#include "ProgramWindow.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QtTest>
+
+namespace {
+
+constexpr int kPatience = 60000;
+
+QString localData()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+}
+
+QVariant uninstallValue(const char* name)
+{
+    return QSettings(QStringLiteral("HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\"
+                                    "CurrentVersion\\Uninstall\\MarvikTools"),
+                     QSettings::NativeFormat)
+        .value(QLatin1String(name));
+}
+
+/// Runs @p program and waits for it; -1 when it does not end by itself.
+int run(const QString& program, const QString& arguments)
+{
+    QProcess process;
+    process.setNativeArguments(arguments);
+    process.start(program, {});
+    return process.waitForFinished(kPatience) ? process.exitCode() : -1;
+}
+
+} // namespace
+
+/// The installer, as a user runs it without questions. In a Wine prefix of its own.
+class InstallerTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup();
+
+    void installsForTheUserAlone();
+    void installedProgramStarts();
+    void folderWithSpacesCanBeChosen();
+    void upgradeClosesTheRunningProgram();
+    void upgradeTakesOldFilesAway();
+    void uninstallingKeepsTheSettings();
+    void uninstallingRemovesTheSettingsWhenTold();
+    void uninstallingKeepsFilesOfOthers();
+
+private:
+    static int install(const QString& folder = QString())
+    {
+        return run(QStringLiteral(MARVIK_SETUP),
+                   folder.isEmpty() ? QStringLiteral("/S")
+                                    : QStringLiteral("/S /D=") + QDir::toNativeSeparators(folder));
+    }
+    /// What the system's list of programs runs; removes itself through a copy, so the end shows in
+    /// the files.
+    static void uninstall(const QString& more = QString())
+    {
+        const QString command = uninstallValue("QuietUninstallString").toString();
+        if (!command.isEmpty())
+            run(command.section(QLatin1Char('"'), 1, 1), QStringLiteral("/S ") + more);
+    }
+    static QString folder() { return uninstallValue("InstallLocation").toString(); }
+    static QString file(const QString& name) { return folder() + QLatin1Char('/') + name; }
+    static QString shortcut()
+    {
+        return QStandardPaths::writableLocation(QStandardPaths::ApplicationsLocation) +
+               QStringLiteral("/MarvikTools.lnk");
+    }
+    /// The settings of a camera, as the program stores them.
+    static QString storeSettings()
+    {
+        const QString folder = localData() + QStringLiteral("/MarvikTools/cache");
+        QDir().mkpath(folder);
+        QFile settings(folder + QStringLiteral("/device.ini"));
+        if (settings.open(QIODevice::WriteOnly))
+            settings.write("[SN1]\nbright=1\n");
+        return settings.fileName();
+    }
+};
+
+void InstallerTest::cleanup()
+{
+    if (programWindow()) {
+        const WindowProcess program(programWindow());
+        program.quit();
+        QVERIFY(program.waitForEnd(kPatience));
+    }
+    uninstall(QStringLiteral("/SETTINGS"));
+    QTRY_VERIFY_WITH_TIMEOUT(folder().isEmpty(), kPatience);
+}
+
+void InstallerTest::installsForTheUserAlone()
+{
+    QCOMPARE(install(), 0);
+    QCOMPARE(QDir::cleanPath(QDir::fromNativeSeparators(folder())),
+             QDir::cleanPath(localData() + QStringLiteral("/Programs/MarvikTools")));
+    QVERIFY(QFileInfo::exists(file("MarvikTools.exe")));
+    QVERIFY(QFileInfo::exists(file("config.json")));
+    QVERIFY(QFileInfo::exists(file("platforms/qwindows.dll")));
+    QVERIFY(QFileInfo::exists(file("Uninstall.exe")));
+    QVERIFY(QFileInfo::exists(shortcut()));
+    QCOMPARE(uninstallValue("DisplayVersion").toString(), QString(MARVIK_VERSION));
+    QVERIFY(uninstallValue("UninstallString").toString().startsWith(QLatin1Char('"')));
+    QVERIFY(!uninstallValue("EstimatedSize").toString().isEmpty());
+
+    uninstall();
+    QTRY_VERIFY_WITH_TIMEOUT(folder().isEmpty(), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        !QFileInfo::exists(localData() + QStringLiteral("/Programs/MarvikTools")), kPatience);
+    QVERIFY(!QFileInfo::exists(shortcut()));
+}
+
+void InstallerTest::installedProgramStarts()
+{
+    QCOMPARE(install(), 0);
+    // With nothing but its own folder and the system's to find libraries in.
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("PATH"), QStringLiteral("C:\\windows\\system32;C:\\windows"));
+    environment.remove(QStringLiteral("WINEPATH"));
+    program.setProcessEnvironment(environment);
+    program.start(file("MarvikTools.exe"), {});
+    QTRY_VERIFY_WITH_TIMEOUT(programWindow() && ::IsWindowVisible(programWindow()), kPatience);
+    WindowProcess(programWindow()).quit();
+    QVERIFY(program.waitForFinished(kPatience));
+    QCOMPARE(program.exitCode(), 0);
+}
+
+void InstallerTest::folderWithSpacesCanBeChosen()
+{
+    const QString chosen = localData() + QStringLiteral("/A B/会议 Tools");
+    QCOMPARE(install(chosen), 0);
+    QCOMPARE(QDir::cleanPath(QDir::fromNativeSeparators(folder())), QDir::cleanPath(chosen));
+    QVERIFY(QFileInfo::exists(chosen + QStringLiteral("/MarvikTools.exe")));
+    uninstall();
+    QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(chosen), kPatience);
+}
+
+void InstallerTest::upgradeClosesTheRunningProgram()
+{
+    QCOMPARE(install(), 0);
+    QVERIFY(QProcess::startDetached(file("MarvikTools.exe"), {}));
+    QTRY_VERIFY_WITH_TIMEOUT(programWindow() && ::IsWindowVisible(programWindow()), kPatience);
+    const WindowProcess program(programWindow());
+    QCOMPARE(install(), 0);
+    QVERIFY(program.waitForEnd(0));
+    QCOMPARE(program.exitCode(), DWORD{0});
+    QVERIFY(QFileInfo::exists(file("MarvikTools.exe")));
+}
+
+void InstallerTest::upgradeTakesOldFilesAway()
+{
+    const QString before = localData() + QStringLiteral("/Old Place");
+    QCOMPARE(install(before), 0);
+    const QString settings = storeSettings();
+    const QString after = localData() + QStringLiteral("/New Place");
+    QCOMPARE(install(after), 0);
+    QCOMPARE(QDir::cleanPath(QDir::fromNativeSeparators(folder())), QDir::cleanPath(after));
+    QVERIFY(!QFileInfo::exists(before));
+    QVERIFY(QFileInfo::exists(settings));
+}
+
+void InstallerTest::uninstallingKeepsTheSettings()
+{
+    QCOMPARE(install(), 0);
+    const QString settings = storeSettings();
+    uninstall();
+    QTRY_VERIFY_WITH_TIMEOUT(folder().isEmpty(), kPatience);
+    QVERIFY(QFileInfo::exists(settings));
+}
+
+void InstallerTest::uninstallingRemovesTheSettingsWhenTold()
+{
+    QCOMPARE(install(), 0);
+    const QString settings = storeSettings();
+    uninstall(QStringLiteral("/SETTINGS"));
+    QTRY_VERIFY_WITH_TIMEOUT(folder().isEmpty(), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(settings), kPatience);
+}
+
+void InstallerTest::uninstallingKeepsFilesOfOthers()
+{
+    QCOMPARE(install(), 0);
+    const QString place = folder();
+    QFile other(file("notes.txt"));
+    QVERIFY(other.open(QIODevice::WriteOnly));
+    other.close();
+    uninstall();
+    QTRY_VERIFY_WITH_TIMEOUT(folder().isEmpty(), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(place + QStringLiteral("/MarvikTools.exe")),
+                             kPatience);
+    QVERIFY(other.exists());
+    QVERIFY(other.remove());
+    QVERIFY(QDir().rmdir(place));
+}
+
+QTEST_GUILESS_MAIN(InstallerTest)
+#include "InstallerTest.moc"

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QString>
+#include <qt_windows.h>
+
+/// The main window of the program in whichever process; found while it hides in the tray, too.
+inline HWND programWindow()
+{
+    return ::FindWindowW(nullptr, L"MarvikTools");
+}
+
+/// The process of a window, from which its end can be waited for.
+class WindowProcess
+{
+public:
+    explicit WindowProcess(HWND window)
+    {
+        DWORD id = 0;
+        m_thread = ::GetWindowThreadProcessId(window, &id);
+        m_process = ::OpenProcess(SYNCHRONIZE | PROCESS_QUERY_INFORMATION | PROCESS_TERMINATE, FALSE,
+                                  id);
+    }
+    ~WindowProcess() { ::CloseHandle(m_process); }
+    WindowProcess(const WindowProcess&) = delete;
+    WindowProcess& operator=(const WindowProcess&) = delete;
+
+    /// Asks for what "Quit" in the tray's menu does.
+    void quit() const { ::PostThreadMessageW(m_thread, WM_QUIT, 0, 0); }
+    [[nodiscard]] bool waitForEnd(DWORD milliseconds) const
+    {
+        return ::WaitForSingleObject(m_process, milliseconds) == WAIT_OBJECT_0;
+    }
+    [[nodiscard]] DWORD exitCode() const
+    {
+        DWORD code = STILL_ACTIVE;
+        ::GetExitCodeProcess(m_process, &code);
+        return code;
+    }
+
+private:
+    HANDLE m_process = nullptr;
+    DWORD m_thread = 0;
+};
