@@ -8,12 +8,12 @@ RequestAddress RequestAddress::parse(const std::string& text)
 {
     RequestAddress address;
     address.url = QUrl(QString::fromStdString(text), QUrl::TolerantMode);
-    if (!address.url.isValid() || address.url.isRelative())
+    const bool absolute = address.url.isValid() && !address.url.isRelative();
+    const bool secure = address.url.scheme() == QLatin1String("https");
+    if (!absolute || (secure && address.url.host().isEmpty()))
         address.error = HttpError::InvalidUrl;
-    else if (address.url.scheme() != QLatin1String("https"))
+    else if (!secure)
         address.error = HttpError::UnsupportedScheme;
-    else if (address.url.host().isEmpty())
-        address.error = HttpError::InvalidUrl;
     return address;
 }
 

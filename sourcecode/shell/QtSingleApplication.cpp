@@ -23,7 +23,7 @@ QtSingleApplication::~QtSingleApplication() = default;
 
 QString QtSingleApplication::instanceDirectory()
 {
-    const QString directory = Desktop::instanceDirectory();
+    QString directory = Desktop::instanceDirectory();
     QDir().mkpath(directory);
     return directory;
 }

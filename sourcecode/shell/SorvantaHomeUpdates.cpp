@@ -30,7 +30,8 @@ constexpr const char* kDevelopmentFirmwareKey = "development/firmwareFile";
 void SorvantaHome::readConfigFile()
 {
     const QString path = QCoreApplication::applicationDirPath() + QStringLiteral("/config.json");
-    for (const ApplicationConfig::VersionInfo& info : ApplicationConfig::read(path)) {
+    const QList<ApplicationConfig::VersionInfo> infos = ApplicationConfig::read(path);
+    for (const ApplicationConfig::VersionInfo& info : infos) {
         m_aboutPage->setHashCode(info.hashCode);
         mVersion = info.version;
         m_applicationBody = UpdateCheck::applicationBody(mVersion);
@@ -235,7 +236,8 @@ bool SorvantaHome::refuseBusyCamera(const DeviceWidgetInfo& info)
 
 void SorvantaHome::finishTransfer()
 {
-    for (QWidget* window : QApplication::topLevelWidgets())
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget* window : windows)
         window->hide();
     m_trayIcon->hide();
     m_updateTimer->stop();

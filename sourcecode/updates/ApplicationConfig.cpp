@@ -16,7 +16,7 @@ QList<ApplicationConfig::VersionInfo> ApplicationConfig::read(const QString& pat
                                   .arg(QStringLiteral("SorvantaHome::readConfigFile"));
         return {};
     }
-    QJsonParseError error;
+    QJsonParseError error = {};
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
     if (error.error != QJsonParseError::NoError) {
         qDebug().noquote() << QStringLiteral("JsonParseError: %1").arg(error.errorString());
@@ -24,10 +24,12 @@ QList<ApplicationConfig::VersionInfo> ApplicationConfig::read(const QString& pat
     }
 
     const QJsonObject object = document.object();
-    for (const QString& key : object.keys())
+    const QStringList keys = object.keys();
+    for (const QString& key : keys)
         qDebug() << key;
     QList<VersionInfo> result;
-    for (const QJsonValue& entry : object.value(QLatin1String("versionInfo")).toArray()) {
+    const QJsonArray entries = object.value(QLatin1String("versionInfo")).toArray();
+    for (const auto& entry : entries) {
         const QJsonObject info = entry.toObject();
         result.append({info.value(QLatin1String("version")).toString(),
                        info.value(QLatin1String("hashcode")).toString()});

@@ -32,7 +32,7 @@ std::string UpdateCheck::url()
 
 QString UpdateCheck::caFile()
 {
-    const QString path = QString::fromUtf8(Vendor::updateCaFile());
+    QString path = QString::fromUtf8(Vendor::updateCaFile());
     if (path.isEmpty())
         return path;
     return QDir(QCoreApplication::applicationDirPath()).absoluteFilePath(path);
@@ -54,7 +54,7 @@ QJsonObject UpdateCheck::getJsonObjectFromString(const QString& answer)
     const QJsonDocument document = QJsonDocument::fromJson(answer.toLocal8Bit());
     if (document.isNull())
         qDebug() << "===> please check the string " << answer;
-    const QJsonObject object = document.object();
+    QJsonObject object = document.object();
     qDebug() << object;
     qDebug() << object.value(QLatin1String("details")).toString();
     return object;

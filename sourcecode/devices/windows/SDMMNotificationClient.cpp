@@ -36,8 +36,8 @@ QByteArray consoleText(const wchar_t* text)
     if (!text)
         return {};
     constexpr int withTerminator = -1;
-    const int count = ::WideCharToMultiByte(CP_OEMCP, 0, text, withTerminator, nullptr, 0, nullptr,
-                                            nullptr);
+    const int count =
+        ::WideCharToMultiByte(CP_OEMCP, 0, text, withTerminator, nullptr, 0, nullptr, nullptr);
     QByteArray bytes(count, '\0');
     ::WideCharToMultiByte(CP_OEMCP, 0, text, withTerminator, bytes.data(), count, nullptr, nullptr);
     bytes.chop(1);
