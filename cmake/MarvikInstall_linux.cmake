@@ -52,11 +52,12 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "https://www.sorvanta.invalid/")
-set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "configures USB conference cameras
- MarvikTools finds the supported conference cameras that are plugged in, shows
- their picture and changes their settings: image, field of view, automatic
- framing, mirroring and microphone sensitivity. It keeps the settings of each
- camera and installs new firmware.")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "configures USB conference cameras")
+set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
+"MarvikTools finds the supported conference cameras that are plugged in, shows
+their picture and changes their settings: image, field of view, automatic
+framing, mirroring and microphone sensitivity. It keeps the settings of each
+camera and installs new firmware.")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # What no linker knows: the elements of the preview, and the drawings of the program.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS

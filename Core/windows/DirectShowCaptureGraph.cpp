@@ -96,8 +96,8 @@ bool DirectShowCaptureGraph::bindCaptureSource(const QString& devicePath)
 {
     for (const VideoInput& input : listVideoInputs()) {
         if (VideoDevices::withFallbacks(input.properties).devicePath == devicePath)
-            return SUCCEEDED(input.moniker->BindToObject(
-                nullptr, nullptr, __uuidof(IBaseFilter), m_captureFilter.putVoid()));
+            return SUCCEEDED(input.moniker->BindToObject(nullptr, nullptr, __uuidof(IBaseFilter),
+                                                         m_captureFilter.putVoid()));
     }
     return false;
 }

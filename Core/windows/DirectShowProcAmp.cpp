@@ -31,6 +31,6 @@ bool DirectShowProcAmp::get(VideoProcAmpRecord& record)
 bool DirectShowProcAmp::set(const VideoProcAmpRecord& record, long value)
 {
     const auto amplifier = m_captureFilter.query<IAMVideoProcAmp>();
-    return amplifier && SUCCEEDED(amplifier->Set(static_cast<long>(record.property), value,
-                                                 record.flags));
+    return amplifier &&
+           SUCCEEDED(amplifier->Set(static_cast<long>(record.property), value, record.flags));
 }

@@ -4,8 +4,8 @@
 
 class SampleGrabberCallback;
 
-/// The COM face of SampleGrabberCallback: what the sample grabber of a graph calls. It belongs to the
-/// graph's owner, so counting references keeps nothing alive.
+/// The COM face of SampleGrabberCallback: what the sample grabber of a graph calls. It belongs to
+/// the graph's owner, so counting references keeps nothing alive.
 class GrabberCallback final : public ISampleGrabberCB
 {
 public:

@@ -54,11 +54,21 @@ UninstPage custom un.askAboutSettings un.readAnswer
 ; firmware into a camera.
 !macro closeProgram prefix
 Function ${prefix}closeProgram
-    System::Call 'user32::FindWindowW(p 0, w "${PRODUCT}") p .r0'
+    ; Its hidden window tells which process is the program's: a folder of the name has a window with the
+    ; same title.
+    System::Call 'user32::FindWindowW(w "velmarin", p 0) p .r0'
     ${If} $0 P= 0
         Return
     ${EndIf}
-    System::Call 'user32::GetWindowThreadProcessId(p r0, *i .r2) i .r1'
+    System::Call 'user32::GetWindowThreadProcessId(p r0, *i .r2)'
+    StrCpy $0 0
+    ${Do}
+        System::Call 'user32::FindWindowExW(p 0, p r0, p 0, w "${PRODUCT}") p .r0'
+        ${If} $0 P= 0
+            Return
+        ${EndIf}
+        System::Call 'user32::GetWindowThreadProcessId(p r0, *i .r3) i .r1'
+    ${LoopUntil} $3 = $2
     System::Call 'kernel32::OpenProcess(i 0x00100000, i 0, i r2) p .r3' ; SYNCHRONIZE
     System::Call 'user32::PostThreadMessageW(i r1, i 0x0012, p 0, p 0)' ; WM_QUIT
     System::Call 'kernel32::WaitForSingleObject(p r3, i 15000) i .r4'

@@ -113,6 +113,8 @@ void SorvantaHome::verifyReturningCamera(const HidDevices& device)
         return;
 
     qDebug() << "插入的设备是更新的设备，并且loading页显示";
+    // It may have another name now; a second attempt goes there.
+    mDeviceWidgetInfo.hidPath = device.path;
     const bool connected = UVCHid::getCameraConnectionStatus(device.path.toUtf8().constData(),
                                                              device.vendorId, device.productId);
     mDeviceWidgetInfo.status = connected ? 1 : 0;

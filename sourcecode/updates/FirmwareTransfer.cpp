@@ -9,12 +9,14 @@
 FirmwareTransfer::FirmwareTransfer(QObject* parent)
     : QObject(parent)
 {
-    connect(&m_worker, &QFutureWatcher<bool>::finished, this, &FirmwareTransfer::end);
+    connect(&m_worker, &QFutureWatcher<void>::finished, this, &FirmwareTransfer::end);
 }
 
 FirmwareTransfer::~FirmwareTransfer()
 {
     m_worker.waitForFinished();
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_camera.reset();
 }
 
 bool FirmwareTransfer::start(const QString& hidPath, const QString& file)
@@ -22,8 +24,11 @@ bool FirmwareTransfer::start(const QString& hidPath, const QString& file)
     if (isRunning())
         return false;
     m_hidPath = hidPath;
-    m_camera = std::make_unique<UVCCamera>();
-    m_camera->setCurrentDevicePath(hidPath);
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_camera = std::make_unique<UVCCamera>();
+        m_camera->setCurrentDevicePath(hidPath);
+    }
     m_inhibitor = std::make_unique<SleepInhibitor>(tr("Firmware is written into a camera"));
     m_worker.setFuture(QtConcurrent::run(this, &FirmwareTransfer::cameraUpdateFile, file));
     return true;
@@ -40,7 +45,13 @@ void FirmwareTransfer::cameraLeft()
 }
 
 /// On the worker.
-bool FirmwareTransfer::cameraUpdateFile(const QString& path)
+void FirmwareTransfer::cameraUpdateFile(const QString& path)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_sent = write(path);
+}
+
+bool FirmwareTransfer::write(const QString& path)
 {
     qDebug() << "slotCameraUpdateFile" << path;
     if (!m_camera->initHid()) {
@@ -53,8 +64,13 @@ bool FirmwareTransfer::cameraUpdateFile(const QString& path)
 
 void FirmwareTransfer::end()
 {
-    m_camera.reset();
+    bool sent = false;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_camera.reset();
+        sent = m_sent;
+    }
     m_inhibitor.reset();
     m_hidPath.clear();
-    emit finished(m_worker.result());
+    emit finished(sent);
 }

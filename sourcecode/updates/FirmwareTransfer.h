@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <mutex>
 #include <QFutureWatcher>
 #include <QObject>
 #include <QString>
@@ -44,11 +45,14 @@ signals:
     void finished(bool sent);
 
 private:
-    bool cameraUpdateFile(const QString& path);
+    void cameraUpdateFile(const QString& path);
+    bool write(const QString& path);
     void end();
 
-    std::unique_ptr<UVCCamera> m_camera; ///< the worker's as long as one runs
+    std::mutex m_mutex;                  ///< the worker's as long as one runs
+    std::unique_ptr<UVCCamera> m_camera; ///< under the mutex; made and destroyed without a worker
+    bool m_sent = false;                 ///< under the mutex
     std::unique_ptr<SleepInhibitor> m_inhibitor;
-    QFutureWatcher<bool> m_worker;
+    QFutureWatcher<void> m_worker;
     QString m_hidPath;
 };

@@ -35,12 +35,18 @@ private:
 
 SleepInhibitor::SleepInhibitor(const QString& why)
 {
+    // A call without a bus is never told as finished.
+    const QDBusConnection bus = QDBusConnection::systemBus();
+    if (!bus.isConnected()) {
+        qWarning() << "the system may go to sleep:" << bus.lastError().message();
+        return;
+    }
     QDBusMessage message = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
         QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("Inhibit"));
     message.setArguments({QStringLiteral("idle:sleep"), QStringLiteral("MarvikTools"), why,
                           QStringLiteral("block")});
-    m_hold = std::make_unique<Hold>(QDBusConnection::systemBus().asyncCall(message));
+    m_hold = std::make_unique<Hold>(bus.asyncCall(message));
 }
 
 SleepInhibitor::~SleepInhibitor() = default;

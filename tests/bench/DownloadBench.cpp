@@ -1,4 +1,5 @@
 #include "CHttpClient.h"
+#include "PackageService.h"
 #include "RatioTable.h"
 #include "STHTTPDownloadRequest.h"
 
@@ -35,43 +36,6 @@ double secondsSince(std::chrono::steady_clock::time_point start)
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-/// The update service as a process of its own, with one package.
-class Service
-{
-public:
-    explicit Service(const QString& directory)
-        : m_directory(directory)
-    {
-        QFile package(directory + "/package");
-        if (!package.open(QIODevice::WriteOnly) || !package.resize(kPackageBytes))
-            fail("there is no room for the package");
-        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_process.start(QCoreApplication::applicationDirPath() + "/updateservice",
-                        {"--certificates", directory, "--package", package.fileName()});
-        if (!m_process.waitForReadyRead(kPatienceMs))
-            fail("the service does not start");
-        m_port = m_process.readLine().trimmed().split(' ').last();
-    }
-    ~Service()
-    {
-        m_process.terminate();
-        m_process.waitForFinished();
-    }
-    Service(const Service&) = delete;
-    Service& operator=(const Service&) = delete;
-
-    [[nodiscard]] QString url() const
-    {
-        return "https://localhost:" + m_port + "/packages/package";
-    }
-    [[nodiscard]] QString authorityFile() const { return m_directory + "/authority.pem"; }
-
-private:
-    QString m_directory;
-    QString m_port;
-    QProcess m_process;
-};
-
 void expectWhole(const QString& file)
 {
     if (QFile(file).size() != kPackageBytes)
@@ -79,7 +43,7 @@ void expectWhole(const QString& file)
     QFile::remove(file);
 }
 
-double withCurl(const Service& service, const QString& file)
+double withCurl(const PackageService& service, const QString& file)
 {
     const auto start = std::chrono::steady_clock::now();
     QProcess curl;
@@ -93,7 +57,7 @@ double withCurl(const Service& service, const QString& file)
     return seconds;
 }
 
-double withTheLibrary(CHttpClient& client, const Service& service, const QString& file)
+double withTheLibrary(CHttpClient& client, const PackageService& service, const QString& file)
 {
     std::mutex mutex;
     std::condition_variable changed;
@@ -129,7 +93,7 @@ int main(int argc, char** argv)
     const QTemporaryDir directory("/dev/shm/marvik-download-XXXXXX");
     if (!directory.isValid())
         fail("there is no memory to write to");
-    const Service service(directory.path());
+    const PackageService service(directory.path(), kPackageBytes);
     const QString file = directory.filePath("saved");
     CHttpClient client;
     client.setExtraCaFile(service.authorityFile().toStdString());

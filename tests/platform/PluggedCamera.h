@@ -21,6 +21,9 @@ public:
     PluggedCamera(const PluggedCamera&) = delete;
     PluggedCamera& operator=(const PluggedCamera&) = delete;
 
+    /// Its name on the control socket.
+    [[nodiscard]] const std::string& id() const { return m_id; }
+
     void plug() { m_client.plug(m_id); }
     void unplug() { m_client.unplug(m_id); }
 

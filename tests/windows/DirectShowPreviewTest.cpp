@@ -176,9 +176,9 @@ void DirectShowPreviewTest::framesArriveWithTheCamerasPicture()
     // The image is the buffer as it is, so rows from below come upside down.
     const QImage image = frames.last();
     QCOMPARE(image.size(), size);
-    for (const QPoint& at : {QPoint(1, 1), QPoint(size.width() - 2, 1),
-                             QPoint(1, size.height() - 2),
-                             QPoint(size.width() - 2, size.height() - 2)}) {
+    for (const QPoint& at :
+         {QPoint(1, 1), QPoint(size.width() - 2, 1), QPoint(1, size.height() - 2),
+          QPoint(size.width() - 2, size.height() - 2)}) {
         const int y = topDown ? at.y() : size.height() - 1 - at.y();
         QCOMPARE(image.pixelColor(at.x(), y).rgb(),
                  QColor(PictureFormat::colourAt(size, at.x(), at.y())).rgb());

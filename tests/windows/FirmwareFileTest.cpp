@@ -1,9 +1,9 @@
 #include "FirmwareFile.h"
 
 #include <gtest/gtest.h>
+#include <qt_windows.h>
 #include <QTemporaryDir>
 #include <QTextCodec>
-#include <qt_windows.h>
 
 namespace {
 
@@ -37,7 +37,8 @@ TEST(FirmwareFile, MissingFileDoesNotOpen)
 {
     const QTemporaryDir directory;
     QFile file;
-    EXPECT_FALSE(FirmwareFile::open(file, directory.filePath(QStringLiteral("none.bin")), gb2312()));
+    EXPECT_FALSE(
+        FirmwareFile::open(file, directory.filePath(QStringLiteral("none.bin")), gb2312()));
     EXPECT_FALSE(file.isOpen());
 }
 

@@ -1,5 +1,5 @@
-#include "SampleGrabberCallback.h"
 #include "windows/GrabberCallback.h"
+#include "SampleGrabberCallback.h"
 
 #include <array>
 #include <gtest/gtest.h>
@@ -14,9 +14,9 @@ protected:
     {
         receiver.setFrameSize({2, 2});
         callback.setReceiver(&receiver);
-        QObject::connect(&receiver, &SampleGrabberCallback::sigImage, &receiver,
-                         [this](const QImage& image) { images << image.copy(); },
-                         Qt::DirectConnection);
+        QObject::connect(
+            &receiver, &SampleGrabberCallback::sigImage, &receiver,
+            [this](const QImage& image) { images << image.copy(); }, Qt::DirectConnection);
     }
 
     SampleGrabberCallback receiver;

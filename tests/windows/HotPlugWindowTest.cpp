@@ -70,7 +70,8 @@ struct Broadcast
         interface.dbcc_size = sizeof interface;
         interface.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
     }
-    DEV_BROADCAST_DEVICEINTERFACE_W interface{};
+    DEV_BROADCAST_DEVICEINTERFACE_W interface {
+    };
 };
 
 } // namespace

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
+#include <QScopeGuard>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QtTest>
@@ -149,7 +150,13 @@ void InstallerTest::upgradeClosesTheRunningProgram()
     QCOMPARE(install(), 0);
     QVERIFY(QProcess::startDetached(file("MarvikTools.exe"), {}));
     QTRY_VERIFY_WITH_TIMEOUT(programWindow() && ::IsWindowVisible(programWindow()), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(::FindWindowA("velmarin", nullptr), kPatience);
     const WindowProcess program(programWindow());
+    // As an open folder of that name has it.
+    HWND folderWindow = ::CreateWindowExW(0, L"STATIC", L"MarvikTools", WS_POPUP, 0, 0, 10, 10,
+                                          nullptr, nullptr, nullptr, nullptr);
+    QVERIFY(folderWindow);
+    const auto closeFolder = qScopeGuard([folderWindow] { ::DestroyWindow(folderWindow); });
     QCOMPARE(install(), 0);
     QVERIFY(program.waitForEnd(0));
     QCOMPARE(program.exitCode(), DWORD{0});

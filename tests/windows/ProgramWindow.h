@@ -17,8 +17,8 @@ public:
     {
         DWORD id = 0;
         m_thread = ::GetWindowThreadProcessId(window, &id);
-        m_process = ::OpenProcess(SYNCHRONIZE | PROCESS_QUERY_INFORMATION | PROCESS_TERMINATE, FALSE,
-                                  id);
+        m_process =
+            ::OpenProcess(SYNCHRONIZE | PROCESS_QUERY_INFORMATION | PROCESS_TERMINATE, FALSE, id);
     }
     ~WindowProcess() { ::CloseHandle(m_process); }
     WindowProcess(const WindowProcess&) = delete;

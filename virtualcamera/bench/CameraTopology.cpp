@@ -1,6 +1,6 @@
 #include "CameraTopology.h"
 
-#include "HidInterface.h"
+#include "core/ReportDescriptor.h"
 
 #include <cstdio>
 
@@ -116,7 +116,7 @@ SysfsDevice hidDevice(const SysfsDevice& parent, const CameraIdentity& identity,
     device.subsystem = "hid";
     device.path = parent.path +
                   format("/0003:%04X:%04X.%04X", identity.vendorId, identity.productId, instance);
-    device.binaryAttributes = {{"report_descriptor", HidInterface::reportDescriptor()}};
+    device.binaryAttributes = {{"report_descriptor", reportDescriptor()}};
     device.properties = {
         {"DRIVER", "hid-generic"},
         {"HID_ID", format("0003:%08X:%08X", identity.vendorId, identity.productId)},

@@ -30,8 +30,6 @@ public:
     std::size_t openHandles() const { return m_sessions.size(); }
     std::uint64_t totalOpens() const { return m_totalOpens; }
 
-    static const std::vector<std::uint8_t>& reportDescriptor();
-
 private:
     class HidSession;
 

@@ -1,6 +1,7 @@
 #include "VideoInterface.h"
 
 #include "CameraIdentity.h"
+#include "Picture.h"
 #include "PixelFormats.h"
 
 #include <algorithm>
@@ -371,34 +372,6 @@ std::string VideoInterface::mappingPath(int handle) const
     return m_context.root + "/frames/" + std::to_string(handle);
 }
 
-PictureState VideoInterface::pictureState() const
-{
-    const SettingsBank& bank = m_device.current();
-    PictureState state;
-    state.fourcc = m_format.pixelformat;
-    state.width = static_cast<int>(m_format.width);
-    state.height = static_cast<int>(m_format.height);
-    state.cameraName = m_identity.card;
-    state.mirrored = bank[Setting::HorizontalMirror] != 0;
-    state.fieldOfView = bank[Setting::CameraView];
-    if (bank[Setting::AutoFrameSwitch] != 0)
-        state.framing = Framing::Speaker;
-    else if (bank[Setting::FrameMaster] != 0)
-        state.framing = Framing::Stage;
-    const auto normalized = [this, &bank](Control control) {
-        const ControlRange& range = m_device.range(control);
-        const double distance = bank[control] - range.defaultValue;
-        const int span =
-            distance < 0 ? range.defaultValue - range.minimum : range.maximum - range.defaultValue;
-        return span > 0 ? distance / span : 0.0;
-    };
-    state.brightness = normalized(Control::Brightness);
-    state.contrast = normalized(Control::Contrast);
-    state.saturation = normalized(Control::Saturation);
-    state.sharpness = normalized(Control::Sharpness);
-    return state;
-}
-
 void VideoInterface::runFrames()
 {
     const Clock::time_point start = Clock::now();
@@ -429,7 +402,8 @@ void VideoInterface::makeFrame(std::unique_lock<std::mutex>& lock, double second
     const auto index = m_buffers.takeQueued();
     if (!index)
         return; // the program is slow, the camera does not wait
-    const PictureState state = pictureState();
+    const PictureState state =
+        pictureOf(m_device, m_identity, m_format.pixelformat, m_format.width, m_format.height);
     const std::shared_ptr<BufferMemory> memory = m_buffers.memory();
     const unsigned stream = m_streamNumber;
     const std::size_t capacity = m_format.sizeimage;

@@ -58,7 +58,6 @@ private:
     void release(VideoSession& session);
     std::string mappingPath(int handle) const;
 
-    PictureState pictureState() const;
     void runFrames();
     void makeFrame(std::unique_lock<std::mutex>& lock, double seconds);
 

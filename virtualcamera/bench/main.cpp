@@ -1,11 +1,13 @@
 #include "Bench.h"
-#include "BenchCommands.h"
 #include "ChildProcess.h"
 #include "CommandLine.h"
+#include "ControlCommands.h"
 #include "ControlServer.h"
 #include "protocol/ControlText.h"
 #include "SanitizerPreload.h"
 #include "Script.h"
+#include "Signals.h"
+#include "StopFlag.h"
 
 #include <array>
 #include <csignal>
@@ -25,16 +27,14 @@ namespace {
 constexpr int kUsageError = 2;
 constexpr std::chrono::milliseconds kEndPatience{5000};
 
-FileDescriptor blockSignals()
+const char* usage()
 {
-    // Before any thread starts, so that all of them leave these signals to the main loop.
-    sigset_t signals;
-    ::sigemptyset(&signals);
-    for (const int number : {SIGTERM, SIGINT, SIGHUP, SIGCHLD})
-        ::sigaddset(&signals, number);
-    ::sigprocmask(SIG_BLOCK, &signals, nullptr);
-    ::signal(SIGPIPE, SIG_IGN);
-    return FileDescriptor(::signalfd(-1, &signals, SFD_CLOEXEC));
+    return "usage: virtualcamera [--control SOCKET] [--script FILE]\n"
+           "                     [--plug ID[,key=value...]]... [-- program arguments...]\n"
+           "\n"
+           "Runs the program with virtual conference cameras in /dev and /sys. Without a program\n"
+           "it prints the environment to start one with and runs until SIGTERM.\n"
+           "Values are percent-encoded; a blank is %20, a comma %2c.\n";
 }
 
 Environment childEnvironment(const Bench& bench, const std::string& socket,
@@ -52,32 +52,6 @@ Environment childEnvironment(const Bench& bench, const std::string& socket,
         preload += std::string(":") + inherited;
     return {{"LD_PRELOAD", preload}, {"UMOCKDEV_DIR", bench.root()}, {kSocketVariable, socket}};
 }
-
-/// Lets a script sleep, until the bench ends.
-class StopFlag
-{
-public:
-    void raise()
-    {
-        {
-            const std::lock_guard<std::mutex> lock(m_mutex);
-            m_raised = true;
-        }
-        m_changed.notify_all();
-    }
-    /// False when the flag was raised.
-    bool sleep(long milliseconds)
-    {
-        std::unique_lock<std::mutex> lock(m_mutex);
-        return !m_changed.wait_for(lock, std::chrono::milliseconds(milliseconds),
-                                   [this] { return m_raised; });
-    }
-
-private:
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    bool m_raised = false;
-};
 
 /// Waits for signals, for the program's end and for the "quit" request.
 int mainLoop(const FileDescriptor& signals, const FileDescriptor& quit,
@@ -135,7 +109,7 @@ int run(const CommandLine& line)
     const FileDescriptor signals = blockSignals();
     const FileDescriptor quit(::eventfd(0, EFD_CLOEXEC));
     auto bench = std::make_unique<Bench>();
-    BenchCommands commands(*bench, [&quit] { ::eventfd_write(quit.get(), 1); });
+    ControlCommands commands(*bench, [&quit] { ::eventfd_write(quit.get(), 1); });
     const std::string socket =
         line.controlSocket.empty() ? bench->root() + "/control" : line.controlSocket;
     auto server = std::make_unique<ControlServer>(commands, socket);
@@ -183,12 +157,12 @@ int main(int argc, char** argv)
     try {
         const CommandLine line = CommandLine::parse(argc, argv);
         if (line.wantsHelp) {
-            std::cout << CommandLine::usage();
+            std::cout << usage();
             return 0;
         }
         return run(line);
     } catch (const std::invalid_argument& error) {
-        std::cerr << "virtualcamera: " << error.what() << '\n' << CommandLine::usage();
+        std::cerr << "virtualcamera: " << error.what() << '\n' << usage();
         return kUsageError;
     } catch (const std::exception& error) {
         std::cerr << "virtualcamera: " << error.what() << '\n';

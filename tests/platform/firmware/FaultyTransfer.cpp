@@ -12,6 +12,7 @@ constexpr int kImageBytes = 1010 * (TransferFault::kPackets - 1) + 77;
 
 FaultyTransfer::FaultyTransfer(const QString& fault)
     : m_image(FirmwareCamera::image(kImageBytes))
+    , m_pulled(fault.startsWith(QLatin1String("unplug-at")))
 {
     const QString file = m_camera.file(m_image);
     if (!fault.isEmpty())
@@ -37,7 +38,9 @@ QByteArray FaultyTransfer::complaint(bool hasAll)
         return "the camera has bytes that are not the image's";
     if (hasAll && *received != m_image)
         return "the camera has " + QByteArray::number(received->size()) + " bytes";
-    if (hasAll && !m_camera.startsAnew())
+    if (m_pulled && !m_camera->waitFor("offbus"))
+        return "the camera is still there";
+    if (!m_pulled && m_camera.wasToldTheEnd() && !m_camera.startsAnew())
         return "the camera does not start anew";
     const QString version = m_camera.versionAfterRestart();
     const char* expected = hasAll ? FirmwareCamera::kNewVersion : FirmwareCamera::kOldVersion;

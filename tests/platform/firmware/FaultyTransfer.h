@@ -26,6 +26,7 @@ public:
 private:
     FirmwareCamera m_camera;
     QByteArray m_image;
+    bool m_pulled = false;
     int m_descriptors = 0;
     bool m_sent = false;
     qint64 m_elapsedMs = 0;

@@ -21,8 +21,10 @@ std::uint16_t checksumOf(const QByteArray& bytes)
 
 } // namespace
 
+// A camera that leaves takes the answers along that nobody has read yet: a busy machine gets the
+// time to read them.
 FirmwareCamera::FirmwareCamera()
-    : m_camera({{"firmware", kOldVersion}, {"dropdelay", "20"}, {"returndelay", "30"}})
+    : m_camera({{"firmware", kOldVersion}, {"dropdelay", "250"}, {"returndelay", "30"}})
 {
 }
 
@@ -84,6 +86,14 @@ std::optional<QByteArray> FirmwareCamera::received()
     const bool same = static_cast<std::uint64_t>(bytes.size()) == taken.size &&
                       checksumOf(bytes) == taken.checksum;
     return same ? std::optional<QByteArray>(bytes) : std::nullopt;
+}
+
+bool FirmwareCamera::wasToldTheEnd()
+{
+    const auto entries = m_camera.requests();
+    return std::any_of(entries.begin(), entries.end(), [](const auto& entry) {
+        return entry.command == HidCommands::FirmwareEnd && entry.verdict == "ok";
+    });
 }
 
 bool FirmwareCamera::startsAnew()

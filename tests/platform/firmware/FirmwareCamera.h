@@ -40,9 +40,12 @@ public:
     [[nodiscard]] std::optional<QByteArray> received();
     /// Whether the last packet has come, too.
     [[nodiscard]] bool hasAll() { return m_camera.firmware().complete; }
+    /// Whether it has carried the end command out; not for one that was pulled at it.
+    [[nodiscard]] bool wasToldTheEnd();
     /// Whether it starts anew by itself, as it does when it was told the end of the image.
     [[nodiscard]] bool startsAnew();
-    /// The version that runs after the camera was without power, and its faults are over.
+    /// The version that runs after the camera was without power, and its faults are over. One that
+    /// starts anew has to have done so before.
     [[nodiscard]] QString versionAfterRestart();
 
 private:

@@ -31,7 +31,7 @@ constexpr std::array<Kind, 11> kKinds{{
     {"oversize 65535", TransferFault::Acknowledged},
     {"oversize 1", TransferFault::Acknowledged},
     {"short 12", TransferFault::Acknowledged},
-    {"late 150", TransferFault::Acknowledged},
+    {"late 10", TransferFault::Acknowledged},
 }};
 
 } // namespace
@@ -70,6 +70,10 @@ void FirmwareFaultTest::badAnswer_data()
     for (const Kind& kind : kKinds) {
         for (int at = TransferFault::kStart; at <= TransferFault::kEnd; ++at) {
             for (const TransferFault::Scope scope : kScopes) {
+                // What does no harm at all requests does none at one.
+                if (kind.effect == TransferFault::Acknowledged &&
+                    (at > TransferFault::kStart || scope != TransferFault::FromThenOn))
+                    continue;
                 const TransferFault fault{QLatin1String(kind.name), kind.effect, at, scope};
                 QTest::newRow(qPrintable(fault.title())) << fault;
             }
@@ -201,7 +205,9 @@ void FirmwareFaultTest::failedTransferIsFollowedByAGoodOne()
     camera->forgetRequests();
     QVERIFY(camera.write(file));
     QCOMPARE(camera.received(), std::optional<QByteArray>(image));
-    QCOMPARE(camera.versionAfterRestart(), QString::fromLatin1(FirmwareCamera::kNewVersion));
+    QVERIFY(camera->waitFor(sent ? "connections>=3" : "connections>=2"));
+    QCOMPARE(QString::fromStdString(camera->firmware().version),
+             QString::fromLatin1(FirmwareCamera::kNewVersion));
 }
 
 QTEST_GUILESS_MAIN(FirmwareFaultTest)

@@ -24,6 +24,8 @@ private slots:
     void silence();
     void lateAnswerToTheStart_data();
     void lateAnswerToTheStart();
+    void lateAnswerToTheEnd_data();
+    void lateAnswerToTheEnd();
     void cameraThatLeavesIsNotWaitedFor_data();
     void cameraThatLeavesIsNotWaitedFor();
 
@@ -53,11 +55,10 @@ void FirmwareSilenceTest::silence_data()
         addRow({late, Fault::LostDone, at, Fault::SameCommand});
     }
     addRow({silent, Fault::LostDone, Fault::kEnd, Fault::Once});
-    addRow({veryLate, Fault::LostDone, Fault::kEnd, Fault::Once});
     // Later than a packet may be, but not than a command may.
     addRow({late, Fault::Acknowledged, Fault::kStart, Fault::Once});
-    addRow({late, Fault::Acknowledged, Fault::kEnd, Fault::Once});
-    addRow({QStringLiteral("late 700"), Fault::Acknowledged, Fault::kStart, Fault::FromThenOn});
+    addRow({QStringLiteral("late 700 cmd=0x4200"), Fault::Acknowledged, Fault::kStart,
+            Fault::FromThenOn});
 }
 
 void FirmwareSilenceTest::silence()
@@ -101,6 +102,38 @@ void FirmwareSilenceTest::lateAnswerToTheStart()
     QCOMPARE(transfer.complaint(sent), QByteArray());
 }
 
+/// A camera that takes its time to start anew can be waited for.
+void FirmwareSilenceTest::lateAnswerToTheEnd_data()
+{
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<bool>("sent");
+    QTest::addColumn<qint64>("fromMs");
+    QTest::newRow("never") << "noreply cmd=0x4300" << false << kControlTimeoutMs;
+    QTest::newRow("too late") << "late 3400 cmd=0x4300" << false << kControlTimeoutMs;
+    QTest::newRow("in time") << "late 1300 cmd=0x4300" << true << qint64{1300};
+}
+
+void FirmwareSilenceTest::lateAnswerToTheEnd()
+{
+    QFETCH(const QString, fault);
+    QFETCH(const bool, sent);
+    QFETCH(const qint64, fromMs);
+    FirmwareCamera camera;
+    camera->setText("dropdelay", "4000");
+    const QByteArray image = FirmwareCamera::image(1010 * TransferFault::kPackets);
+    const QString file = camera.file(image);
+    camera->fault(fault.toStdString());
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(camera.write(file), sent);
+    const QByteArray took = QByteArray::number(timer.elapsed()) + " ms";
+    QVERIFY2(timer.elapsed() >= fromMs, took.constData());
+    QVERIFY2(timer.elapsed() < fromMs + kSlackMs, took.constData());
+    QCOMPARE(camera.received(), std::optional<QByteArray>(image));
+    QVERIFY(camera.startsAnew());
+    QCOMPARE(camera.versionAfterRestart(), QString::fromLatin1(FirmwareCamera::kNewVersion));
+}
+
 void FirmwareSilenceTest::cameraThatLeavesIsNotWaitedFor_data()
 {
     QTest::addColumn<int>("at");
@@ -115,9 +148,10 @@ void FirmwareSilenceTest::cameraThatLeavesIsNotWaitedFor()
     FirmwareCamera camera;
     const QString file = camera.file(FirmwareCamera::image(1010 * TransferFault::kPackets));
     // Silent from there on, and pulled while the program waits. A control socket is one thread's.
+    camera->setText("dropdelay", "4000");
     camera->fault("noreply from=" + std::to_string(at));
     PluggedCamera::Client client;
-    const std::string id = client.list().back().id;
+    const std::string id = camera->id();
     std::thread hand([&client, &id, at] {
         client.wait(id, "requests>=" + std::to_string(at), std::chrono::seconds(10));
         std::this_thread::sleep_for(std::chrono::milliseconds(200));

@@ -46,8 +46,7 @@ TransferFault::Outcome TransferFault::outcome() const
     }
     if (at == kEnd) {
         outcome.sent = false;
-        outcome.cameraHasAll = done;
-        outcome.lostControls = lost ? 1 : 0;
+        outcome.cameraHasAll = done; // and starts anew: nobody waits for its answer any longer
         return outcome;
     }
     if (scope == Once && !lost) {
@@ -58,7 +57,6 @@ TransferFault::Outcome TransferFault::outcome() const
     outcome.requests = at - 1 + (lost ? 1 : kSends) + 1;
     outcome.lostPackets = lost ? 1 : 0;
     outcome.sent = scope != FromThenOn;
-    outcome.lostControls = lost && !outcome.sent ? 1 : 0;
     outcome.cameraHasAll = done && at == kEnd - 1;
     return outcome;
 }

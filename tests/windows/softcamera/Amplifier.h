@@ -18,10 +18,10 @@ constexpr long kCapabilities = 3;
 constexpr long kManual = 2;
 
 constexpr Range kRanges[] = {
-    {0, 0, 255, 1, 128},  // brightness
-    {1, 10, 90, 5, 50},   // contrast
-    {3, -64, 64, 2, 0},   // saturation
-    {4, 0, 7, 1, 3},      // sharpness
+    {0, 0, 255, 1, 128}, // brightness
+    {1, 10, 90, 5, 50},  // contrast
+    {3, -64, 64, 2, 0},  // saturation
+    {4, 0, 7, 1, 3},     // sharpness
 };
 
 /// Null for a property that the camera does not have.

@@ -17,8 +17,8 @@
 
 class CameraFilter;
 
-/// An output pin of the software camera: offers the script's formats and delivers its picture thirty
-/// times a second. Lives as long as its filter, whose references it counts.
+/// An output pin of the software camera: offers the script's formats and delivers its picture
+/// thirty times a second. Lives as long as its filter, whose references it counts.
 class CameraPin final : public ComObject<IPin, IKsPropertySet>
 {
 public:

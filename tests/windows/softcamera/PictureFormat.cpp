@@ -42,8 +42,7 @@ void putPixel(unsigned char* row, int bits, int x, QRgb colour)
         row[x] = static_cast<unsigned char>((red >> 5 << 5) | (green >> 5 << 2) | (blue >> 6));
         break;
     case 16: {
-        const auto pixel =
-            static_cast<quint16>((red >> 3 << 10) | (green >> 3 << 5) | (blue >> 3));
+        const auto pixel = static_cast<quint16>((red >> 3 << 10) | (green >> 3 << 5) | (blue >> 3));
         std::memcpy(row + 2 * x, &pixel, sizeof pixel);
         break;
     }

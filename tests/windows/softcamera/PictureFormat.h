@@ -1,8 +1,8 @@
 #pragma once
 
+#include <guiddef.h>
 #include <QRgb>
 #include <QSize>
-#include <guiddef.h>
 #include <strmif.h>
 #include <vector>
 

@@ -9,8 +9,8 @@
 
 /// A filter without pins that refuses to pause when the camera beside it does.
 ///
-/// Windows hands the camera's refusal to whoever runs the graph. Wine keeps the first answer that is
-/// not plain success, which is the renderer's "not yet"; a filter that joins after the camera is
+/// Windows hands the camera's refusal to whoever runs the graph. Wine keeps the first answer that
+/// is not plain success, which is the renderer's "not yet"; a filter that joins after the camera is
 /// asked before the renderer.
 class RefusalFilter final : public ComObject<IBaseFilter>
 {

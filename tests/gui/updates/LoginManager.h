@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusContext>
+#include <QDBusMessage>
+#include <QDBusUnixFileDescriptor>
+#include <QList>
+#include <QObject>
+#include <QStringList>
+
+/// logind, as far as inhibitors go. Its locks are the write ends of pipes: whoever holds one keeps
+/// the pipe from being at its end.
+class LoginManager : public QObject, protected QDBusContext
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.login1.Manager")
+
+public:
+    enum Behaviour { Grant, Refuse, Hesitate };
+
+    explicit LoginManager(const QString& address);
+    ~LoginManager() override;
+
+    [[nodiscard]] bool isRegistered() const { return m_registered; }
+    void setBehaviour(Behaviour behaviour) { m_behaviour = behaviour; }
+    /// What, who, why and mode of every request.
+    [[nodiscard]] QList<QStringList> requests() const { return m_requests; }
+    /// Answers the request that it hesitated at.
+    void grantNow();
+    /// Whether somebody holds the lock that was granted last.
+    [[nodiscard]] bool isHeld() const;
+
+public slots:
+    Q_SCRIPTABLE QDBusUnixFileDescriptor Inhibit(const QString& what, const QString& who,
+                                                 const QString& why, const QString& mode);
+
+private:
+    [[nodiscard]] QDBusUnixFileDescriptor newLock();
+    void closeLock();
+
+    QDBusConnection m_connection;
+    bool m_registered = false;
+    Behaviour m_behaviour = Grant;
+    QList<QStringList> m_requests;
+    QDBusMessage m_pending;
+    int m_readEnd = -1;
+};

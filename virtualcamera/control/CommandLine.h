@@ -1,0 +1,27 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace virtualcamera {
+
+struct CommandLine
+{
+    /// Empty lets the program choose a path.
+    std::string controlSocket;
+    std::string script;
+    /// Requests "plug <id> key=value ...".
+    std::vector<std::string> plugs;
+    /// What stands behind "--".
+    std::vector<std::string> program;
+    bool wantsHelp = false;
+    /// The program's own options that were given, with their values.
+    std::map<std::string, std::string> options;
+
+    /// `own` names the options of the program, and whether a value follows them. Throws
+    /// std::invalid_argument.
+    static CommandLine parse(int argc, char** argv, const std::map<std::string, bool>& own = {});
+};
+
+} // namespace virtualcamera

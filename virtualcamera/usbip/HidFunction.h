@@ -1,0 +1,55 @@
+#pragma once
+
+#include "BusContext.h"
+#include "core/Device.h"
+#include "HostLink.h"
+
+#include <deque>
+#include <functional>
+#include <memory>
+
+namespace virtualcamera {
+
+/// The camera's vendor HID interface: reports in, reports out.
+class HidFunction
+{
+public:
+    using DropHandler = std::function<void(const BusDrop&)>;
+
+    HidFunction(BusContext& context, Device& device, DropHandler onDrop);
+
+    void connect(std::shared_ptr<HostLink> link);
+    /// Reports that the host has not fetched are lost, later ones too.
+    void disconnect();
+
+    /// A report of the host; false when the device refuses it. With the bus locked.
+    bool takeReport(const Bytes& report);
+    /// The last report that was sent, as a host can ask for it by a control transfer.
+    Bytes lastReport();
+    /// Sends what waits, as far as the host asks for it. Not with the bus locked: the host may be
+    /// slow.
+    void pump();
+
+private:
+    struct Pending
+    {
+        Bytes report;
+        bool fails = false;
+    };
+
+    void enqueue(const std::vector<Bytes>& reports);
+    void enqueueLate(std::chrono::milliseconds delay, std::vector<Bytes> reports);
+
+    BusContext& m_context;
+    Device& m_device;
+    DropHandler m_onDrop;
+
+    std::mutex m_mutex;
+    std::shared_ptr<HostLink> m_link;
+    std::deque<Pending> m_pending;
+    Bytes m_lastReport;
+    /// Counts the times on the bus: a late answer of an earlier time is lost.
+    unsigned m_connection = 0;
+};
+
+} // namespace virtualcamera

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "FileDescriptor.h"
+#include "UsbipWire.h"
+
+#include <string>
+
+namespace virtualcamera {
+
+/// The virtual host controller of this machine's kernel (module vhci-hcd), which takes a USB/IP
+/// connection over from a socket.
+class VhciPort
+{
+public:
+    explicit VhciPort(std::string folder = "/sys/devices/platform/vhci_hcd.0")
+        : m_folder(std::move(folder))
+    {
+    }
+
+    /// Plugs the device into the port of its number. A port is taken for a moment after a device
+    /// has left it, so this tries for some seconds. Throws std::system_error.
+    void attach(const FileDescriptor& socket, const usbip::DeviceRecord& device) const;
+
+private:
+    std::string m_folder;
+};
+
+} // namespace virtualcamera
