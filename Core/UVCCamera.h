@@ -106,8 +106,8 @@ public:
     bool setCameraView(int degrees);
     bool saveDeviceParam();
 
-    /// Transfers a firmware image; see UVCHid::updateFile(). Called on a worker thread after
-    /// initHid(); the link it uses stays open to its end even when this object moves on.
+    /// Transfers a firmware image; see UVCHid::updateFile(). After initHid(); both may run on a
+    /// worker thread when nothing else uses this object meanwhile.
     bool updateFile(const QString& path);
 
 signals:
@@ -134,7 +134,7 @@ private:
         m_callback; ///< declared before the graph: the graph calls it till its end
     std::unique_ptr<CaptureGraph> m_graph;
     std::unique_ptr<VideoProcAmp> m_videoProcAmp;
-    std::shared_ptr<UVCHid> m_hid; ///< shared with a firmware transfer that is under way
+    std::unique_ptr<UVCHid> m_hid;
     VideoProcAmpRecord m_brightness{PictureProperty::Brightness};
     VideoProcAmpRecord m_contrast{PictureProperty::Contrast};
     VideoProcAmpRecord m_saturation{PictureProperty::Saturation};

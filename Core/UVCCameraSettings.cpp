@@ -7,7 +7,7 @@
 bool UVCCamera::initHid()
 {
     m_hid.reset(); // the old handle is closed before the interface is opened again
-    m_hid = std::make_shared<UVCHid>();
+    m_hid = std::make_unique<UVCHid>();
     const bool opened = m_hid->createHandleWithPath(m_currentDevicePath);
     qDebug() << "UVCCamera::initHid"
              << "m_currentDevicePath =" << m_currentDevicePath;
@@ -116,6 +116,5 @@ bool UVCCamera::saveDeviceParam()
 bool UVCCamera::updateFile(const QString& path)
 {
     qDebug() << "UVCCamera::updateFile" << QThread::currentThreadId();
-    const std::shared_ptr<UVCHid> hid = m_hid;
-    return hid && hid->updateFile(path);
+    return m_hid && m_hid->updateFile(path);
 }

@@ -285,6 +285,8 @@ void SorvantaHome::connectUpdates()
     connect(update, &SvtaVersionUpdateDialog::sigStopUpdate, this, &SorvantaHome::slotStopUpdate);
     connect(update, &SvtaVersionUpdateDialog::sigShowCloseAppDialog, this,
             &SorvantaHome::slotShowCloseAppDialog);
+    connect(m_transfer, &FirmwareTransfer::busyCameraChanged, m_homePage,
+            &DeviceHomePage::setBusyCamera);
     connect(m_transfer, &FirmwareTransfer::notOpened, this, &SorvantaHome::sigHideLoadingPage);
     connect(m_transfer, &FirmwareTransfer::finished, this, &SorvantaHome::slotTransferFinished);
     connect(m_messageDialog, &SvtaMessageDialog::sigRetry, this, &SorvantaHome::slotRetry);

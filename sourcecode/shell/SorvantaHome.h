@@ -209,6 +209,8 @@ private:
     void leaveAfterRemoval();
     [[nodiscard]] bool isBusy(const QString& hidPath) const;
     void verifyReturningCamera(const HidDevices& device);
+    void returnToOpenCamera();
+    void takeOverNames(const QString& hidPath);
 
     std::unique_ptr<Ui::SorvantaHome> ui;
     UVCCamera* m_pCamera;

@@ -1,4 +1,4 @@
-#include "DeviceHomePage.h"
+#include "CameraHandle.h"
 #include "FirmwareTransfer.h"
 #include "IDeviceNotify.h"
 #include "LoadingDialog.h"
@@ -42,10 +42,8 @@ void SorvantaHome::slotUpdateCameraListFinished(const QList<UVCDeviceInfo>& came
 {
     Q_UNUSED(camera)
     Q_UNUSED(oldCameras)
-    if (!deviceHidMaps.contains(m_transfer->busyHidPath())) {
+    if (!deviceHidMaps.contains(m_transfer->busyHidPath()))
         m_transfer->cameraLeft();
-        m_homePage->setBusyCamera({});
-    }
     const QList<HidDevices> present =
         supportedInterfaces(deviceHidMaps, "In Loop deviceHidMaps curHidDevice path =");
     const QList<HidDevices> before =
@@ -109,12 +107,14 @@ void SorvantaHome::verifyReturningCamera(const HidDevices& device)
     qDebug() << "mDeviceWidgetInfo.sn =" << mDeviceWidgetInfo.sn;
     qDebug() << "sn =" << sn;
     qDebug() << "loading页状态 =" << loading;
-    if (sn != mDeviceWidgetInfo.sn || !loading)
+    if (sn != mDeviceWidgetInfo.sn || !loading) {
+        if (device.path != mDeviceWidgetInfo.hidPath)
+            returnToOpenCamera();
         return;
+    }
 
     qDebug() << "插入的设备是更新的设备，并且loading页显示";
-    // It may have another name now; a second attempt goes there.
-    mDeviceWidgetInfo.hidPath = device.path;
+    takeOverNames(device.path);
     const bool connected = UVCHid::getCameraConnectionStatus(device.path.toUtf8().constData(),
                                                              device.vendorId, device.productId);
     mDeviceWidgetInfo.status = connected ? 1 : 0;
@@ -135,6 +135,27 @@ void SorvantaHome::verifyReturningCamera(const HidDevices& device)
     showView(SvtaPagesView::HomePage);
     m_loadingDialog->hide();
     showToast(tr("Update Complete"));
+}
+
+/// Another camera was asked who it is. What the user sets from here on is for the one whose pages
+/// are open.
+void SorvantaHome::returnToOpenCamera()
+{
+    if (isBusy(mDeviceWidgetInfo.hidPath))
+        m_pCamera->closeHid();
+    else
+        openHidLink();
+}
+
+/// The open camera is back, perhaps under other names: a second attempt and its settings go there.
+void SorvantaHome::takeOverNames(const QString& hidPath)
+{
+    mDeviceWidgetInfo.hidPath = hidPath;
+    for (const DeviceWidgetInfo& info : qAsConst(m_deviceWidgets)) {
+        if (info.hidPath == hidPath)
+            mDeviceWidgetInfo.path = info.path;
+    }
+    CameraHandle::instance().setCurrentDevice(mDeviceWidgetInfo);
 }
 
 void SorvantaHome::showUpdateFailed()

@@ -1,6 +1,5 @@
 #include "AboutPage.h"
 #include "ApplicationConfig.h"
-#include "DeviceHomePage.h"
 #include "FirmwareTransfer.h"
 #include "LoadingDialog.h"
 #include "MaskForm.h"
@@ -152,13 +151,11 @@ void SorvantaHome::writeFirmware(const QString& file)
     // The answers of a camera go to every open handle, and its name is not free again before the
     // last is closed.
     m_pCamera->closeHid();
-    m_homePage->setBusyCamera(mDeviceWidgetInfo.hidPath);
     m_transfer->start(mDeviceWidgetInfo.hidPath, file);
 }
 
 void SorvantaHome::slotTransferFinished(bool sent)
 {
-    m_homePage->setBusyCamera({});
     // A camera that has the whole image leaves the bus to start it and is opened when it is back.
     if (!sent)
         openHidLink();

@@ -23,7 +23,7 @@ bool FirmwareTransfer::start(const QString& hidPath, const QString& file)
 {
     if (isRunning())
         return false;
-    m_hidPath = hidPath;
+    setBusyHidPath(hidPath);
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_camera = std::make_unique<UVCCamera>();
@@ -41,7 +41,15 @@ bool FirmwareTransfer::isRunning() const
 
 void FirmwareTransfer::cameraLeft()
 {
-    m_hidPath.clear();
+    setBusyHidPath({});
+}
+
+void FirmwareTransfer::setBusyHidPath(const QString& hidPath)
+{
+    if (m_busyHidPath == hidPath)
+        return;
+    m_busyHidPath = hidPath;
+    emit busyCameraChanged(m_busyHidPath);
 }
 
 /// On the worker.
@@ -71,6 +79,6 @@ void FirmwareTransfer::end()
         sent = m_sent;
     }
     m_inhibitor.reset();
-    m_hidPath.clear();
+    setBusyHidPath({});
     emit finished(sent);
 }

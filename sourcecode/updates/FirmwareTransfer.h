@@ -30,13 +30,15 @@ public:
     [[nodiscard]] bool isRunning() const;
 
     /// The control interface that nothing else may talk to; empty when there is none.
-    [[nodiscard]] QString busyHidPath() const { return m_hidPath; }
+    [[nodiscard]] QString busyHidPath() const { return m_busyHidPath; }
 
     /// The camera is gone from the bus. Whatever comes back under its path is free again, even if
     /// the transfer has not noticed yet.
     void cameraLeft();
 
 signals:
+    /// busyHidPath() is another one now.
+    void busyCameraChanged(const QString& hidPath);
     /// The camera could not be opened; nothing was sent.
     void notOpened();
     /// The end of every transfer.
@@ -48,11 +50,12 @@ private:
     void cameraUpdateFile(const QString& path);
     bool write(const QString& path);
     void end();
+    void setBusyHidPath(const QString& hidPath);
 
     std::mutex m_mutex;                  ///< the worker's as long as one runs
     std::unique_ptr<UVCCamera> m_camera; ///< under the mutex; made and destroyed without a worker
     bool m_sent = false;                 ///< under the mutex
     std::unique_ptr<SleepInhibitor> m_inhibitor;
     QFutureWatcher<void> m_worker;
-    QString m_hidPath;
+    QString m_busyHidPath;
 };

@@ -2,8 +2,10 @@
 
 #include "PendingTimers.h"
 #include "Pointer.h"
+#include "ToastDialog.h"
 
 #include <QGuiApplication>
+#include <QLabel>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QtTest>
@@ -60,6 +62,16 @@ void ShownHome::waitForLossOfFocus()
 int ShownHome::page() const
 {
     return find<QStackedWidget>("homeStackedWidget")->currentIndex();
+}
+
+QString ShownHome::toast() const
+{
+    const auto toasts = m_window.findChildren<ToastDialog*>();
+    for (const ToastDialog* each : toasts) {
+        if (each->isVisible())
+            return each->findChild<QLabel*>(QStringLiteral("ContentLab"))->text();
+    }
+    return {};
 }
 
 void ShownHome::click(const char* name) const

@@ -46,6 +46,8 @@ public:
             qFatal("no %s %s", Widget::staticMetaObject.className(), name ? name : "");
         return widget;
     }
+    /// The text of the toast that is up; empty when none is.
+    [[nodiscard]] QString toast() const;
     /// Clicks the button @p name.
     void click(const char* name) const;
 

@@ -1,3 +1,4 @@
+#include "CameraHandle.h"
 #include "HidCommands.h"
 #include "LoadingDialog.h"
 #include "LogCapture.h"
@@ -9,7 +10,7 @@
 #include "SvtaParamNotSaveDialog.h"
 #include "SvtaParamResetDialog.h"
 #include "SvtaParamSaveDialog.h"
-#include "ToastDialog.h"
+#include "SvtaVersionUpdateDialog.h"
 #include "TransPrewBtn.h"
 
 #include <memory>
@@ -74,6 +75,8 @@ private slots:
     void decision_data();
     void decision();
     void lastCameraOfTheKindIsTheOneThatIsAsked();
+    void questionToAnotherCameraDoesNotMoveTheLink();
+    void returningCameraIsReachedUnderItsNewName();
     void nobodyIsAskedWithoutAReason_data();
     void nobodyIsAskedWithoutAReason();
     void oneQuestionIsHiddenInItsOrder();
@@ -87,19 +90,6 @@ private:
     {
         m_home->window().slotUpdateCameraListFinished({}, {}, devices(present), devices(before),
                                                       status);
-    }
-    [[nodiscard]] QString toast() const
-    {
-        for (const ToastDialog* each : m_home->window().findChildren<ToastDialog*>()) {
-            if (each->isVisible())
-                return each->findChild<QLabel*>(QStringLiteral("ContentLab"))->text();
-        }
-        return {};
-    }
-    template <typename Dialog>
-    [[nodiscard]] Dialog* dialog() const
-    {
-        return m_home->window().findChild<Dialog*>();
     }
 
     std::unique_ptr<LogCapture> m_log;
@@ -115,7 +105,7 @@ void SorvantaHomeReconciliationTest::init()
     m_home->bench().setSerialNumber(kSerial);
     m_home->window().showView(Pages::HomePage);
     QVERIFY(m_home->openSettings());
-    dialog<TransPrewBtn>()->setPreviewOpen(true);
+    m_home->find<TransPrewBtn>()->setPreviewOpen(true);
 }
 
 void SorvantaHomeReconciliationTest::cleanup()
@@ -219,7 +209,7 @@ void SorvantaHomeReconciliationTest::decision()
     QFETCH(const Outcome, outcome);
     show(page);
     if (loading)
-        dialog<LoadingDialog>()->show();
+        m_home->find<LoadingDialog>()->show();
     m_home->bench().setSerialNumber(serial);
     m_home->bench().setVersion(version);
     m_home->bench().hidapi().respondTo(HidCommands::ConnectionProbe,
@@ -237,23 +227,51 @@ void SorvantaHomeReconciliationTest::decision()
     }
     const bool onList = outcome == List || outcome == Complete;
     QCOMPARE(m_home->page(), onList ? int(Pages::HomePage) : page);
-    QCOMPARE(dialog<LoadingDialog>()->isVisible(), loading && outcome == Nothing);
-    QCOMPARE(dialog<SvtaMessageDialog>()->isVisible(), outcome == Failed);
-    QCOMPARE(dialog<TransPrewBtn>()->isPreviewOpen(), outcome != List);
-    QCOMPARE(toast(), outcome == Complete ? QStringLiteral("Update Complete") : QString());
+    QCOMPARE(m_home->find<LoadingDialog>()->isVisible(), loading && outcome == Nothing);
+    QCOMPARE(m_home->find<SvtaMessageDialog>()->isVisible(), outcome == Failed);
+    QCOMPARE(m_home->find<TransPrewBtn>()->isPreviewOpen(), outcome != List);
+    QCOMPARE(m_home->toast(), outcome == Complete ? QStringLiteral("Update Complete") : QString());
 }
 
 void SorvantaHomeReconciliationTest::lastCameraOfTheKindIsTheOneThatIsAsked()
 {
     show(Pages::InfoPage);
-    dialog<LoadingDialog>()->show();
+    m_home->find<LoadingDialog>()->show();
     m_home->bench().setVersion(kNewVersion);
     m_home->bench().hidapi().forgetCalls();
     change("own second third vendor product", "own second vendor product", kPluggedIn);
     QStringList opened = m_home->bench().hidapi().calls().filter(QStringLiteral("hid_open_path"));
     opened.removeDuplicates();
     QCOMPARE(opened, QStringList{QStringLiteral("hid_open_path(%1)").arg(CameraBench::hidPath(2))});
-    QCOMPARE(toast(), QStringLiteral("Update Complete"));
+    QCOMPARE(m_home->toast(), QStringLiteral("Update Complete"));
+}
+
+/// The pages stay those of the open camera, so do the commands that they send.
+void SorvantaHomeReconciliationTest::questionToAnotherCameraDoesNotMoveTheLink()
+{
+    show(Pages::InfoPage);
+    m_home->bench().hidapi().forgetCalls();
+    change("own second", "own", kPluggedIn);
+    const QStringList opened =
+        m_home->bench().hidapi().calls().filter(QStringLiteral("hid_open_path"));
+    QVERIFY(opened.contains(QStringLiteral("hid_open_path(%1)").arg(CameraBench::hidPath(1))));
+    QCOMPARE(opened.last(), QStringLiteral("hid_open_path(%1)").arg(CameraBench::hidPath(0)));
+    QCOMPARE(m_home->bench().hidapi().openHandles(), 1);
+}
+
+void SorvantaHomeReconciliationTest::returningCameraIsReachedUnderItsNewName()
+{
+    show(Pages::InfoPage);
+    DeviceWidgetInfo renamed = CameraHandle::instance().currentDevice();
+    QCOMPARE(renamed.hidPath, CameraBench::hidPath(0));
+    renamed.hidPath = CameraBench::hidPath(1);
+    renamed.path = CameraBench::videoPath(1);
+    m_home->window().slotSetDeviceWidget({{renamed.path, renamed}});
+    m_home->find<LoadingDialog>()->show();
+    change("second", "", kPluggedIn);
+    QVERIFY(m_home->find<SvtaMessageDialog>()->isVisible());
+    QCOMPARE(CameraHandle::instance().currentDevice().hidPath, CameraBench::hidPath(1));
+    QCOMPARE(CameraHandle::instance().currentDevice().path, CameraBench::videoPath(1));
 }
 
 void SorvantaHomeReconciliationTest::nobodyIsAskedWithoutAReason_data()
@@ -284,8 +302,10 @@ void SorvantaHomeReconciliationTest::nobodyIsAskedWithoutAReason()
 
 void SorvantaHomeReconciliationTest::oneQuestionIsHiddenInItsOrder()
 {
-    const QList<QDialog*> questions{dialog<SvtaParamNotSaveDialog>(),
-                                    dialog<SvtaParamResetDialog>(), dialog<SvtaParamSaveDialog>()};
+    const QList<QDialog*> questions{m_home->find<SvtaParamNotSaveDialog>(),
+                                    m_home->find<SvtaParamResetDialog>(),
+                                    m_home->find<SvtaParamSaveDialog>(),
+                                    m_home->find<SvtaVersionUpdateDialog>()};
     for (QDialog* question : questions)
         question->show();
     for (int hidden = 1; hidden <= questions.size(); ++hidden) {
@@ -318,7 +338,7 @@ void SorvantaHomeReconciliationTest::changeIsLogged()
 void SorvantaHomeReconciliationTest::verificationIsLogged()
 {
     show(Pages::InfoPage);
-    dialog<LoadingDialog>()->show();
+    m_home->find<LoadingDialog>()->show();
     m_log->clear();
     change("own", "", kPluggedIn);
     const QStringList said = m_log->texts();

@@ -12,7 +12,6 @@
 #include "SvtaDeviceWidget.h"
 #include "SvtaMessageDialog.h"
 #include "SvtaVersionUpdateDialog.h"
-#include "ToastDialog.h"
 
 #include <memory>
 #include <QLabel>
@@ -72,11 +71,6 @@ private slots:
     void withoutADevelopersFileNothingHappens();
 
 private:
-    template <typename Widget>
-    [[nodiscard]] Widget* dialog() const
-    {
-        return m_home->window().findChild<Widget*>();
-    }
     [[nodiscard]] ScriptedHidapi& hidapi() const { return m_home->bench().hidapi(); }
     /// Brings a package of the program's own making to the information page.
     void install(const QByteArray& image);
@@ -108,14 +102,6 @@ private:
     [[nodiscard]] QTimer* limit() const
     {
         return m_home->window().findChild<QTimer*>(QStringLiteral("updateTimer"));
-    }
-    [[nodiscard]] QString toast() const
-    {
-        for (const ToastDialog* each : m_home->window().findChildren<ToastDialog*>()) {
-            if (each->isVisible())
-                return each->findChild<QLabel*>(QStringLiteral("ContentLab"))->text();
-        }
-        return {};
     }
     void rebuildList(int status) const
     {
@@ -162,23 +148,23 @@ void SorvantaHomeFirmwareTest::install(const QByteArray& image)
     m_home->window().slotSetDownloadData(m_service->offer(QStringLiteral("fw.bin"), image),
                                          QStringLiteral("NOVA EDGE"));
     hidapi().forgetCalls();
-    QTest::mouseClick(dialog<Dialog>()->findChild<QPushButton*>(QStringLiteral("btnUpdate")),
+    QTest::mouseClick(m_home->find<Dialog>()->findChild<QPushButton*>(QStringLiteral("btnUpdate")),
                       Qt::LeftButton);
-    QTRY_VERIFY(dialog<LoadingDialog>()->isVisible());
+    QTRY_VERIFY(m_home->find<LoadingDialog>()->isVisible());
 }
 
 void SorvantaHomeFirmwareTest::imageGoesIntoTheCamera()
 {
     const QByteArray image = imageOf(5);
     install(image);
-    QVERIFY(!dialog<Dialog>()->isVisible());
-    QCOMPARE(dialog<Dialog>()->currentPage(), int(Dialog::OfferPage));
+    QVERIFY(!m_home->find<Dialog>()->isVisible());
+    QCOMPARE(m_home->find<Dialog>()->currentPage(), int(Dialog::OfferPage));
     QVERIFY(limit()->isActive());
     QCOMPARE(limit()->interval(), kInstallLimitMs);
     const auto* mask = m_home->window().findChild<MaskForm*>({}, Qt::FindDirectChildrenOnly);
     QVERIFY(mask->isVisible());
-    QCOMPARE(mask->watchedDialog(), static_cast<const QDialog*>(dialog<LoadingDialog>()));
-    QCOMPARE(dialog<LoadingDialog>()->size(), QSize(278, 178));
+    QCOMPARE(mask->watchedDialog(), static_cast<const QDialog*>(m_home->find<LoadingDialog>()));
+    QCOMPARE(m_home->find<LoadingDialog>()->size(), QSize(278, 178));
 
     QVERIFY(transferEnds());
     QCOMPARE(received(HidCommands::FirmwareStart).size(), 1);
@@ -188,7 +174,7 @@ void SorvantaHomeFirmwareTest::imageGoesIntoTheCamera()
         QStringLiteral("slotCameraUpdateFile \"%1\"").arg(m_cache->filePath("fw.bin"))));
     // No handle is left that would keep the name of a camera that starts anew.
     QTRY_COMPARE(hidapi().openHandles(), 0);
-    QVERIFY(dialog<LoadingDialog>()->isVisible());
+    QVERIFY(m_home->find<LoadingDialog>()->isVisible());
     QVERIFY(limit()->isActive());
 }
 
@@ -199,15 +185,15 @@ void SorvantaHomeFirmwareTest::returningCameraEndsTheInstallation()
     QTRY_COMPARE(hidapi().openHandles(), 0);
     m_home->bench().plugIn(0);
     rebuildList(DeviceRemoved);
-    QVERIFY(dialog<LoadingDialog>()->isVisible());
+    QVERIFY(m_home->find<LoadingDialog>()->isVisible());
     QCOMPARE(m_home->page(), int(Pages::InfoPage));
     m_home->bench().setVersion(QByteArray::fromHex("010006"));
     m_home->bench().plugIn(1);
     rebuildList(DevicePluggedIn);
-    QVERIFY(!dialog<LoadingDialog>()->isVisible());
+    QVERIFY(!m_home->find<LoadingDialog>()->isVisible());
     QVERIFY(!limit()->isActive());
     QCOMPARE(m_home->page(), int(Pages::HomePage));
-    QCOMPARE(toast(), QStringLiteral("Update Complete"));
+    QCOMPARE(m_home->toast(), QStringLiteral("Update Complete"));
 }
 
 void SorvantaHomeFirmwareTest::cameraThatCannotBeOpenedEndsItAtOnce()
@@ -217,11 +203,11 @@ void SorvantaHomeFirmwareTest::cameraThatCannotBeOpenedEndsItAtOnce()
                                          QStringLiteral("NOVA EDGE"));
     hidapi().forgetCalls();
     QSignalSpy hidden(&m_home->window(), &SorvantaHome::sigHideLoadingPage);
-    dialog<Dialog>()->slotUpdate();
+    m_home->find<Dialog>()->slotUpdate();
     QTRY_COMPARE(hidden.size(), 1);
-    QVERIFY(!dialog<LoadingDialog>()->isVisible());
+    QVERIFY(!m_home->find<LoadingDialog>()->isVisible());
     QVERIFY(!limit()->isActive());
-    QVERIFY(!dialog<SvtaMessageDialog>()->isVisible());
+    QVERIFY(!m_home->find<SvtaMessageDialog>()->isVisible());
     QCOMPARE(m_home->page(), int(Pages::InfoPage));
     QVERIFY(m_log->contains(QStringLiteral("无法打开当前设备")));
     QVERIFY(hidapi().writtenFrames().isEmpty());
@@ -237,22 +223,22 @@ void SorvantaHomeFirmwareTest::failedTransferWaitsForTheLimit()
     // The link to the camera is there again.
     QTRY_COMPARE(hidapi().openHandles(), 1);
     QVERIFY(received(HidCommands::FirmwareEnd).isEmpty());
-    QVERIFY(dialog<LoadingDialog>()->isVisible());
+    QVERIFY(m_home->find<LoadingDialog>()->isVisible());
     QCOMPARE(m_home->page(), int(Pages::InfoPage));
 
     limit()->setInterval(50);
-    QTRY_VERIFY(!dialog<LoadingDialog>()->isVisible());
+    QTRY_VERIFY(!m_home->find<LoadingDialog>()->isVisible());
     QCOMPARE(m_home->page(), int(Pages::HomePage));
-    QCOMPARE(toast(), QStringLiteral("更新失败，请重试"));
+    QCOMPARE(m_home->toast(), QStringLiteral("更新失败，请重试"));
     QVERIFY(m_log->contains(QStringLiteral("SorvantaHome::slotTimeout 1284 超时了")));
 }
 
 void SorvantaHomeFirmwareTest::loadingDialogIsNotTheUsersToClose()
 {
     install(imageOf(2));
-    dialog<LoadingDialog>()->close();
-    QTest::keyClick(dialog<LoadingDialog>(), Qt::Key_Escape);
-    QVERIFY(dialog<LoadingDialog>()->isVisible());
+    m_home->find<LoadingDialog>()->close();
+    QTest::keyClick(m_home->find<LoadingDialog>(), Qt::Key_Escape);
+    QVERIFY(m_home->find<LoadingDialog>()->isVisible());
     QVERIFY(transferEnds());
 }
 
@@ -278,7 +264,7 @@ void SorvantaHomeFirmwareTest::cameraBeingWrittenIsNotAsked()
         QCOMPARE(card->findChild<QLabel*>(QStringLiteral("labStatus"))->text(),
                  QStringLiteral("Connected"));
     }
-    QVERIFY(dialog<LoadingDialog>()->isVisible());
+    QVERIFY(m_home->find<LoadingDialog>()->isVisible());
     QVERIFY(transferEnds());
     QCOMPARE(receivedImage(), imageOf(200));
 }
@@ -291,8 +277,9 @@ void SorvantaHomeFirmwareTest::cameraBeingWrittenIsNotOpened()
     QTRY_COMPARE(m_home->page(), int(Pages::HomePage));
     m_home->window().showDeviceSettingPages(ShownHome::connectedCamera());
     QCOMPARE(m_home->page(), int(Pages::HomePage));
-    QCOMPARE(toast(), QStringLiteral("The installation process will take a long time. Please "
-                                     "wait."));
+    QCOMPARE(m_home->toast(),
+             QStringLiteral("The installation process will take a long time. Please "
+                            "wait."));
     emit m_home->find<DeviceHomePage>()->sigShowDeviceInfo(ShownHome::failedCamera());
     QCOMPARE(m_home->page(), int(Pages::HomePage));
     QVERIFY(received(HidCommands::FirmwareVersion).isEmpty());
@@ -311,7 +298,7 @@ void SorvantaHomeFirmwareTest::otherCameraDoesNotEndTheInstallation()
     m_home->bench().plugIn(2);
     rebuildList(DevicePluggedIn);
     QVERIFY(received(HidCommands::FirmwareEnd).isEmpty());
-    QVERIFY(dialog<LoadingDialog>()->isVisible());
+    QVERIFY(m_home->find<LoadingDialog>()->isVisible());
     QVERIFY(limit()->isActive());
     QVERIFY(transferEnds());
     QCOMPARE(receivedImage(), imageOf(100));
@@ -323,23 +310,24 @@ void SorvantaHomeFirmwareTest::cameraThatReturnsDuringTheTransferIsFree()
     QTRY_VERIFY(!received(HidCommands::FirmwarePacket).isEmpty());
     m_home->bench().plugIn(0);
     rebuildList(DeviceRemoved);
-    QVERIFY(dialog<LoadingDialog>()->isVisible());
+    QVERIFY(m_home->find<LoadingDialog>()->isVisible());
     m_home->bench().plugIn(1);
     rebuildList(DevicePluggedIn);
     QVERIFY(!received(HidCommands::FirmwareVersion).isEmpty());
-    QVERIFY(!dialog<LoadingDialog>()->isVisible());
-    QVERIFY(dialog<SvtaMessageDialog>()->isVisible()); // the old version
+    QVERIFY(!m_home->find<LoadingDialog>()->isVisible());
+    QVERIFY(m_home->find<SvtaMessageDialog>()->isVisible()); // the old version
 }
 
 void SorvantaHomeFirmwareTest::secondInstallationHasToWait()
 {
     install(imageOf(200));
     QTRY_VERIFY(!received(HidCommands::FirmwarePacket).isEmpty());
-    dialog<LoadingDialog>()->hide();
+    m_home->find<LoadingDialog>()->hide();
     m_home->window().slotDownloadSuccessed();
-    QCOMPARE(toast(), QStringLiteral("The installation process will take a long time. Please "
-                                     "wait."));
-    QVERIFY(!dialog<LoadingDialog>()->isVisible());
+    QCOMPARE(m_home->toast(),
+             QStringLiteral("The installation process will take a long time. Please "
+                            "wait."));
+    QVERIFY(!m_home->find<LoadingDialog>()->isVisible());
     QVERIFY(transferEnds());
     QCOMPARE(received(HidCommands::FirmwareStart).size(), 1);
 }
@@ -376,13 +364,13 @@ void SorvantaHomeFirmwareTest::removalStopsTheDownload()
     m_home->window().slotSetDownloadData(m_service->offer(QStringLiteral("fw.bin"), imageOf(100)),
                                          QStringLiteral("NOVA EDGE"));
     QVERIFY((*m_service)->fault(QStringLiteral("slow 20000")));
-    dialog<Dialog>()->slotUpdate();
-    QTRY_VERIFY(dialog<Dialog>()->findChild<QProgressBar*>() != nullptr);
+    m_home->find<Dialog>()->slotUpdate();
+    QTRY_VERIFY(m_home->find<Dialog>()->findChild<QProgressBar*>() != nullptr);
     m_home->bench().plugIn(0);
     rebuildList(DeviceRemoved);
     QTRY_COMPARE(m_home->page(), int(Pages::HomePage));
-    QTRY_VERIFY(!dialog<Dialog>()->isVisible());
-    QVERIFY(dialog<Dialog>()->isStopDownload());
+    QTRY_VERIFY(!m_home->find<Dialog>()->isVisible());
+    QVERIFY(m_home->find<Dialog>()->isStopDownload());
 }
 
 void SorvantaHomeFirmwareTest::developersFileIsWrittenWithoutADialog()
@@ -399,7 +387,7 @@ void SorvantaHomeFirmwareTest::developersFileIsWrittenWithoutADialog()
     emit m_home->find<DeviceInfoPage>()->sigUpgrade();
     QVERIFY(transferEnds());
     QCOMPARE(receivedImage(), image);
-    QVERIFY(!dialog<LoadingDialog>()->isVisible());
+    QVERIFY(!m_home->find<LoadingDialog>()->isVisible());
     QVERIFY(!limit()->isActive());
     QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("MarvikTools"),
               QStringLiteral("MarvikTools"))

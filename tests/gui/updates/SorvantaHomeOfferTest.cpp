@@ -9,7 +9,6 @@
 #include "SvtaMessageDialog.h"
 #include "SvtaVersionUpdateDialog.h"
 #include "TestVendor.h"
-#include "ToastDialog.h"
 
 #include <memory>
 #include <QLabel>
@@ -47,33 +46,20 @@ private slots:
     void programDoesNotAskForItself();
 
 private:
-    template <typename Widget>
-    [[nodiscard]] Widget* dialog() const
-    {
-        return m_home->window().findChild<Widget*>();
-    }
     [[nodiscard]] QString title() const
     {
-        return dialog<Dialog>()->findChild<QLabel*>(QStringLiteral("labTitle"))->text();
+        return m_home->find<Dialog>()->findChild<QLabel*>(QStringLiteral("labTitle"))->text();
     }
     template <typename Widget>
     [[nodiscard]] QPushButton* button(const char* name) const
     {
-        return dialog<Widget>()->template findChild<QPushButton*>(QLatin1String(name));
+        return m_home->find<Widget>()->template findChild<QPushButton*>(QLatin1String(name));
     }
     [[nodiscard]] QString message() const
     {
-        return dialog<SvtaMessageDialog>()
+        return m_home->find<SvtaMessageDialog>()
             ->findChild<QLabel*>(QStringLiteral("labMessage"))
             ->text();
-    }
-    [[nodiscard]] QString toast() const
-    {
-        for (const ToastDialog* each : m_home->window().findChildren<ToastDialog*>()) {
-            if (each->isVisible())
-                return each->findChild<QLabel*>(QStringLiteral("ContentLab"))->text();
-        }
-        return {};
     }
     [[nodiscard]] const QDialog* masked() const
     {
@@ -118,10 +104,10 @@ void SorvantaHomeOfferTest::firmwareOfferStandsUnderTheProductsName()
     m_home->click("deviceInfoBtn");
     QCOMPARE(m_home->page(), int(Pages::InfoPage));
     m_home->click("btnUpgrade");
-    QTRY_VERIFY(dialog<Dialog>()->isVisible());
-    QCOMPARE(masked(), static_cast<const QDialog*>(dialog<Dialog>()));
+    QTRY_VERIFY(m_home->find<Dialog>()->isVisible());
+    QCOMPARE(masked(), static_cast<const QDialog*>(m_home->find<Dialog>()));
     QCOMPARE(title(), QStringLiteral("NOVA EDGE"));
-    QVERIFY(dialog<Dialog>()->isModal());
+    QVERIFY(m_home->find<Dialog>()->isModal());
     QVERIFY(button<Dialog>("btnPauseUpdate")->isVisible());
     QVERIFY(m_log->contains(QStringLiteral("installWidget1")));
     QVERIFY(m_log->contains(QStringLiteral("installWidget2")));
@@ -131,8 +117,8 @@ void SorvantaHomeOfferTest::firmwareOfferStandsUnderTheProductsName()
 void SorvantaHomeOfferTest::normalOfferStandsUnderTheProgramsName()
 {
     m_home->window().slotSetUpdateData(m_service->offer(QStringLiteral("setup"), "x"));
-    QVERIFY(dialog<Dialog>()->isVisible());
-    QCOMPARE(masked(), static_cast<const QDialog*>(dialog<Dialog>()));
+    QVERIFY(m_home->find<Dialog>()->isVisible());
+    QCOMPARE(masked(), static_cast<const QDialog*>(m_home->find<Dialog>()));
     QCOMPARE(title(), QStringLiteral("MarvikTools V" MARVIK_VERSION));
     QVERIFY(button<Dialog>("btnClose")->isHidden());
     QVERIFY(button<Dialog>("btnPauseUpdate")->isVisible());
@@ -141,14 +127,14 @@ void SorvantaHomeOfferTest::normalOfferStandsUnderTheProgramsName()
 void SorvantaHomeOfferTest::forcedOfferCanOnlyBeTakenOrTheProgramLeft()
 {
     m_home->window().slotForceUpdate(m_service->offer(QStringLiteral("setup"), "x"));
-    QVERIFY(dialog<Dialog>()->isVisible());
+    QVERIFY(m_home->find<Dialog>()->isVisible());
     QCOMPARE(title(), QStringLiteral("MarvikTools V" MARVIK_VERSION));
     QVERIFY(button<Dialog>("btnClose")->isVisible());
     QVERIFY(button<Dialog>("btnPauseUpdate")->isHidden());
 
     QTest::mouseClick(button<Dialog>("btnClose"), Qt::LeftButton);
-    QVERIFY(dialog<SvtaForceUpdateSecondDialog>()->isVisible());
-    QVERIFY(dialog<Dialog>()->isVisible());
+    QVERIFY(m_home->find<SvtaForceUpdateSecondDialog>()->isVisible());
+    QVERIFY(m_home->find<Dialog>()->isVisible());
     const auto masks =
         m_home->window().findChildren<MaskForm*>(QString(), Qt::FindDirectChildrenOnly);
     QCOMPARE(masks.size(), 2);
@@ -170,9 +156,9 @@ void SorvantaHomeOfferTest::questionOfAForcedOfferCanBeTakenBack()
     for (int round = 0; round < 2; ++round) {
         QTest::mouseClick(button<Dialog>("btnClose"), Qt::LeftButton);
         QTest::mouseClick(button<SvtaForceUpdateSecondDialog>("btnCancel"), Qt::LeftButton);
-        QVERIFY(!dialog<SvtaForceUpdateSecondDialog>()->isVisible());
-        QVERIFY(dialog<Dialog>()->isVisible());
-        QCOMPARE(masked(), static_cast<const QDialog*>(dialog<Dialog>()));
+        QVERIFY(!m_home->find<SvtaForceUpdateSecondDialog>()->isVisible());
+        QVERIFY(m_home->find<Dialog>()->isVisible());
+        QCOMPARE(masked(), static_cast<const QDialog*>(m_home->find<Dialog>()));
     }
     QCOMPARE(m_home->window().findChildren<MaskForm*>(QString(), Qt::FindDirectChildrenOnly).size(),
              2);
@@ -193,16 +179,17 @@ void SorvantaHomeOfferTest::failedDownloadAsks()
     m_home->window().slotSetUpdateData(m_service->offer(QStringLiteral("setup"), "x"));
     (*m_service)->stop();
     QTest::mouseClick(button<Dialog>("btnUpdate"), Qt::LeftButton);
-    QTRY_VERIFY(dialog<SvtaMessageDialog>()->isVisible());
-    QVERIFY(!dialog<Dialog>()->isVisible());
-    QCOMPARE(dialog<Dialog>()->currentPage(), int(Dialog::DownloadPage));
-    QCOMPARE(masked(), static_cast<const QDialog*>(dialog<SvtaMessageDialog>()));
+    QTRY_VERIFY(m_home->find<SvtaMessageDialog>()->isVisible());
+    QVERIFY(!m_home->find<Dialog>()->isVisible());
+    QCOMPARE(m_home->find<Dialog>()->currentPage(), int(Dialog::DownloadPage));
+    QCOMPARE(masked(), static_cast<const QDialog*>(m_home->find<SvtaMessageDialog>()));
     QCOMPARE(message(), QStringLiteral("Downloading failed . Please try again."));
     QCOMPARE(button<SvtaMessageDialog>("btnConfirm")->text(), QStringLiteral("Later"));
     QCOMPARE(button<SvtaMessageDialog>("btnCancel")->text(), QStringLiteral("Retry"));
     QVERIFY(button<SvtaMessageDialog>("btnCancel")->isVisible());
-    QCOMPARE(dialog<Dialog>()->findChild<QLabel*>(QStringLiteral("labDownloadStatus"))->text(),
-             QStringLiteral("Download failed"));
+    QCOMPARE(
+        m_home->find<Dialog>()->findChild<QLabel*>(QStringLiteral("labDownloadStatus"))->text(),
+        QStringLiteral("Download failed"));
 }
 
 void SorvantaHomeOfferTest::failedForcedDownloadLeavesNoChoice()
@@ -210,7 +197,7 @@ void SorvantaHomeOfferTest::failedForcedDownloadLeavesNoChoice()
     m_home->window().slotForceUpdate(m_service->offer(QStringLiteral("setup"), "x"));
     (*m_service)->stop();
     QTest::mouseClick(button<Dialog>("btnUpdate"), Qt::LeftButton);
-    QTRY_VERIFY(dialog<SvtaMessageDialog>()->isVisible());
+    QTRY_VERIFY(m_home->find<SvtaMessageDialog>()->isVisible());
     QCOMPARE(message(), QStringLiteral("Download failed, please try again. If no, please contact "
                                        "the administrator."));
     QVERIFY(button<SvtaMessageDialog>("btnCancel")->isHidden());
@@ -224,15 +211,15 @@ void SorvantaHomeOfferTest::laterTriesAgain()
     m_home->window().slotSetUpdateData(m_service->offer(QStringLiteral("setup"), package));
     QVERIFY((*m_service)->fault(QStringLiteral("truncate 100")));
     QTest::mouseClick(button<Dialog>("btnUpdate"), Qt::LeftButton);
-    QTRY_VERIFY(dialog<SvtaMessageDialog>()->isVisible());
+    QTRY_VERIFY(m_home->find<SvtaMessageDialog>()->isVisible());
     (*m_service)->setBehaviour({});
     QVERIFY((*m_service)->fault(QStringLiteral("slow 50000")));
     QTest::mouseClick(button<SvtaMessageDialog>("btnConfirm"), Qt::LeftButton);
-    QVERIFY(!dialog<SvtaMessageDialog>()->isVisible());
-    QVERIFY(dialog<Dialog>()->isVisible());
-    QCOMPARE(dialog<Dialog>()->currentPage(), int(Dialog::DownloadPage));
-    QCOMPARE(masked(), static_cast<const QDialog*>(dialog<Dialog>()));
-    QTRY_VERIFY(!dialog<Dialog>()->isVisible());
+    QVERIFY(!m_home->find<SvtaMessageDialog>()->isVisible());
+    QVERIFY(m_home->find<Dialog>()->isVisible());
+    QCOMPARE(m_home->find<Dialog>()->currentPage(), int(Dialog::DownloadPage));
+    QCOMPARE(masked(), static_cast<const QDialog*>(m_home->find<Dialog>()));
+    QTRY_VERIFY(!m_home->find<Dialog>()->isVisible());
     QCOMPARE(m_cache->contentOf(QStringLiteral("setup")), package);
 }
 
@@ -241,12 +228,12 @@ void SorvantaHomeOfferTest::retryGivesUp()
     m_home->window().slotSetUpdateData(m_service->offer(QStringLiteral("setup"), "x"));
     (*m_service)->stop();
     QTest::mouseClick(button<Dialog>("btnUpdate"), Qt::LeftButton);
-    QTRY_VERIFY(dialog<SvtaMessageDialog>()->isVisible());
+    QTRY_VERIFY(m_home->find<SvtaMessageDialog>()->isVisible());
     const int before = (*m_service)->requests().size();
     QTest::mouseClick(button<SvtaMessageDialog>("btnCancel"), Qt::LeftButton);
-    QVERIFY(!dialog<SvtaMessageDialog>()->isVisible());
-    QVERIFY(!dialog<Dialog>()->isVisible());
-    QCOMPARE(dialog<Dialog>()->currentPage(), int(Dialog::OfferPage));
+    QVERIFY(!m_home->find<SvtaMessageDialog>()->isVisible());
+    QVERIFY(!m_home->find<Dialog>()->isVisible());
+    QCOMPARE(m_home->find<Dialog>()->currentPage(), int(Dialog::OfferPage));
     QVERIFY(!masked());
     QTest::qWait(100);
     QCOMPARE((*m_service)->requests().size(), before);
@@ -259,11 +246,11 @@ void SorvantaHomeOfferTest::toastsOfThePagesAreShown()
     m_home->window().showDeviceSettingPages(ShownHome::connectedCamera());
     m_home->click("deviceInfoBtn");
     m_home->click("btnUpgrade");
-    QTRY_COMPARE(toast(), QStringLiteral("Software is up to date"));
+    QTRY_COMPARE(m_home->toast(), QStringLiteral("Software is up to date"));
     m_home->window().showView(Pages::AboutUsPage);
     const int checks = m_service->checks();
     m_home->click("btnCheckUpdate");
-    QCOMPARE(toast(), QStringLiteral("Software is up to date"));
+    QCOMPARE(m_home->toast(), QStringLiteral("Software is up to date"));
     QTest::qWait(100);
     QCOMPARE(m_service->checks(), checks);
 }
@@ -282,7 +269,7 @@ void SorvantaHomeOfferTest::programAsksForItselfOnceTheListIsThere()
     QVERIFY(m_home->passStart());
     QTest::qWait(200);
     QCOMPARE(m_service->checks(), 1);
-    QCOMPARE(toast(), QString());
+    QCOMPARE(m_home->toast(), QString());
 }
 
 void SorvantaHomeOfferTest::programsOwnOfferIsShown()
@@ -290,7 +277,7 @@ void SorvantaHomeOfferTest::programsOwnOfferIsShown()
     TestVendor::setChecksForApplicationUpdate(true);
     m_service->answer("{\"needUpgrade\":true,\"details\":\"Faster\"}");
     QVERIFY(m_home->passStart());
-    QTRY_VERIFY(dialog<Dialog>()->isVisible());
+    QTRY_VERIFY(m_home->find<Dialog>()->isVisible());
     QCOMPARE(title(), QStringLiteral("MarvikTools V" MARVIK_VERSION));
     QVERIFY(button<Dialog>("btnPauseUpdate")->isVisible());
     QVERIFY(button<Dialog>("btnClose")->isHidden());
@@ -321,8 +308,8 @@ void SorvantaHomeOfferTest::otherAnswersAboutTheProgramAreQuiet()
     QTRY_VERIFY(m_log->contains(QStringLiteral("no new version")) ||
                 !m_log->texts().filter(QStringLiteral("no answer about a new version")).isEmpty());
     QTest::qWait(50);
-    QVERIFY(!dialog<Dialog>()->isVisible());
-    QCOMPARE(toast(), QString());
+    QVERIFY(!m_home->find<Dialog>()->isVisible());
+    QCOMPARE(m_home->toast(), QString());
 }
 
 void SorvantaHomeOfferTest::programDoesNotAskForItself_data()

@@ -82,6 +82,16 @@ bool CameraDesk::waitForCards(int count)
     return QTest::qWaitFor([&] { return cardCount() == count; }, kPatienceMs) && settle();
 }
 
+bool CameraDesk::replug(PluggedCamera& camera)
+{
+    const int cards = cardCount();
+    camera.unplug();
+    if (!waitForCards(cards - 1))
+        return false;
+    camera.plug();
+    return waitForCards(cards);
+}
+
 SvtaDeviceWidget* CameraDesk::card(PluggedCamera& camera) const
 {
     const QString path = camera.hidPath();

@@ -51,6 +51,8 @@ public:
     /// @{
     [[nodiscard]] int cardCount() const;
     [[nodiscard]] bool waitForCards(int count);
+    /// Pulls the camera and plugs it in again; the list has noticed both.
+    [[nodiscard]] bool replug(PluggedCamera& camera);
     /// Clicks the camera's card and waits until its settings are shown.
     [[nodiscard]] bool open(PluggedCamera& camera);
     /// Clicks the camera's card.

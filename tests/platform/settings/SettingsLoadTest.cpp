@@ -371,10 +371,7 @@ void SettingsLoadTest::savedPictureIsAppliedWhenTheCameraIsPluggedIn()
     QVERIFY(m_saved->put("[SVAA009500551]\nbright=100\ncontrast=101\nsaturation=102\n"
                          "sharpness=103\nimagemode=2\n"));
     QVERIFY(m_desk->start());
-    m_camera->unplug();
-    QVERIFY(m_desk->waitForCards(0));
-    m_camera->plug();
-    QVERIFY(m_desk->waitForCards(1));
+    QVERIFY(m_desk->replug(*m_camera));
     QCOMPARE(pictureOf(*m_camera), (QList<int>{100, 101, 102, 103}));
     QVERIFY(m_desk->isOnPage(Pages::HomePage));
     QVERIFY(!m_camera->stats().streaming);
@@ -385,10 +382,7 @@ void SettingsLoadTest::listAppliesNothingToACameraWithoutSavedSettings()
     QVERIFY(m_saved->put("[SVAA009500552]\nbright=100\ncontrast=101\nsaturation=102\n"
                          "sharpness=103\nimagemode=2\n"));
     QVERIFY(m_desk->start());
-    m_camera->unplug();
-    QVERIFY(m_desk->waitForCards(0));
-    m_camera->plug();
-    QVERIFY(m_desk->waitForCards(1));
+    QVERIFY(m_desk->replug(*m_camera));
     QCOMPARE(pictureOf(*m_camera), kFactoryPicture);
     QCOMPARE(writesTo(*m_camera), QStringList());
 }
@@ -400,10 +394,7 @@ void SettingsLoadTest::replugShowsTheFirstPresetUntilThePageOpens()
     QVERIFY(m_desk->save());
     QCOMPARE(m_saved->group(kSerial).value(QStringLiteral("imagemode")), 2);
     QVERIFY(m_desk->back());
-    m_camera->unplug();
-    QVERIFY(m_desk->waitForCards(0));
-    m_camera->plug();
-    QVERIFY(m_desk->waitForCards(1));
+    QVERIFY(m_desk->replug(*m_camera));
     QVERIFY(m_desk->isChecked("btnStandardMode"));
     QCOMPARE(pictureOf(*m_camera), (QList<int>{130, 128, 140, 120}));
     QVERIFY(m_desk->open(*m_camera));
@@ -414,10 +405,7 @@ void SettingsLoadTest::presetUnderTheOtherKeyIsShownOnReplug()
 {
     QVERIFY(m_saved->put("[SVAA009500551]\nbright=100\nimage_mode=1\nimagemode=2\n"));
     QVERIFY(m_desk->start());
-    m_camera->unplug();
-    QVERIFY(m_desk->waitForCards(0));
-    m_camera->plug();
-    QVERIFY(m_desk->waitForCards(1));
+    QVERIFY(m_desk->replug(*m_camera));
     QVERIFY(m_desk->isChecked("btnBrightMode"));
 }
 
@@ -428,10 +416,7 @@ void SettingsLoadTest::replugWhileAPageIsOpenLeavesThePageAlone()
                          "imagemode=2\n"));
     QVERIFY(openCamera());
     QVERIFY(m_desk->choose("btnBrightMode"));
-    other.unplug();
-    QVERIFY(m_desk->waitForCards(1));
-    other.plug();
-    QVERIFY(m_desk->waitForCards(2));
+    QVERIFY(m_desk->replug(other));
     QCOMPARE(m_desk->sliderValues(), (QList<int>{138, 128, 130, 120}));
     QVERIFY(m_desk->isChecked("btnBrightMode"));
     QCOMPARE(pictureOf(*m_camera), (QList<int>{138, 128, 130, 120}));
