@@ -10,10 +10,12 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <limits>
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QSslConfiguration>
+#include <thread>
 #include <utility>
 
 namespace Brivane {
@@ -24,8 +26,9 @@ constexpr int kPieceBytes = 256 * 1024;
 /// When more than this waits for the disk, the service has to wait too, so that a package is not
 /// held in memory.
 constexpr std::int64_t kReadAheadBytes = std::int64_t{32} << 20;
-/// The network hands over small pieces; so long they gather before they are taken.
-constexpr int kGatherMs = 5;
+/// The network hands over a package in pieces of 4 KiB, and whoever waits is woken for each. So long
+/// nobody waits, and hundreds gather.
+constexpr std::chrono::milliseconds kGather{2};
 constexpr int kAnswerPatience = 4;
 
 constexpr int kOk = 200;
@@ -63,7 +66,7 @@ Transfer::Transfer(RequestJob job, TrustStore& trust, QObject* parent)
         milliseconds(request.inactivityTimeoutMs, STHTTPRequest::kInactivityTimeoutMs));
     constexpr int longest = std::numeric_limits<int>::max() / kAnswerPatience;
     m_answerTimer.setInterval(std::min(m_inactivityTimer.interval(), longest) * kAnswerPatience);
-    m_gatherTimer.setInterval(kGatherMs);
+    m_gatherTimer.setInterval(0); // when all that has come is handed over
     connect(&m_gatherTimer, &QTimer::timeout, this, &Transfer::onGathered);
     connect(&m_connectTimer, &QTimer::timeout, this, &Transfer::onConnectTimeout);
     connect(&m_inactivityTimer, &QTimer::timeout, this, &Transfer::onInactivityTimeout);
@@ -205,18 +208,19 @@ void Transfer::onMetaDataChanged()
 
 void Transfer::onReadyRead()
 {
-    onSign();
     if (!m_gatherTimer.isActive())
         m_gatherTimer.start();
 }
 
 void Transfer::onGathered()
 {
+    onSign();
     // The disk is slower than the network: from now on the service has to wait for it. Not from the
     // beginning, for the limit alone makes a fast download a third slower.
     if (m_reply->bytesAvailable() > kReadAheadBytes)
         m_reply->setReadBufferSize(kReadAheadBytes);
-    takeBody();
+    if (takeBody() && m_job.download())
+        std::this_thread::sleep_for(kGather);
 }
 
 void Transfer::onFinished()

@@ -38,6 +38,8 @@ void FirmwareSizeTest::imageArrives_data()
     QTest::newRow("one more than two packets") << 2 * kFullPacket + 1 << 3;
     // Beyond the numbers that fit into one byte.
     QTest::newRow("many packets") << 300 * kFullPacket - 3 << 300;
+    // A minute and a half, for each packet is 10 ms apart from the one before.
+    QTest::newRow("largest image") << kLargest << (kLargest + kFullPacket - 1) / kFullPacket;
 }
 
 void FirmwareSizeTest::imageArrives()
