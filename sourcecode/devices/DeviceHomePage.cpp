@@ -97,6 +97,7 @@ void DeviceHomePage::start()
     UVCCamera::enumerateCameras(m_cameras);
     m_hidMap.clear();
     UVCHid::getHidDevices(m_hidMap);
+    m_list->clear(); // a camera that came during the start animation has its card already
     getHidCamerasAndAddToList(m_cameras);
 }
 

@@ -38,6 +38,7 @@ private slots:
     void signalTellsBeforeAndAfter();
     void firstSignalTellsThatThereWasNothing();
     void listIsMadeAnew();
+    void cameraThatComesBeforeTheStartHasOneCard();
     void unpluggingTheLastCameraShowsTheEmptyState();
     void openCameraThatIsBackIsSignalled();
     void otherChangesDoNotSignalTheOpenCamera();
@@ -199,6 +200,16 @@ void DeviceHomePageHotPlugTest::listIsMadeAnew()
     QCOMPARE(int(m_shown->cards().at(0)->data().status), 0);
     QCOMPARE(m_shown->records().size(), 2);
     QCOMPARE(m_shown->records().last().keys(), QStringList{CameraBench::videoPath(0)});
+}
+
+/// The watch for cameras begins before the start animation ends.
+void DeviceHomePageHotPlugTest::cameraThatComesBeforeTheStartHasOneCard()
+{
+    m_shown->bench().plugIn(2);
+    notify(DevicePluggedIn);
+    QTRY_COMPARE(m_shown->page().entryCount(), 2);
+    m_shown->page().start();
+    QCOMPARE(m_shown->page().entryCount(), 2);
 }
 
 void DeviceHomePageHotPlugTest::unpluggingTheLastCameraShowsTheEmptyState()

@@ -94,9 +94,12 @@ bool CameraDesk::replug(PluggedCamera& camera)
 
 SvtaDeviceWidget* CameraDesk::card(PluggedCamera& camera) const
 {
+    // By way of the list: the window also has cards that are about to be deleted.
+    const auto* list = find<QListWidget>("deviceList");
     const QString path = camera.hidPath();
-    for (SvtaDeviceWidget* each : m_window.findChildren<SvtaDeviceWidget*>()) {
-        if (each->data().hidPath == path)
+    for (int row = 0; row < list->count(); ++row) {
+        auto* each = qobject_cast<SvtaDeviceWidget*>(list->itemWidget(list->item(row)));
+        if (each && each->data().hidPath == path)
             return each;
     }
     return nullptr;
