@@ -25,4 +25,10 @@ install(FILES ${MARVIK_WINDOWS_PREFIX}/plugins/iconengines/qsvgicon.dll DESTINAT
 foreach(name qgif qico qsvg)
     install(FILES ${MARVIK_WINDOWS_PREFIX}/plugins/imageformats/${name}.dll DESTINATION imageformats)
 endforeach()
+
 install(DIRECTORY ${MARVIK_WINDOWS_PREFIX}/licences/ DESTINATION licences)
+# The text that the LGPL adds to, and the terms of the compiler's own libraries.
+install(FILES /usr/share/common-licenses/GPL-3 DESTINATION licences RENAME GPL-3.txt)
+install(FILES /usr/share/doc/gcc-mingw-w64-x86-64-posix-runtime/copyright
+    DESTINATION licences RENAME GCC-runtime.txt)
+install(FILES /usr/share/doc/mingw-w64-x86-64-dev/copyright DESTINATION licences RENAME MinGW-w64.txt)

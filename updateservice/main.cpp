@@ -71,7 +71,7 @@ int main(int argc, char** argv)
     ControlServer control(service);
     if (options.isSet("control") && !control.listen(options.value("control")))
         return fail("cannot take commands at " + options.value("control"));
-    std::printf("listening on %d\n", service.serverPort());
+    std::printf("listening on %d\n", service.port());
     std::fflush(stdout);
     return QCoreApplication::exec();
 }

@@ -166,6 +166,7 @@ void DirectShowCaptureGraph::placeVideoWindow(WId window)
         return;
     m_videoWindow->put_WindowStyle(WS_CHILD | WS_CLIPCHILDREN);
     RECT area{};
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the toolkit keeps handles as numbers.
     ::GetClientRect(reinterpret_cast<HWND>(window), &area);
     m_videoWindow->SetWindowPosition(0, 0, area.right, area.bottom);
     m_videoWindow->put_Visible(kTrue);

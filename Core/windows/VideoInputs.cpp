@@ -32,7 +32,7 @@ public:
     }
 
 private:
-    VARIANT m_value;
+    VARIANT m_value{};
 };
 
 QString displayName(IMoniker* moniker)

@@ -162,10 +162,11 @@ std::optional<PictureParameters> DeviceIniStore::read(const QString& serial) con
     const IniCopy copy(*contents);
     QSettings* settings = copy.settings();
     const QString group = groupName(serial);
-    if (!settings || !settings->childGroups().contains(group))
+    if (!settings)
         return std::nullopt;
-
     settings->beginGroup(group);
+    if (settings->allKeys().isEmpty())
+        return std::nullopt;
     // By way of the text: a number too large for a setting is no number then.
     const auto number = [settings](QLatin1String key) {
         return settings->value(key).toString().toInt();

@@ -9,8 +9,11 @@
 /// group for each serial number.
 ///
 /// A serial number comes from a device and may hold anything. Every serial number has exactly one
-/// group, an ordinary one a group of its own name. A file that is damaged or cannot be written
-/// never costs the settings that are readable in it. GUI thread; calls block on the file system.
+/// group, an ordinary one a group of its own name. On Windows, where the INI format does not tell
+/// capital letters from small ones, serial numbers that differ in nothing else share a group: the
+/// file stays what every program there reads, and a maker numbers cameras in one case. A file that
+/// is damaged or cannot be written never costs the settings that are readable in it. GUI thread;
+/// calls block on the file system.
 class DeviceIniStore
 {
 public:

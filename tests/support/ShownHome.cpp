@@ -13,6 +13,8 @@
 namespace {
 
 constexpr QPoint kPlace(400, 160);
+constexpr int kAttempts = 5;
+constexpr int kAttemptMs = 2000;
 
 } // namespace
 
@@ -23,9 +25,13 @@ ShownHome::ShownHome(int cameras)
     m_window.setWindowTitle(QStringLiteral("MarvikTools"));
     m_window.move(kPlace);
     m_window.show();
-    m_window.activateWindow();
-    m_placed = QTest::qWaitForWindowActive(&m_window) &&
-               QTest::qWaitFor([this] { return m_window.pos() == kPlace; });
+    // The end of the window that was active before may take the activation with it.
+    bool active = false;
+    for (int attempt = 0; attempt < kAttempts && !active; ++attempt) {
+        m_window.activateWindow();
+        active = QTest::qWaitForWindowActive(&m_window, kAttemptMs);
+    }
+    m_placed = active && QTest::qWaitFor([this] { return m_window.pos() == kPlace; });
 }
 
 ShownHome::~ShownHome() = default;

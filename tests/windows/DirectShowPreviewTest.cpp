@@ -2,11 +2,14 @@
 #include "ComObject.h"
 #include "SoftCamera.h"
 #include "UVCCamera.h"
+#include "windows/DirectShowCaptureGraph.h"
 #include "Wine.h"
 
 #include <mutex>
 #include <QtTest>
+#include <QUuid>
 #include <QWidget>
+#include <uuids.h>
 
 namespace {
 
@@ -83,6 +86,8 @@ private slots:
     void startNeedsAnOpenDevice();
     void framesArriveWithTheCamerasPicture_data();
     void framesArriveWithTheCamerasPicture();
+    void everyFormatIsAskedFor_data();
+    void everyFormatIsAskedFor();
     void framesComeOnAnotherThread();
     void framesComeAsFastAsTheCamera();
     void pictureFillsTheWindow();
@@ -183,6 +188,35 @@ void DirectShowPreviewTest::framesArriveWithTheCamerasPicture()
         QCOMPARE(image.pixelColor(at.x(), y).rgb(),
                  QColor(PictureFormat::colourAt(size, at.x(), at.y())).rgb());
     }
+}
+
+void DirectShowPreviewTest::everyFormatIsAskedFor_data()
+{
+    QTest::addColumn<int>("format");
+    QTest::addColumn<QUuid>("subtype");
+    QTest::newRow("8 bits") << int(PreviewFormat::Rgb8) << QUuid(MEDIASUBTYPE_RGB8);
+    QTest::newRow("16 bits") << int(PreviewFormat::Rgb555) << QUuid(MEDIASUBTYPE_RGB555);
+    QTest::newRow("24 bits") << int(PreviewFormat::Rgb24) << QUuid(MEDIASUBTYPE_RGB24);
+    QTest::newRow("32 bits") << int(PreviewFormat::Rgb32) << QUuid(MEDIASUBTYPE_RGB32);
+}
+
+// No screen of today has every depth; the graph is the one that the depth of the screen chooses.
+void DirectShowPreviewTest::everyFormatIsAskedFor()
+{
+    QFETCH(const int, format);
+    QFETCH(const QUuid, subtype);
+    DirectShowCaptureGraph graph;
+    QVERIFY(graph.create());
+    QVERIFY(graph.createSampleGrabber());
+    QVERIFY(graph.bindCaptureSource(SoftCamera::supportedPath(1)));
+    QVERIFY(graph.addFilters());
+    QVERIFY(graph.setGrabberFormat(static_cast<PreviewFormat>(format)));
+    const bool connected = graph.renderPreview(m_window->winId());
+    QCOMPARE(QUuid(m_device->script().requestedSubtype()), subtype);
+    if (isWine() && subtype == QUuid(MEDIASUBTYPE_RGB555))
+        QSKIP("Wine's renderer takes no such frames, and Wine has no converter");
+    QVERIFY(connected);
+    QCOMPARE(graph.connectedFrameSize().value_or(QSize()), m_device->script().size);
 }
 
 void DirectShowPreviewTest::framesComeOnAnotherThread()

@@ -1,7 +1,11 @@
 #include "ProgramWindow.h"
 
 #include <QProcess>
+#include <QStandardPaths>
 #include <QtTest>
+
+// After qt_windows.h, which it needs.
+#include <shellapi.h>
 
 namespace {
 
@@ -18,12 +22,38 @@ private slots:
     void init();
     void cleanup();
 
+    void listFollowsTheStart();
     void watcherRunsBesideTheWindow();
     void closingHidesInTheTray();
+    void clickInTheTrayRaises();
     void secondStartEndsAtOnceAndRaisesTheFirst();
-    void quitEndsTheProgram();
+    void quitInTheTraysMenuEndsTheProgram();
+    void endOfTheEventLoopEndsTheProgram();
 
 private:
+    /// Tells the program of an event at its tray icon, as the shell does.
+    static void sendTrayEvent(WORD event, const QPoint& at = QPoint())
+    {
+        constexpr UINT trayMessage = WM_APP + 101; // the toolkit's
+        HWND tray = ::FindWindowW(nullptr, L"QTrayIconMessageWindow");
+        QVERIFY(tray);
+        ::PostMessageW(tray, trayMessage,
+                       MAKEWPARAM(static_cast<WORD>(at.x()), static_cast<WORD>(at.y())),
+                       MAKELPARAM(event, 0));
+    }
+    void hideInTheTray() const
+    {
+        ::PostMessageW(programWindow(), WM_CLOSE, 0, 0);
+        QTRY_VERIFY_WITH_TIMEOUT(!::IsWindowVisible(programWindow()), kPatience);
+    }
+    /// Everything that the program has logged, in this start and those before.
+    static QString log()
+    {
+        QFile file(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                   QStringLiteral("/MarvikTools/MarvikTools.log"));
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    }
+
     QProcess m_program;
 };
 
@@ -44,6 +74,14 @@ void ProgramTest::cleanup()
     QTRY_VERIFY(!programWindow());
 }
 
+void ProgramTest::listFollowsTheStart()
+{
+    const auto listsBuilt = [] { return log().count(QStringLiteral("更新home页的设备列表")); };
+    const int before = listsBuilt();
+    QTRY_COMPARE_WITH_TIMEOUT(listsBuilt(), before + 1, kPatience);
+    QVERIFY(::IsWindowVisible(programWindow()));
+}
+
 void ProgramTest::watcherRunsBesideTheWindow()
 {
     QTRY_VERIFY_WITH_TIMEOUT(::FindWindowA("velmarin", "velmarin window"), kPatience);
@@ -52,17 +90,25 @@ void ProgramTest::watcherRunsBesideTheWindow()
 
 void ProgramTest::closingHidesInTheTray()
 {
-    ::PostMessageW(programWindow(), WM_CLOSE, 0, 0);
-    QTRY_VERIFY_WITH_TIMEOUT(!::IsWindowVisible(programWindow()), kPatience);
+    hideInTheTray();
     QVERIFY(!m_program.waitForFinished(500));
     QVERIFY(programWindow());
 }
 
+void ProgramTest::clickInTheTrayRaises()
+{
+    hideInTheTray();
+    sendTrayEvent(WM_MBUTTONUP);
+    QTest::qWait(300);
+    QVERIFY(!::IsWindowVisible(programWindow()));
+    sendTrayEvent(NIN_SELECT);
+    QTRY_VERIFY_WITH_TIMEOUT(::IsWindowVisible(programWindow()), kPatience);
+    QTRY_VERIFY(!::IsIconic(programWindow()));
+}
+
 void ProgramTest::secondStartEndsAtOnceAndRaisesTheFirst()
 {
-    ::PostMessageW(programWindow(), WM_CLOSE, 0, 0);
-    QTRY_VERIFY_WITH_TIMEOUT(!::IsWindowVisible(programWindow()), kPatience);
-
+    hideInTheTray();
     QProcess second;
     second.start(QStringLiteral(MARVIK_PROGRAM), {});
     QVERIFY(second.waitForFinished(kPatience));
@@ -73,7 +119,27 @@ void ProgramTest::secondStartEndsAtOnceAndRaisesTheFirst()
     QCOMPARE(m_program.state(), QProcess::Running);
 }
 
-void ProgramTest::quitEndsTheProgram()
+void ProgramTest::quitInTheTraysMenuEndsTheProgram()
+{
+    HWND window = programWindow(); // the menu has the same title
+    const QPoint corner(700, 300);
+    sendTrayEvent(WM_CONTEXTMENU, corner);
+    const QPoint entry = corner + QPoint(30, 15);
+    const auto isMenu = [window](HWND candidate) {
+        return candidate != window && ::GetWindowThreadProcessId(candidate, nullptr) ==
+                                          ::GetWindowThreadProcessId(window, nullptr);
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(isMenu(::WindowFromPoint({entry.x(), entry.y()})), kPatience);
+    ::SetCursorPos(entry.x(), entry.y());
+    ::mouse_event(MOUSEEVENTF_LEFTDOWN, 0, 0, 0, 0);
+    ::mouse_event(MOUSEEVENTF_LEFTUP, 0, 0, 0, 0);
+    QVERIFY(m_program.waitForFinished(kPatience));
+    QCOMPARE(m_program.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(m_program.exitCode(), 0);
+}
+
+/// What the installer sends.
+void ProgramTest::endOfTheEventLoopEndsTheProgram()
 {
     WindowProcess(programWindow()).quit();
     QVERIFY(m_program.waitForFinished(kPatience));

@@ -38,7 +38,9 @@ void BodySender::start()
         m_tick.start();
         return;
     }
+    // The second is for a socket that does not encrypt itself.
     connect(&m_socket, &QSslSocket::encryptedBytesWritten, this, &BodySender::onBytesWritten);
+    connect(&m_socket, &QSslSocket::bytesWritten, this, &BodySender::onBytesWritten);
     onBytesWritten();
 }
 

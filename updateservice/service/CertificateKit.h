@@ -19,12 +19,14 @@ public:
         QSslKey key;
     };
 
-    /// Makes what is not yet in @p directory, which has to exist, with the openssl program.
+    /// Makes what is not yet in @p directory, which has to exist.
     /// @return false, see errorText(), when that fails
     bool make(const QString& directory);
 
     /// The authority to trust, a PEM file.
     [[nodiscard]] QString authorityFile() const;
+    /// What a certificate's files are called.
+    [[nodiscard]] static QString name(Behaviour::Certificate kind);
     [[nodiscard]] Identity identity(Behaviour::Certificate kind) const;
     [[nodiscard]] const QString& errorText() const { return m_errorText; }
 
@@ -34,9 +36,6 @@ public:
     static bool allowOldProtocols(const QString& directory);
 
 private:
-    bool openssl(const QStringList& arguments);
-    bool makeAuthority(const QString& name);
-    bool makeSigned(const QString& name, const QString& authority, const QString& hosts, int days);
     [[nodiscard]] QString path(const QString& file) const;
 
     QString m_directory;

@@ -2,9 +2,8 @@
 
 #include "BodySender.h"
 #include "Reply.h"
+#include "TlsEndpoint.h"
 #include "UpdateService.h"
-
-#include <QSslConfiguration>
 
 namespace updateservice {
 
@@ -12,19 +11,10 @@ Connection::Connection(qintptr descriptor, UpdateService& service, const Behavio
     : QObject(&service)
     , m_service(service)
 {
-    const CertificateKit::Identity identity =
-        service.certificates().identity(behaviour.certificate);
-    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-    configuration.setLocalCertificate(identity.certificate);
-    configuration.setPrivateKey(identity.key);
-    configuration.setPeerVerifyMode(QSslSocket::VerifyNone);
-    configuration.setProtocol(behaviour.protocol);
-    m_socket.setSslConfiguration(configuration);
     connect(&m_socket, &QSslSocket::disconnected, this, &Connection::deleteLater);
     connect(&m_socket, &QSslSocket::readyRead, this, &Connection::onReadyRead);
     m_socket.setSocketDescriptor(descriptor);
-    if (behaviour.stall != Behaviour::Stall::Handshake)
-        m_socket.startServerEncryption();
+    TlsEndpoint::begin(m_socket, service.certificates(), behaviour);
 }
 
 Connection::~Connection()
@@ -35,7 +25,7 @@ Connection::~Connection()
 
 void Connection::onReadyRead()
 {
-    if (m_answered || !m_socket.isEncrypted())
+    if (m_answered || !TlsEndpoint::isEncrypted(m_socket))
         return;
     const RequestParser::State state = m_parser.add(m_socket.readAll());
     if (state == RequestParser::State::Incomplete)

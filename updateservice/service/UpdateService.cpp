@@ -55,15 +55,13 @@ bool UpdateService::start(quint16 port)
 {
     if (!m_insecure.isListening() && !m_insecure.listen(QHostAddress::LocalHost))
         return false;
-    if (!listen(QHostAddress::LocalHost, port != 0 ? port : m_port))
-        return false;
-    m_port = serverPort();
-    return true;
+    m_port = m_endpoint.open(*this, port != 0 ? port : m_port);
+    return m_port != 0;
 }
 
 void UpdateService::stop()
 {
-    close();
+    m_endpoint.close(*this);
 }
 
 QString UpdateService::address(const QString& path) const

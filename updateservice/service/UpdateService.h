@@ -4,6 +4,7 @@
 #include "CertificateKit.h"
 #include "Reply.h"
 #include "RequestRecord.h"
+#include "TlsEndpoint.h"
 #include "UpdateOffer.h"
 
 #include <QHash>
@@ -31,6 +32,8 @@ public:
     /// Connections are refused from now on; those there are go on.
     void stop();
 
+    /// Where clients connect.
+    [[nodiscard]] quint16 port() const { return m_port; }
     /// "https://localhost:port", and @p path if there is one.
     [[nodiscard]] QString address(const QString& path = {}) const;
     [[nodiscard]] const CertificateKit& certificates() const { return m_certificates; }
@@ -80,7 +83,8 @@ private:
     QList<RequestRecord> m_requests;
     QTcpServer m_insecure;
     int m_insecureConnections = 0;
-    quint16 m_port = 0;
+    TlsEndpoint m_endpoint;
+    quint16 m_port = 0; ///< the clients'
 };
 
 } // namespace updateservice

@@ -1,3 +1,4 @@
+#include "core/Checksum.h"
 #include "core/FirmwareImage.h"
 
 #include <algorithm>
@@ -37,7 +38,8 @@ virtualcamera::Bytes makePayload(std::size_t size)
 
 } // namespace
 
-/// Makes a firmware image that the virtual camera accepts.
+/// Makes a firmware image that the virtual camera accepts, and says of it what the camera says of
+/// the one that it has received.
 int main(int argc, char** argv)
 {
     if (argc != 4) {
@@ -51,8 +53,11 @@ int main(int argc, char** argv)
         std::ofstream file(argv[3], std::ios::binary);
         std::copy(bytes.begin(), bytes.end(), std::ostreambuf_iterator<char>(file));
         file.close();
-        if (file.good())
+        if (file.good()) {
+            std::printf("size=%zu\nchecksum=0x%04x\n", bytes.size(),
+                        static_cast<unsigned>(virtualcamera::checksum(bytes.data(), bytes.size())));
             return 0;
+        }
         std::fprintf(stderr, "virtualcamera-firmware: cannot write %s\n", argv[3]);
     } catch (const std::logic_error&) {
         std::fprintf(stderr, "virtualcamera-firmware: no version, or no number of bytes\n");

@@ -47,14 +47,17 @@ bool hasVideoInterface(udev_device* usb)
     return found;
 }
 
-bool hasUsableVideoNode(udev_device* usb)
+/// The nodes of one camera get their access in any order, and the one for metadata is of no use.
+bool hasUsableVideoNodes(udev_device* usb)
 {
     bool found = false;
-    forEachChild(usb, "video4linux", [&found](udev_device* child) {
+    bool isUsable = true;
+    forEachChild(usb, "video4linux", [&found, &isUsable](udev_device* child) {
         const char* node = udev_device_get_devnode(child);
-        found = found || (node && ::access(node, R_OK | W_OK) == 0);
+        found = true;
+        isUsable = isUsable && node && ::access(node, R_OK | W_OK) == 0;
     });
-    return found;
+    return found && isUsable;
 }
 
 } // namespace
@@ -125,6 +128,6 @@ void HotPlugWatch::waitForVideoNodes(udev_device* hidraw)
     if (!usb || !hasVideoInterface(usb))
         return;
     const auto deadline = std::chrono::steady_clock::now() + kVideoNodePatience;
-    while (!hasUsableVideoNode(usb) && std::chrono::steady_clock::now() < deadline)
+    while (!hasUsableVideoNodes(usb) && std::chrono::steady_clock::now() < deadline)
         std::this_thread::sleep_for(kVideoNodeInterval);
 }

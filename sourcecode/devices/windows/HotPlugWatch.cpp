@@ -9,7 +9,9 @@ namespace {
 
 constexpr const char* kWindowClass = "velmarin";
 constexpr const char* kWindowTitle = "velmarin window";
-constexpr INT_PTR kCreationParameter = 12345;
+/// A number in the place of a pointer, as the window's creation message carries it.
+// NOLINTNEXTLINE(performance-no-int-to-ptr)
+void* const kCreationParameter = reinterpret_cast<void*>(INT_PTR{12345});
 
 /// The device interface class of HID devices.
 constexpr GUID kHidInterfaceClass = {
@@ -45,7 +47,7 @@ bool HotPlugWatch::createWindow()
 {
     m_window = ::CreateWindowExA(0, kWindowClass, kWindowTitle, WS_OVERLAPPEDWINDOW, CW_USEDEFAULT,
                                  CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr,
-                                 thisModule(), reinterpret_cast<void*>(kCreationParameter));
+                                 thisModule(), kCreationParameter);
     if (!m_window)
         return false;
     // WndProc() hands on to the default procedure for UTF-16, which reads the title as such.

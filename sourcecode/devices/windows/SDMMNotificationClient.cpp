@@ -27,7 +27,7 @@ public:
     }
 
 private:
-    PROPVARIANT m_value;
+    PROPVARIANT m_value{};
 };
 
 /// @p text in the code page of the console, where support reads the log.

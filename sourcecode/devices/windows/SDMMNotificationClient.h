@@ -35,6 +35,7 @@ public:
 
     /// Logs id and friendly name of the endpoint.
     /// @return the failure that kept the name back; both are logged all the same
+    // NOLINTNEXTLINE(bugprone-reserved-identifier)
     long _PrintDeviceName(const wchar_t* id);
 
 private:

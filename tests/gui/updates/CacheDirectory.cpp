@@ -4,26 +4,6 @@
 #include <QFile>
 #include <QStandardPaths>
 
-namespace {
-
-const char* const kVariable = "XDG_CACHE_HOME";
-
-} // namespace
-
-CacheDirectory::CacheDirectory()
-    : m_before(qgetenv(kVariable))
-{
-    qputenv(kVariable, QFile::encodeName(m_directory.filePath(QStringLiteral("a user's cache"))));
-}
-
-CacheDirectory::~CacheDirectory()
-{
-    if (m_before.isNull())
-        qunsetenv(kVariable);
-    else
-        qputenv(kVariable, m_before);
-}
-
 QString CacheDirectory::path() const
 {
     return QStandardPaths::standardLocations(QStandardPaths::CacheLocation).constFirst();

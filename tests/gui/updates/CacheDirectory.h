@@ -1,20 +1,16 @@
 #pragma once
 
+#include "CacheHome.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
-#include <QTemporaryDir>
 
 /// A cache location of the test's own, as long as this object exists. It is not made before
-/// somebody needs it, as on a new account, and its path has blanks.
+/// somebody needs it, as on a new account.
 class CacheDirectory
 {
 public:
-    CacheDirectory();
-    ~CacheDirectory();
-    CacheDirectory(const CacheDirectory&) = delete;
-    CacheDirectory& operator=(const CacheDirectory&) = delete;
-
     /// Where the program keeps its files.
     [[nodiscard]] QString path() const;
     [[nodiscard]] QString filePath(const QString& name) const;
@@ -24,6 +20,5 @@ public:
     [[nodiscard]] bool put(const QString& name, const QByteArray& content) const;
 
 private:
-    QTemporaryDir m_directory;
-    QByteArray m_before;
+    CacheHome m_home;
 };

@@ -1,83 +1,114 @@
+#include "AboutPage.h"
+#include "LogCapture.h"
+#include "ScriptedHidapi.h"
+#include "ScriptedVideo.h"
+#include "SorvantaHome.h"
+
+#include <cstdio>
+#include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QLabel>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
-/// What the program makes of the file beside it.
+namespace {
+
+constexpr const char* kChild = "--main-window";
+constexpr int kPatienceMs = 30000;
+
+QString shownVersion(const QObject& parent)
+{
+    return parent.findChild<QLabel*>(QStringLiteral("labVersionCode"))->text();
+}
+
+} // namespace
+
+/// What the program makes of the file beside it: this program is copied beside files of the test,
+/// makes the main window there, and tells the version that it shows and its log.
 class ConfigFileTest : public QObject
 {
     Q_OBJECT
 
+public:
+    static int child();
+
 private slots:
     void lastEntryIsShown();
-    void missingFileLeavesTheVersionEmpty();
-    void brokenFileLeavesTheVersionEmpty();
+    void missingFileLeavesThePlaceholder();
+    void brokenFileLeavesThePlaceholder();
 
 private:
-    /// The log of a program that starts with @p config beside it; none for null.
-    static QString logWith(const QByteArray& config, const QString& until);
+    /// @param config what stands in the file; no file for null
+    bool start(const QByteArray& config);
+
+    QString m_version;
+    QString m_log;
 };
 
-QString ConfigFileTest::logWith(const QByteArray& config, const QString& until)
+int ConfigFileTest::child()
+{
+    const ScriptedHidapi hidapi;
+    const ScriptedVideo video;
+    const LogCapture log;
+    const SorvantaHome window;
+    std::printf("%s\n%s", qUtf8Printable(shownVersion(window)),
+                qUtf8Printable(log.texts().join(QLatin1Char('\n'))));
+    return 0;
+}
+
+bool ConfigFileTest::start(const QByteArray& config)
 {
     const QTemporaryDir directory;
-    const QString program = directory.filePath(QStringLiteral("MarvikTools"));
-    if (!QFile::copy(QStringLiteral(MARVIK_PROGRAM), program))
-        return {};
-    if (!config.isNull()) {
-        QFile file(directory.filePath(QStringLiteral("config.json")));
-        if (!file.open(QIODevice::WriteOnly))
-            return {};
-        file.write(config);
-    }
-    QFile::setPermissions(directory.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("HOME"), directory.path());
-    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), directory.path());
-    environment.remove(QStringLiteral("QT_LOGGING_RULES"));
+    const QString program = directory.filePath(QStringLiteral("ConfigFileTest"));
+    if (!QFile::copy(QCoreApplication::applicationFilePath(), program))
+        return false;
+    QFile file(directory.filePath(QStringLiteral("config.json")));
+    if (!config.isNull() &&
+        (!file.open(QIODevice::WriteOnly) || file.write(config) != config.size()))
+        return false;
+    file.close();
     QProcess process;
-    process.setProcessEnvironment(environment);
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(program, {});
-    QString log;
-    const bool found = QTest::qWaitFor(
-        [&] {
-            process.waitForReadyRead(20);
-            log += QString::fromUtf8(process.readAll());
-            return log.contains(until);
-        },
-        20000);
-    process.kill();
-    process.waitForFinished();
-    return found ? log : QStringLiteral("not found: ") + until + log;
+    process.start(program, {QLatin1String(kChild)});
+    if (!process.waitForFinished(kPatienceMs) || process.exitCode() != 0)
+        return false;
+    const QString said = QString::fromUtf8(process.readAllStandardOutput());
+    m_version = said.section(QLatin1Char('\n'), 0, 0);
+    m_log = said.section(QLatin1Char('\n'), 1);
+    return true;
 }
 
 void ConfigFileTest::lastEntryIsShown()
 {
-    const QString log = logWith(R"({"other":1,"versionInfo":[)"
-                                R"({"version":"1.0.0","hashcode":"111111"},)"
-                                R"({"version":"2.3.4","hashcode":"222222"}]})",
-                                QStringLiteral("2.3.4"));
-    const int first = log.indexOf(QStringLiteral("1.0.0"));
-    const int last = log.indexOf(QStringLiteral("2.3.4"));
-    QVERIFY2(first >= 0 && last > first, qPrintable(log));
-    QVERIFY(log.contains(QStringLiteral("\"other\"")));
+    QVERIFY(start(R"({"other":1,"versionInfo":[)"
+                  R"({"version":"1.0.0","hashcode":"111111"},)"
+                  R"({"version":"2.3.4","hashcode":"222222"}]})"));
+    QCOMPARE(m_version, QStringLiteral("Version：V2.3.4(222222)"));
+    QVERIFY2(m_log.contains(QStringLiteral("\"other\"")), qPrintable(m_log));
 }
 
-void ConfigFileTest::missingFileLeavesTheVersionEmpty()
+void ConfigFileTest::missingFileLeavesThePlaceholder()
 {
-    const QString log = logWith({}, QStringLiteral("SorvantaHome::readConfigFile"));
-    QVERIFY2(log.contains(QStringLiteral("fail to open the file: ")), qPrintable(log));
-    QVERIFY(!log.contains(QStringLiteral("SCW")));
+    QVERIFY(start({}));
+    QCOMPARE(m_version, shownVersion(AboutPage()));
+    QVERIFY2(m_log.contains(QStringLiteral("fail to open the file: ")), qPrintable(m_log));
 }
 
-void ConfigFileTest::brokenFileLeavesTheVersionEmpty()
+void ConfigFileTest::brokenFileLeavesThePlaceholder()
 {
-    const QString log = logWith("{\"versionInfo\":", QStringLiteral("JsonParseError: "));
-    QVERIFY2(log.contains(QStringLiteral("JsonParseError: ")), qPrintable(log));
-    QVERIFY(!log.contains(QStringLiteral("SCW")));
+    QVERIFY(start("{\"versionInfo\":"));
+    QCOMPARE(m_version, shownVersion(AboutPage()));
+    QVERIFY2(m_log.contains(QStringLiteral("JsonParseError: ")), qPrintable(m_log));
 }
 
-QTEST_MAIN(ConfigFileTest)
+int main(int argc, char** argv)
+{
+    QApplication application(argc, argv);
+    if (application.arguments().value(1) == QLatin1String(kChild))
+        return ConfigFileTest::child();
+    ConfigFileTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "ConfigFileTest.moc"

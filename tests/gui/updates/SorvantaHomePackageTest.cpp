@@ -4,6 +4,7 @@
 #include "LogCapture.h"
 #include "ShownHome.h"
 #include "SvtaVersionUpdateDialog.h"
+#include "TestInstaller.h"
 
 #include <memory>
 #include <QFile>
@@ -37,7 +38,7 @@ private:
                m_log->contains(QStringLiteral("ret = false"));
     }
     /// Downloads a package while a page is shown that installs nothing.
-    void download(const QByteArray& content);
+    void download(const QByteArray& content, const QString& name = TestInstaller::name());
     /// Runs the program from the end of the download on.
     [[nodiscard]] bool endsTheProgram();
 
@@ -66,14 +67,14 @@ void SorvantaHomePackageTest::cleanup()
     m_log.reset();
 }
 
-void SorvantaHomePackageTest::download(const QByteArray& content)
+void SorvantaHomePackageTest::download(const QByteArray& content, const QString& name)
 {
-    m_home->window().slotSetUpdateData(m_service->offer(QStringLiteral("setup 1.sh"), content));
+    m_home->window().slotSetUpdateData(m_service->offer(name, content));
     QSignalSpy success(dialog(), &Dialog::sigDownloadSuccessed);
     dialog()->slotUpdate();
     QTRY_COMPARE(success.size(), 1);
     QTRY_VERIFY(!dialog()->isVisible());
-    QCOMPARE(m_cache->contentOf(QStringLiteral("setup 1.sh")), content);
+    QCOMPARE(m_cache->contentOf(name), content);
 }
 
 bool SorvantaHomePackageTest::endsTheProgram()
@@ -97,7 +98,7 @@ void SorvantaHomePackageTest::nothingIsInstalledFromThePage_data()
 void SorvantaHomePackageTest::nothingIsInstalledFromThePage()
 {
     QFETCH(const int, page);
-    download("#!/bin/sh\n");
+    download(TestInstaller::content());
     m_home->window().showView(static_cast<Pages::ViewPageEnum>(page));
     m_log->clear();
     QVERIFY(!endsTheProgram());
@@ -106,12 +107,12 @@ void SorvantaHomePackageTest::nothingIsInstalledFromThePage()
     QVERIFY(m_log->texts().filter(QStringLiteral("slotCameraUpdateFile")).isEmpty());
     QVERIFY(!m_home->find<LoadingDialog>()->isVisible());
     // The file waits where it is.
-    QCOMPARE(m_cache->files(), QStringList(QStringLiteral("setup 1.sh")));
+    QCOMPARE(m_cache->files(), QStringList(TestInstaller::name()));
 }
 
 void SorvantaHomePackageTest::stoppedDownloadInstallsNothing()
 {
-    download("#!/bin/sh\n");
+    download(TestInstaller::content());
     m_home->window().showView(Pages::HomePage);
     dialog()->slotStopUpdate();
     m_log->clear();
@@ -130,13 +131,14 @@ void SorvantaHomePackageTest::installerIsStartedAndTheProgramEnds_data()
 void SorvantaHomePackageTest::installerIsStartedAndTheProgramEnds()
 {
     QFETCH(const int, page);
-    download("#!/bin/sh\necho \"$#\" > \"$0.started\"\n");
+    download(TestInstaller::content());
     QVERIFY(QFile::setPermissions(dialog()->savePath(),
                                   QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
     m_home->window().showView(static_cast<Pages::ViewPageEnum>(page));
     m_log->clear();
     QVERIFY(endsTheProgram());
-    QTRY_COMPARE(m_cache->contentOf(QStringLiteral("setup 1.sh.started")), QByteArray("0\n"));
+    QTRY_COMPARE(m_cache->contentOf(TestInstaller::name() + QStringLiteral(".started")),
+                 TestInstaller::startedWithoutArguments());
     QVERIFY(m_log->contains(QStringLiteral("ret = true")));
     QVERIFY(m_log->contains(QStringLiteral("downLoadFilepath = \"%1\"").arg(dialog()->savePath())));
     QVERIFY(m_log->contains(
@@ -145,7 +147,7 @@ void SorvantaHomePackageTest::installerIsStartedAndTheProgramEnds()
 
 void SorvantaHomePackageTest::installerThatDoesNotStartLeavesTheProgram()
 {
-    download("no program");
+    download("no program", QStringLiteral("setup 1.exe"));
     m_home->window().showView(Pages::HomePage);
     QVERIFY(!endsTheProgram());
     QVERIFY(m_log->contains(QStringLiteral("ret = false")));
@@ -154,7 +156,7 @@ void SorvantaHomePackageTest::installerThatDoesNotStartLeavesTheProgram()
 
 void SorvantaHomePackageTest::forcedInstallerThatDoesNotStartEndsTheProgram()
 {
-    download("no program");
+    download("no program", QStringLiteral("setup 1.exe"));
     m_home->window().showView(Pages::HomePage);
     m_home->window().slotForceUpdate({});
     dialog()->hide();

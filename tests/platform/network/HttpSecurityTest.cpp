@@ -18,7 +18,7 @@ protected:
         QSslSocket socket;
         socket.setPeerVerifyMode(QSslSocket::VerifyNone);
         socket.setProtocol(protocol);
-        socket.connectToHostEncrypted("localhost", m_service->serverPort());
+        socket.connectToHostEncrypted("localhost", m_service->port());
         return serveUntil([&socket] {
                    return socket.isEncrypted() ||
                           socket.error() != QAbstractSocket::UnknownSocketError;
@@ -86,10 +86,13 @@ TEST_F(HttpSecurityTest, OldProtocolsAreRefused)
 
 TEST_F(HttpSecurityTest, CurrentProtocolsAreAccepted)
 {
-    for (const char* name : {"tls 1.2", "tls 1.3"}) {
-        ASSERT_TRUE(m_service->fault(name));
-        EXPECT_EQ(run(check()).code(), 0) << name;
-    }
+    ASSERT_TRUE(m_service->fault("tls 1.2"));
+    EXPECT_EQ(run(check()).code(), 0);
+    ASSERT_TRUE(m_service->fault("tls 1.3"));
+    // A system before Windows 11 does not speak it.
+    if (!carelessClientConnects(QSsl::TlsV1_3))
+        GTEST_SKIP() << "no TLS 1.3 on this system";
+    EXPECT_EQ(run(check()).code(), 0);
 }
 
 TEST_F(HttpSecurityTest, ARedirectNeverLeavesTheSecureConnection)

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
 
 using Brivane::DownloadFile;
@@ -73,7 +74,7 @@ TEST_F(DownloadFileTest, LeavesNothingWhenDiscarded)
 
 TEST_F(DownloadFileTest, AnErrorThatTheDiskTellsLateIsAnError)
 {
-    for (const int error : {ENOSPC, EIO, EDQUOT}) {
+    for (const int error : {ENOSPC, EIO, EFBIG}) {
         put("before");
         const ScriptedDisk disk(error);
         DownloadFile file;
@@ -99,8 +100,8 @@ TEST_F(DownloadFileTest, AFileSystemThatCannotBeAskedIsNoError)
 TEST_F(DownloadFileTest, RefusesWhatIsNoFile)
 {
     const std::string directory = m_directory.path().toStdString();
-    for (const std::string& path :
-         {std::string(), directory, directory + "/missing/file", std::string("/dev/null")}) {
+    for (const std::string& path : {std::string(), directory, directory + "/missing/file",
+                                    QProcess::nullDevice().toStdString()}) {
         DownloadFile file;
         EXPECT_FALSE(file.open(path)) << path;
         EXPECT_EQ(file.errorText().find("The file could not be written: "), 0U);

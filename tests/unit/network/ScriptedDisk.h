@@ -1,10 +1,10 @@
 #pragma once
 
-/// The disk below fsync(), which tells it late when it has no room.
+/// The disk below the C library, which tells it late when it has no room.
 class ScriptedDisk
 {
 public:
-    /// While it exists, fsync() fails with this error.
+    /// While it exists, writing what is buffered to it fails with this error.
     explicit ScriptedDisk(int error);
     ~ScriptedDisk();
     ScriptedDisk(const ScriptedDisk&) = delete;

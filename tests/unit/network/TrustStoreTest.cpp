@@ -36,7 +36,7 @@ TEST_F(TrustStoreTest, TheExtraAuthorityComesInAdditionToTheSystems)
     const QList<QSslCertificate> systems = QSslConfiguration::systemCaCertificates();
     ASSERT_FALSE(systems.isEmpty());
     const QList<QSslCertificate> extra = QSslCertificate::fromPath(m_kit.authorityFile());
-    ASSERT_EQ(extra.size(), 1);
+    ASSERT_FALSE(extra.isEmpty());
     TrustStore store;
     const auto trusted = store.configuration(m_kit.authorityFile().toStdString()).caCertificates();
     EXPECT_TRUE(trusted.contains(extra.first()));

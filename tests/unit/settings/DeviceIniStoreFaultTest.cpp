@@ -147,7 +147,7 @@ TEST_F(DeviceIniStoreFaultTest, FullDiskKeepsWhatWasSaved)
 TEST_F(DeviceIniStoreFaultTest, FullTemporaryDirectoryKeepsWhatWasSaved)
 {
     const QByteArray previous = qgetenv("TMPDIR");
-    const QString temporary = m_home.filePath(QStringLiteral("tmp"));
+    const QString temporary = m_home.path() + QStringLiteral("/tmp");
     ASSERT_TRUE(QDir().mkpath(temporary));
     {
         const SmallDisk disk(temporary);
@@ -182,15 +182,6 @@ TEST_F(DeviceIniStoreFaultTest, ReadOnlyDirectoryKeepsWhatWasSaved)
     expectUntouched();
 }
 
-TEST_F(DeviceIniStoreFaultTest, CacheLocationThatCannotBeCreatedFailsTheSave)
-{
-    ASSERT_TRUE(QDir(m_home.filePath(QStringLiteral("cache"))).removeRecursively());
-    QFile inTheWay(m_home.filePath(QStringLiteral("cache")));
-    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
-    EXPECT_FALSE(m_store.write(kFirst, pictureOf(120)));
-    EXPECT_EQ(m_store.read(kFirst), std::nullopt);
-}
-
 TEST_F(DeviceIniStoreFaultTest, FileThatCannotBeReadIsNotReplaced)
 {
     ASSERT_EQ(chmod(m_path.toLocal8Bit().constData(), 0), 0);
@@ -204,14 +195,9 @@ TEST_F(DeviceIniStoreFaultTest, FileThatCannotBeReadIsNotReplaced)
     expectUntouched();
 }
 
-TEST_F(DeviceIniStoreFaultTest, DirectoryOrPipeOfThatNameFailsTheSave)
+TEST_F(DeviceIniStoreFaultTest, PipeOfThatNameFailsTheSave)
 {
     ASSERT_TRUE(QFile::remove(m_path));
-    ASSERT_TRUE(QDir().mkpath(m_path));
-    EXPECT_EQ(m_store.read(kFirst), std::nullopt);
-    EXPECT_FALSE(m_store.write(kFirst, pictureOf(120)));
-
-    ASSERT_TRUE(QDir().rmdir(m_path));
     ASSERT_EQ(mkfifo(m_path.toLocal8Bit().constData(), 0600), 0);
     EXPECT_EQ(m_store.read(kFirst), std::nullopt);
     EXPECT_FALSE(m_store.write(kFirst, pictureOf(120)));
@@ -227,40 +213,4 @@ TEST_F(DeviceIniStoreFaultTest, FailedSaveIsNotMadeUpForLater)
     ASSERT_TRUE(m_store.write(QStringLiteral("SN3"), pictureOf(130)));
     EXPECT_EQ(m_store.read(kFirst), pictureOf(100));
     EXPECT_EQ(m_store.read(kSecond), std::nullopt);
-}
-
-TEST_F(DeviceIniStoreFaultTest, DamagedFileReadsAsWhatIsReadableInIt)
-{
-    for (const QByteArray& garbage :
-         {QByteArray(4096, '\0'), QByteArray("\xFF\xFE\x80[[[\n]]=\n"), QByteArray("[unclosed\n"),
-          QByteArray("no equals sign here\n"), QByteArray("[x]\nbright=@Variant(\\0\\0)\n")}) {
-        setContents(garbage + m_before);
-        (void)m_store.read(kSecond);
-        setContents(m_before + garbage);
-        EXPECT_EQ(m_store.read(kFirst), pictureOf(100));
-        setContents(garbage);
-        EXPECT_EQ(m_store.read(kFirst), std::nullopt);
-    }
-    setContents(m_before.left(m_before.size() / 2));
-    EXPECT_EQ(m_store.read(kFirst)->bright, 100);
-}
-
-TEST_F(DeviceIniStoreFaultTest, SaveIntoADamagedFileKeepsReadableGroupsAndACopy)
-{
-    const QByteArray damaged = m_before + "\n[SN2]\nthis line is damaged\nbright=121\n[unclosed\n";
-    setContents(damaged);
-    ASSERT_TRUE(m_store.write(QStringLiteral("SN3"), pictureOf(130)));
-    EXPECT_EQ(m_store.read(kFirst), pictureOf(100));
-    EXPECT_EQ(m_store.read(kSecond)->bright, 121);
-    EXPECT_EQ(m_store.read(QStringLiteral("SN3")), pictureOf(130));
-
-    QFile copy(m_path + QStringLiteral(".damaged"));
-    ASSERT_TRUE(copy.open(QIODevice::ReadOnly));
-    EXPECT_EQ(copy.readAll(), damaged);
-}
-
-TEST_F(DeviceIniStoreFaultTest, SaveIntoASoundFileLeavesNoCopy)
-{
-    ASSERT_TRUE(m_store.write(kSecond, pictureOf(120)));
-    EXPECT_EQ(files(), QStringList{QStringLiteral("device.ini")});
 }

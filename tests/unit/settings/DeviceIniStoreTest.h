@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CacheHome.h"
 #include "DeviceIniStore.h"
 
 #include <gtest/gtest.h>
@@ -26,18 +27,8 @@ class DeviceIniStoreTest : public testing::Test
 protected:
     void SetUp() override
     {
-        m_previous = qgetenv("XDG_CACHE_HOME");
-        qputenv("XDG_CACHE_HOME", QFile::encodeName(m_home.filePath(QStringLiteral("cache"))));
         m_location = QStandardPaths::standardLocations(QStandardPaths::CacheLocation).first();
         m_path = m_location + QStringLiteral("/device.ini");
-    }
-
-    void TearDown() override
-    {
-        if (m_previous.isNull())
-            qunsetenv("XDG_CACHE_HOME");
-        else
-            qputenv("XDG_CACHE_HOME", m_previous);
     }
 
     [[nodiscard]] QByteArray contents() const
@@ -59,11 +50,8 @@ protected:
         return QDir(m_location).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     }
 
-    QTemporaryDir m_home;
+    CacheHome m_home;
     QString m_location;
     QString m_path;
     DeviceIniStore m_store;
-
-private:
-    QByteArray m_previous;
 };

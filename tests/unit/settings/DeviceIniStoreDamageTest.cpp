@@ -1,0 +1,80 @@
+#include "DeviceIniStoreTest.h"
+
+#include "QtPrinters.h"
+
+namespace {
+
+const QString kFirst = QStringLiteral("SN1");
+const QString kSecond = QStringLiteral("SN2");
+
+} // namespace
+
+/// A file that holds more than the store has written, and what stands in its way.
+class DeviceIniStoreDamageTest : public DeviceIniStoreTest
+{
+protected:
+    void SetUp() override
+    {
+        DeviceIniStoreTest::SetUp();
+        ASSERT_TRUE(m_store.write(kFirst, pictureOf(100)));
+        m_before = contents();
+    }
+
+    QByteArray m_before;
+};
+
+TEST_F(DeviceIniStoreDamageTest, CacheLocationThatCannotBeCreatedFailsTheSave)
+{
+    ASSERT_TRUE(QDir(m_location).removeRecursively());
+    {
+        QFile inTheWay(m_location);
+        ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    }
+    EXPECT_FALSE(m_store.write(kFirst, pictureOf(120)));
+    EXPECT_EQ(m_store.read(kFirst), std::nullopt);
+    EXPECT_TRUE(QFile::remove(m_location));
+}
+
+TEST_F(DeviceIniStoreDamageTest, DirectoryOfThatNameFailsTheSave)
+{
+    ASSERT_TRUE(QFile::remove(m_path));
+    ASSERT_TRUE(QDir().mkpath(m_path));
+    EXPECT_EQ(m_store.read(kFirst), std::nullopt);
+    EXPECT_FALSE(m_store.write(kFirst, pictureOf(120)));
+}
+
+TEST_F(DeviceIniStoreDamageTest, DamagedFileReadsAsWhatIsReadableInIt)
+{
+    for (const QByteArray& garbage :
+         {QByteArray(4096, '\0'), QByteArray("\xFF\xFE\x80[[[\n]]=\n"), QByteArray("[unclosed\n"),
+          QByteArray("no equals sign here\n"), QByteArray("[x]\nbright=@Variant(\\0\\0)\n")}) {
+        setContents(garbage + m_before);
+        (void)m_store.read(kSecond);
+        setContents(m_before + garbage);
+        EXPECT_EQ(m_store.read(kFirst), pictureOf(100));
+        setContents(garbage);
+        EXPECT_EQ(m_store.read(kFirst), std::nullopt);
+    }
+    setContents(m_before.left(m_before.size() / 2));
+    EXPECT_EQ(m_store.read(kFirst)->bright, 100);
+}
+
+TEST_F(DeviceIniStoreDamageTest, SaveIntoADamagedFileKeepsReadableGroupsAndACopy)
+{
+    const QByteArray damaged = m_before + "\n[SN2]\nthis line is damaged\nbright=121\n[unclosed\n";
+    setContents(damaged);
+    ASSERT_TRUE(m_store.write(QStringLiteral("SN3"), pictureOf(130)));
+    EXPECT_EQ(m_store.read(kFirst), pictureOf(100));
+    EXPECT_EQ(m_store.read(kSecond)->bright, 121);
+    EXPECT_EQ(m_store.read(QStringLiteral("SN3")), pictureOf(130));
+
+    QFile copy(m_path + QStringLiteral(".damaged"));
+    ASSERT_TRUE(copy.open(QIODevice::ReadOnly));
+    EXPECT_EQ(copy.readAll(), damaged);
+}
+
+TEST_F(DeviceIniStoreDamageTest, SaveIntoASoundFileLeavesNoCopy)
+{
+    ASSERT_TRUE(m_store.write(kSecond, pictureOf(120)));
+    EXPECT_EQ(files(), QStringList{QStringLiteral("device.ini")});
+}
