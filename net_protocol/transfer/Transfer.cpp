@@ -26,8 +26,8 @@ constexpr int kPieceBytes = 256 * 1024;
 /// When more than this waits for the disk, the service has to wait too, so that a package is not
 /// held in memory.
 constexpr std::int64_t kReadAheadBytes = std::int64_t{32} << 20;
-/// The network hands over a package in pieces of 4 KiB, and whoever waits is woken for each. So long
-/// nobody waits, and hundreds gather.
+/// The network hands over a package in pieces of 4 KiB, and whoever waits is woken for each. So
+/// long nobody waits, and hundreds gather.
 constexpr std::chrono::milliseconds kGather{2};
 constexpr int kAnswerPatience = 4;
 

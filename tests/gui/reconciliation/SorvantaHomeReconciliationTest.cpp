@@ -302,10 +302,9 @@ void SorvantaHomeReconciliationTest::nobodyIsAskedWithoutAReason()
 
 void SorvantaHomeReconciliationTest::oneQuestionIsHiddenInItsOrder()
 {
-    const QList<QDialog*> questions{m_home->find<SvtaParamNotSaveDialog>(),
-                                    m_home->find<SvtaParamResetDialog>(),
-                                    m_home->find<SvtaParamSaveDialog>(),
-                                    m_home->find<SvtaVersionUpdateDialog>()};
+    const QList<QDialog*> questions{
+        m_home->find<SvtaParamNotSaveDialog>(), m_home->find<SvtaParamResetDialog>(),
+        m_home->find<SvtaParamSaveDialog>(), m_home->find<SvtaVersionUpdateDialog>()};
     for (QDialog* question : questions)
         question->show();
     for (int hidden = 1; hidden <= questions.size(); ++hidden) {
