@@ -28,7 +28,7 @@ constexpr int kPieceBytes = 256 * 1024;
 constexpr std::int64_t kReadAheadBytes = std::int64_t{32} << 20;
 /// The network hands over a package in pieces of 4 KiB, and whoever waits is woken for each. So
 /// long nobody waits, and hundreds gather.
-constexpr std::chrono::milliseconds kGather{2};
+constexpr std::chrono::milliseconds kGather{1};
 constexpr int kAnswerPatience = 4;
 
 constexpr int kOk = 200;

@@ -21,7 +21,7 @@ using namespace Brivane;
 namespace {
 
 constexpr double kLeastThroughput = 0.9;
-constexpr int kRounds = 5;
+constexpr int kRounds = 9;
 constexpr qint64 kPackageBytes = 256LL << 20;
 constexpr int kPatienceMs = 60000;
 
