@@ -1,13 +1,11 @@
 #include "CameraFilter.h"
 
 #include "Amplifier.h"
-#include "PinList.h"
 #include "RefusalFilter.h"
 #include "SoftCamera.h"
 
 #include <oleauto.h>
 #include <uuids.h>
-#include <vfwmsgs.h>
 
 CameraFilter::CameraFilter()
     : m_script(std::make_shared<CameraScript>())
@@ -29,9 +27,15 @@ void* CameraFilter::find(REFIID iid)
 {
     if (iid == __uuidof(IAMVideoProcAmp) && !m_script->hasAmplifier)
         return nullptr;
-    if (iid == __uuidof(IMediaFilter) || iid == __uuidof(IPersist))
-        return static_cast<IBaseFilter*>(this);
-    return ComObject::find(iid);
+    return FilterBase::find(iid);
+}
+
+std::vector<CameraFilter::NamedPin> CameraFilter::namedPins()
+{
+    std::vector<NamedPin> pins;
+    for (const auto& pin : m_pins)
+        pins.emplace_back(pin->name(), pin.get());
+    return pins;
 }
 
 HRESULT CameraFilter::GetClassID(CLSID* classId)
@@ -82,7 +86,7 @@ HRESULT CameraFilter::Stop()
 {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_state = State_Stopped;
+        setState(State_Stopped);
     }
     for (const auto& pin : m_pins)
         pin->stopStream();
@@ -95,7 +99,7 @@ HRESULT CameraFilter::Pause()
     if (FAILED(refusal))
         return refusal;
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_state = State_Paused;
+    setState(State_Paused);
     return startPins();
 }
 
@@ -105,81 +109,18 @@ HRESULT CameraFilter::Run(REFERENCE_TIME)
     if (FAILED(refusal))
         return refusal;
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_state = State_Running;
+    setState(State_Running);
     return startPins();
-}
-
-HRESULT CameraFilter::GetState(DWORD, FILTER_STATE* state)
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    *state = m_state;
-    return S_OK;
-}
-
-HRESULT CameraFilter::SetSyncSource(IReferenceClock* clock)
-{
-    if (clock)
-        clock->AddRef();
-    m_clock = ComPtr<IReferenceClock>(clock);
-    return S_OK;
-}
-
-HRESULT CameraFilter::GetSyncSource(IReferenceClock** clock)
-{
-    *clock = m_clock.get();
-    if (m_clock)
-        m_clock->AddRef();
-    return S_OK;
-}
-
-HRESULT CameraFilter::EnumPins(IEnumPins** pins)
-{
-    std::vector<ComPtr<IPin>> list;
-    for (const auto& pin : m_pins) {
-        pin->AddRef();
-        list.emplace_back(pin.get());
-    }
-    *pins = new PinList(std::move(list));
-    return S_OK;
-}
-
-HRESULT CameraFilter::FindPin(LPCWSTR id, IPin** pin)
-{
-    for (const auto& candidate : m_pins) {
-        if (candidate->name() == id) {
-            *pin = candidate.get();
-            candidate->AddRef();
-            return S_OK;
-        }
-    }
-    *pin = nullptr;
-    return VFW_E_NOT_FOUND;
-}
-
-HRESULT CameraFilter::QueryFilterInfo(FILTER_INFO* info)
-{
-    *info = {};
-    m_name.copy(info->achName, MAX_FILTER_NAME - 1);
-    info->pGraph = m_graph;
-    if (m_graph)
-        m_graph->AddRef();
-    return S_OK;
 }
 
 HRESULT CameraFilter::JoinFilterGraph(IFilterGraph* graph, LPCWSTR name)
 {
-    m_graph = graph;
-    m_name = name ? name : L"";
+    const HRESULT joined = FilterBase::JoinFilterGraph(graph, name);
     if (graph && m_script->reportsRefusal) {
         const ComPtr<IBaseFilter> refusal(new RefusalFilter(m_script));
         graph->AddFilter(refusal.get(), nullptr);
     }
-    return S_OK;
-}
-
-HRESULT CameraFilter::QueryVendorInfo(LPWSTR*)
-{
-    return E_NOTIMPL;
+    return joined;
 }
 
 HRESULT CameraFilter::GetRange(long property, long* minimum, long* maximum, long* step,

@@ -2,20 +2,18 @@
 
 #include "CameraPin.h"
 #include "CameraScript.h"
-#include "ComObject.h"
-#include "windows/ComPtr.h"
+#include "FilterBase.h"
 
 #include <memory>
 #include <mutex>
 #include <oaidl.h>
 #include <ocidl.h>
-#include <string>
 #include <strmif.h>
 #include <vector>
 
 /// The software camera as a capture filter with a capture and a preview pin. Which camera it is, it
 /// learns from the property bag of the device that it was bound from.
-class CameraFilter final : public ComObject<IBaseFilter, IPersistPropertyBag, IAMVideoProcAmp>
+class CameraFilter final : public FilterBase<IPersistPropertyBag, IAMVideoProcAmp>
 {
 public:
     CameraFilter();
@@ -27,14 +25,7 @@ public:
     HRESULT STDMETHODCALLTYPE Stop() override;
     HRESULT STDMETHODCALLTYPE Pause() override;
     HRESULT STDMETHODCALLTYPE Run(REFERENCE_TIME start) override;
-    HRESULT STDMETHODCALLTYPE GetState(DWORD timeout, FILTER_STATE* state) override;
-    HRESULT STDMETHODCALLTYPE SetSyncSource(IReferenceClock* clock) override;
-    HRESULT STDMETHODCALLTYPE GetSyncSource(IReferenceClock** clock) override;
-    HRESULT STDMETHODCALLTYPE EnumPins(IEnumPins** pins) override;
-    HRESULT STDMETHODCALLTYPE FindPin(LPCWSTR id, IPin** pin) override;
-    HRESULT STDMETHODCALLTYPE QueryFilterInfo(FILTER_INFO* info) override;
     HRESULT STDMETHODCALLTYPE JoinFilterGraph(IFilterGraph* graph, LPCWSTR name) override;
-    HRESULT STDMETHODCALLTYPE QueryVendorInfo(LPWSTR* vendor) override;
 
     HRESULT STDMETHODCALLTYPE InitNew() override;
     HRESULT STDMETHODCALLTYPE Load(IPropertyBag* bag, IErrorLog* log) override;
@@ -47,6 +38,7 @@ public:
 
 protected:
     void* find(REFIID iid) override;
+    std::vector<NamedPin> namedPins() override;
 
 private:
     HRESULT startPins();
@@ -54,8 +46,4 @@ private:
     std::shared_ptr<CameraScript> m_script;
     std::vector<std::unique_ptr<CameraPin>> m_pins;
     std::mutex m_mutex;
-    FILTER_STATE m_state = State_Stopped;
-    ComPtr<IReferenceClock> m_clock;
-    IFilterGraph* m_graph = nullptr; ///< not owned: the graph owns the filter
-    std::wstring m_name;
 };
