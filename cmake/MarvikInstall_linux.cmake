@@ -8,9 +8,14 @@ file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/package)
 file(CREATE_LINK ../lib/marviktools/MarvikTools ${CMAKE_BINARY_DIR}/package/MarvikTools SYMBOLIC)
 install(FILES ${CMAKE_BINARY_DIR}/package/MarvikTools DESTINATION bin)
 
-install(FILES ${CMAKE_SOURCE_DIR}/packaging/udev/70-marviktools.rules DESTINATION lib/udev/rules.d)
+configure_file(${CMAKE_SOURCE_DIR}/packaging/udev/70-marviktools.rules.in
+    ${CMAKE_BINARY_DIR}/package/70-marviktools.rules @ONLY)
+install(FILES ${CMAKE_BINARY_DIR}/package/70-marviktools.rules DESTINATION lib/udev/rules.d)
 install(FILES ${packaging}/marviktools.desktop DESTINATION share/applications)
-install(FILES ${packaging}/invalid.sorvanta.marviktools.metainfo.xml DESTINATION share/metainfo)
+configure_file(${packaging}/invalid.sorvanta.marviktools.metainfo.xml.in
+    ${CMAKE_BINARY_DIR}/package/invalid.sorvanta.marviktools.metainfo.xml @ONLY)
+install(FILES ${CMAKE_BINARY_DIR}/package/invalid.sorvanta.marviktools.metainfo.xml
+    DESTINATION share/metainfo)
 file(GLOB icons RELATIVE ${CMAKE_SOURCE_DIR}/images/icons CONFIGURE_DEPENDS
     ${CMAKE_SOURCE_DIR}/images/icons/*/marviktools.*)
 foreach(icon ${icons})

@@ -7,12 +7,12 @@ namespace Brivane {
 
 #ifdef __GNUC__
 #pragma GCC diagnostic push
-// The two operations are all the interface has: a destructor in its table would move them for who
-// calls by position. Messages are destroyed as what they were made, never through this base.
+// The table of virtual functions holds these two operations only: a destructor would change their
+// positions. Messages are never destroyed through this base.
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 #endif
 
-/// A message known by its number.
+/// A message with a number. The library's interface has it, although the program sends no message.
 class CBaseRequest
 {
 public:
@@ -20,7 +20,7 @@ public:
     CBaseRequest(std::int32_t id, std::string name);
 
     virtual std::int32_t getMsgId();
-    /// Always empty, whatever the name was.
+    /// Always empty.
     virtual std::string toString();
 
 private:

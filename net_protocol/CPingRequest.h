@@ -6,11 +6,11 @@ namespace Brivane {
 
 #ifdef __GNUC__
 #pragma GCC diagnostic push
-// For the reason given at the base.
+// For the reason given at the base class.
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 #endif
 
-/// The message "ping".
+/// The message "ping". The library's interface has it, although the program sends no message.
 class CPingRequest : public CBaseRequest
 {
 public:

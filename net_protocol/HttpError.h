@@ -4,21 +4,20 @@
 
 namespace Brivane {
 
-/// Codes of STHTTPRequest::onError that are no HTTP status. Status codes, which have three digits,
-/// are passed as they are.
+/// Codes of STHTTPRequest::onError that are not HTTP status codes. A status code, which has three
+/// digits, is passed as it is.
 enum HttpError : std::int32_t {
-    InvalidUrl = 4001,        ///< empty, relative, without a host, or unreadable
+    InvalidUrl = 4001,        ///< empty, relative, without a host, or not parsable
     UnsupportedScheme = 4002, ///< anything but https
-    InvalidHeader = 4003,     ///< an extra header that is no header, or one the library needs
     HostNotFound = 4004,
-    ConnectionRefused = 4005, ///< nobody listens, or the network is not reachable
+    ConnectionRefused = 4005, ///< no service at that address, or no network
     ConnectTimeout = 4006,
-    InactivityTimeout = 4007, ///< nothing came, or an answer took too long as a whole
+    InactivityTimeout = 4007, ///< nothing arrived, or the whole answer took too long
     SecureConnection = 4008,  ///< certificate not trusted, or no TLS 1.2 or later in common
-    RedirectRefused = 4009,   ///< to an insecure address, to elsewhere with extra headers, or bad
+    RedirectRefused = 4009,   ///< to an insecure or bad address, or elsewhere with extra headers
     TooManyRedirects = 4010,
-    ConnectionLost = 4011, ///< the answer broke off
-    UnknownLength = 4012,  ///< an answer that does not tell where it ends
+    ConnectionLost = 4011, ///< the connection ended within the answer
+    UnknownLength = 4012,  ///< an answer that does not say where it ends
     AnswerTooLarge = 4013,
     UnsupportedEncoding = 4014, ///< a compressed answer, which was not asked for
     FileError = 4015,           ///< the file could not be written

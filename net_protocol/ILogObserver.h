@@ -12,15 +12,16 @@ class ILogObserver
 public:
     enum Level : std::int32_t { Debug = 0, Info = 1, Warning = 2, Error = 3 };
 
-    /// One line of UTF-8 text without a line feed. Called on the thread the line comes from, which
-    /// is a client's own thread for most, and for one line at a time. It must not wait for a thread
-    /// that calls setLogObserver().
+    /// One line of UTF-8 text without a line feed. Called for one line at a time, on the thread
+    /// that logs it, mostly that of a client. It must not wait for a thread that calls
+    /// setLogObserver().
     virtual void onPrintLog(std::int32_t level, std::string text) = 0;
-    /// Lines below this level stay out from now on. Any thread.
+    /// Lines below this level are dropped from now on. The library's interface has it, although the
+    /// program never calls it. Any thread.
     virtual void setLogLevel(std::int32_t level);
     [[nodiscard]] std::int32_t getLogLevel() const;
 
-    // After the operations, which keep their places in the table.
+    // Declared last, so that the operations keep their positions in the table of virtual functions.
     virtual ~ILogObserver();
 
 protected:

@@ -1,28 +1,38 @@
-#include "shell/Desktop.h"
+#include "shell/FontSubstitutes.h"
 #include "shell/HighDpi.h"
+#include "shell/NoDisplayExit.h"
 #include "shell/QtSingleApplication.h"
 #include "shell/SorvantaHome.h"
 #include "shell/TerminationRequest.h"
+#include "shell/WindowSystem.h"
 
 #include "devices/DeviceManager.h"
+#include "LogCategories.h"
 #include "logging/LogFile.h"
 
+#include <memory>
 #include <QStandardPaths>
 #include <QTextCodec>
 
 int main(int argc, char** argv)
 {
-    Desktop::chooseWindowSystem();
-    if (HighDpi::wantsScaling(Desktop::monitorWidth()))
+    WindowSystem::choose();
+    if (HighDpi::wantsScaling(WindowSystem::monitorWidth()))
         HighDpi::enableScaling();
 
+    auto noDisplay = std::make_unique<NoDisplayExit>();
     QtSingleApplication application(argc, argv, true);
+    noDisplay.reset();
     if (application.isRunning()) {
         application.sendMessage(QStringLiteral("raise_window_noop"), 5000);
         return 0;
     }
     const LogFile log(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation));
-    Desktop::setFontSubstitutes();
+    // Not earlier: the file of the log belongs to the running instance.
+    if (!application.lockProblem().isEmpty())
+        qCWarning(shellLog).noquote()
+            << "A second start of the program is not noticed," << application.lockProblem();
+    FontSubstitutes::install();
 
     SorvantaHome home;
     application.setActivationWindow(&home, true);
@@ -38,8 +48,8 @@ int main(int argc, char** argv)
     QObject::connect(&termination, &TerminationRequest::requested, &application,
                      &QCoreApplication::quit);
     const int status = QtSingleApplication::exec();
-    devices.stop(); // no notification may reach a window that is going away
-    // Nobody who starts the program now is shown a window that is on its way out.
+    devices.stop(); // a window that is being destroyed must not be notified
+    // A second start from here on must not show this window again.
     application.setActivationWindow(nullptr);
     QObject::disconnect(&application, nullptr, &home, nullptr);
     home.finishTransfer();

@@ -20,8 +20,8 @@ int fail(const QString& text)
 
 } // namespace
 
-/// The update service for a script: says "listening on PORT" when it is ready and runs until it is
-/// ended. See README.md.
+/// The update service as a program, for scripts: prints "listening on PORT" when it is ready and
+/// runs until it is terminated. See README.md.
 int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
@@ -58,9 +58,11 @@ int main(int argc, char** argv)
 
     ServiceCommands commands(service);
     QStringList lines;
-    for (const QString& part : options.values("offer"))
+    const QStringList parts = options.values("offer");
+    for (const QString& part : parts)
         lines += "offer " + part;
-    for (const QString& fault : options.values("fault"))
+    const QStringList faults = options.values("fault");
+    for (const QString& fault : faults)
         lines += "fault " + fault;
     for (const QString& line : qAsConst(lines)) {
         const QString reply = commands.run(line);

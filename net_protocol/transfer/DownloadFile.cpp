@@ -18,7 +18,7 @@ bool DownloadFile::open(const std::string& path)
     if (name.isEmpty() || (existing.exists() && !existing.isFile()))
         return fail(QStringLiteral("There is something else of that name"));
     m_file.setFileName(name);
-    // Unbuffered: a full disk is told by the write that meets it.
+    // Unbuffered: a write to a full disk fails itself, and not a later one.
     if (!m_file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return fail(m_file.errorString());
     return true;
@@ -33,7 +33,7 @@ bool DownloadFile::write(const char* data, std::int64_t size)
 
 bool DownloadFile::commit()
 {
-    // Some file systems find out only here that there is no room.
+    // Some file systems report only here that the disk is full.
     if (!syncToDisk(m_file.handle())) {
         discard();
         return fail(QStringLiteral("It did not get onto the disk"));

@@ -6,8 +6,8 @@
 
 namespace Brivane {
 
-/// A file that comes into being as a whole: until commit() has succeeded, its name shows what it
-/// showed before. Destroyed without, it leaves nothing.
+/// A file that appears only as a whole: until commit() has succeeded, what had its name before is
+/// unchanged. Without commit() it leaves nothing.
 class DownloadFile
 {
 public:
@@ -17,10 +17,10 @@ public:
     DownloadFile& operator=(const DownloadFile&) = delete;
 
     /// @param path UTF-8
-    /// @return false when @p path is no place for a file, see errorText()
+    /// @return false when no file can be created at @p path, see errorText()
     bool open(const std::string& path);
     bool write(const char* data, std::int64_t size);
-    /// Brings it onto the disk and gives it its name.
+    /// Flushes the data to the disk and gives the file its name.
     bool commit();
     /// Removes what was written.
     void discard();

@@ -12,21 +12,20 @@ void Mailbox::setWorker(RequestWorker* worker)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_worker = worker;
-    m_woken = false;
     wakeLocked();
 }
 
 void Mailbox::post(RequestJob job)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_mail.jobs.push_back(std::move(job));
+    m_jobs.push_back(std::move(job));
     wakeLocked();
 }
 
 void Mailbox::close()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_mail.close = true;
+    m_closed = true;
     wakeLocked();
 }
 
@@ -36,13 +35,20 @@ void Mailbox::wake()
     wakeLocked();
 }
 
-Mailbox::Mail Mailbox::take()
+std::optional<RequestJob> Mailbox::take()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_woken = false;
-    Mail mail{std::move(m_mail.jobs), m_mail.close};
-    m_mail.jobs.clear();
-    return mail;
+    if (m_jobs.empty())
+        return {};
+    std::optional<RequestJob> job(std::move(m_jobs.front()));
+    m_jobs.pop_front();
+    return job;
+}
+
+bool Mailbox::isClosed() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_closed;
 }
 
 RequestWorker* Mailbox::worker() const
@@ -53,10 +59,8 @@ RequestWorker* Mailbox::worker() const
 
 void Mailbox::wakeLocked()
 {
-    if (!m_worker || m_woken)
-        return;
-    m_woken = true;
-    QCoreApplication::postEvent(m_worker, new QEvent(RequestWorker::kMail));
+    if (m_worker)
+        QCoreApplication::postEvent(m_worker, new QEvent(RequestWorker::kMail));
 }
 
 } // namespace Brivane

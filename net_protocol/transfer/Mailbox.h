@@ -2,43 +2,41 @@
 
 #include "RequestJob.h"
 
+#include <deque>
 #include <mutex>
-#include <vector>
+#include <optional>
 
 namespace Brivane {
 
 class RequestWorker;
 
-/// The way from any thread to a client's own. Thread-safe.
+/// Passes requests from any thread to the thread of a client. Thread-safe.
 class Mailbox
 {
 public:
-    struct Mail
-    {
-        std::vector<RequestJob> jobs;
-        bool close = false;
-    };
-
-    /// The worker is woken from now on, and at once; nobody is after it was set to nullptr.
+    /// Wakes the worker now and at every change from now on; nullptr: no worker any more.
     void setWorker(RequestWorker* worker);
 
     void post(RequestJob job);
-    /// The client is going away.
+    /// The client is being destroyed.
     void close();
-    /// Has the worker look for mail and for cancelled requests.
+    /// Makes the worker look for new, cancelled and closed.
     void wake();
-    [[nodiscard]] Mail take();
 
-    /// The worker itself, for its own thread alone.
+    /// The oldest request that no one has taken yet, if there is one.
+    [[nodiscard]] std::optional<RequestJob> take();
+    [[nodiscard]] bool isClosed() const;
+
+    /// To be used on the worker's own thread only.
     [[nodiscard]] RequestWorker* worker() const;
 
 private:
     void wakeLocked();
 
     mutable std::mutex m_mutex;
-    Mail m_mail;
+    std::deque<RequestJob> m_jobs;
     RequestWorker* m_worker = nullptr;
-    bool m_woken = false;
+    bool m_closed = false;
 };
 
 } // namespace Brivane

@@ -16,19 +16,19 @@ std::optional<std::int32_t> ProgressMeter::advance(std::int64_t received, std::i
         return {};
     if (received >= total)
         return finish();
-    return tell(static_cast<std::int32_t>(std::max<std::int64_t>(received, 0) * kWhole / total));
+    return report(static_cast<std::int32_t>(std::max<std::int64_t>(received, 0) * kWhole / total));
 }
 
 std::optional<std::int32_t> ProgressMeter::finish()
 {
-    return tell(kWhole);
+    return report(kWhole);
 }
 
-std::optional<std::int32_t> ProgressMeter::tell(std::int32_t percent)
+std::optional<std::int32_t> ProgressMeter::report(std::int32_t percent)
 {
-    if (percent <= m_told)
+    if (percent <= m_reported)
         return {};
-    m_told = percent;
+    m_reported = percent;
     return percent;
 }
 

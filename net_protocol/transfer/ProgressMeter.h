@@ -5,20 +5,20 @@
 
 namespace Brivane {
 
-/// Percentages of a download, each told once and in ascending order.
+/// The percentages of a download to report, each once and in ascending order.
 class ProgressMeter
 {
 public:
-    /// @param total length of the whole, negative when it is not known
-    /// @return the percentage when there is a new one to tell
+    /// @param total length of the download, negative when it is not known
+    /// @return the percentage to report, if it is a new one
     std::optional<std::int32_t> advance(std::int64_t received, std::int64_t total);
-    /// All of it is there.
+    /// The download is complete.
     std::optional<std::int32_t> finish();
 
 private:
-    std::optional<std::int32_t> tell(std::int32_t percent);
+    std::optional<std::int32_t> report(std::int32_t percent);
 
-    std::int32_t m_told = -1;
+    std::int32_t m_reported = -1;
 };
 
 } // namespace Brivane

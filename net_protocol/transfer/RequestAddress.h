@@ -6,17 +6,17 @@
 
 namespace Brivane {
 
-/// Where a request goes.
+/// The address of a request.
 struct RequestAddress
 {
     QUrl url;
-    /// Why nothing can be sent there, as a value of HttpError; 0 when it can.
+    /// A value of HttpError when no request can be sent there, otherwise 0.
     std::int32_t error = 0;
 
-    /// UTF-8. Blanks and letters outside of ASCII are escaped, as a browser does.
+    /// @param text UTF-8; blanks and letters outside of ASCII are escaped, as in a browser
     [[nodiscard]] static RequestAddress parse(const std::string& text);
 
-    /// For the log: without query, fragment and user, which may hold a secret.
+    /// The address for the log: without query, fragment and user, which may hold a secret.
     [[nodiscard]] static std::string loggable(const QUrl& url);
 };
 

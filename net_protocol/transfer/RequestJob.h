@@ -11,8 +11,7 @@ namespace Brivane {
 class Mailbox;
 class RequestState;
 
-/// A request that was sent: what its record said at that moment, and the promise that its end is
-/// told once.
+/// A request that was sent, with a copy of its record from that moment. It reports its end once.
 class RequestJob
 {
 public:
@@ -25,24 +24,24 @@ public:
     ~RequestJob();
 
     [[nodiscard]] const STHTTPRequest& request() const { return *m_request; }
-    /// Nothing for a request that is no download.
+    /// nullptr for a request that is not a download.
     [[nodiscard]] const STHTTPDownloadRequest* download() const { return m_download; }
     [[nodiscard]] const std::string& extraCaFile() const { return m_extraCaFile; }
     [[nodiscard]] bool isCancelled() const;
 
-    /// Ends it through onError; as cancelled when it was, whatever the code says.
+    /// Ends the request through onError; with HttpError::Cancelled if it was cancelled.
     void fail(std::int32_t code, const std::string& message);
-    /// From here on a cancel() comes too late.
-    /// @return false when one came before, so that it has to end as cancelled
+    /// A cancel() after this call has no effect any more.
+    /// @return false when the request was cancelled before, so it has to end as cancelled
     [[nodiscard]] bool settle();
-    /// After settle(): the end it comes to.
+    /// The two ways to end the request after settle().
     void respond(std::string body);
     void failSettled(std::int32_t code, const std::string& message);
 
 private:
-    // The sender's record, kept alive for a cancel() from inside its own callbacks.
+    // The sender's record is kept alive because its callbacks may call cancel() on it.
     std::shared_ptr<STHTTPRequest> m_record;
-    // The copy in use: the sender may change the record meanwhile.
+    // A copy, because the sender may change the record.
     std::unique_ptr<STHTTPRequest> m_request;
     const STHTTPDownloadRequest* m_download = nullptr;
     std::shared_ptr<RequestState> m_state;

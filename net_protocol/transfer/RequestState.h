@@ -8,15 +8,15 @@ namespace Brivane {
 
 class Mailbox;
 
-/// What a record and its copies have in common: whether they were cancelled, and where they run.
-/// Thread-safe.
+/// The state that a record shares with its copies: whether they were cancelled, and which clients
+/// run them. Thread-safe.
 class RequestState
 {
 public:
-    /// A request with this state was sent to that client.
+    /// A request with this state was sent by that client.
     void begin(const std::shared_ptr<Mailbox>& client);
-    /// A request with this state is about to be told its end.
-    /// @return whether that end has to be the cancelled one
+    /// A request with this state is about to report its end.
+    /// @return whether it has to end as cancelled
     bool end(const std::shared_ptr<Mailbox>& client);
 
     void cancel();

@@ -1,9 +1,7 @@
 #pragma once
 
-#include "RequestJob.h"
 #include "TrustStore.h"
 
-#include <deque>
 #include <memory>
 #include <QEvent>
 #include <QObject>
@@ -16,9 +14,10 @@ namespace Brivane {
 class Mailbox;
 class Transfer;
 
-/// Runs a client's requests on the client's thread, some at a time.
+/// Runs the requests of a client on the client's thread.
 ///
-/// Every callback may end in close(), when it destroys the client: what follows one looks anew.
+/// Every callback may destroy the client and thereby call close(). So nothing that was read before
+/// a callback is used after it.
 class RequestWorker : public QObject
 {
     Q_OBJECT
@@ -29,7 +28,7 @@ public:
     RequestWorker(std::shared_ptr<Mailbox> mailbox, QEventLoop& loop);
     ~RequestWorker() override;
 
-    /// Ends every request as cancelled, then the loop. On the client's thread.
+    /// Ends every request as cancelled, then the loop. To be called on the client's thread.
     void close();
 
     bool event(QEvent* event) override;
@@ -38,17 +37,13 @@ private slots:
     void onEnded(Brivane::Transfer* transfer);
 
 private:
-    /// Takes in new requests; false when the client is going away.
-    bool takeIn();
+    void startNew();
     void endCancelled();
-    void startWaiting();
 
     std::shared_ptr<Mailbox> m_mailbox;
     QEventLoop& m_loop;
     TrustStore m_trust;
-    std::deque<RequestJob> m_waiting;
     std::vector<Transfer*> m_running;
-    bool m_closed = false;
 };
 
 } // namespace Brivane

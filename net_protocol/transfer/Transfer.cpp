@@ -1,7 +1,6 @@
 #include "Transfer.h"
 
 #include "CHttpClient.h"
-#include "HeaderLines.h"
 #include "HttpError.h"
 #include "Log.h"
 #include "RequestAddress.h"
@@ -23,13 +22,13 @@ namespace Brivane {
 namespace {
 
 constexpr int kPieceBytes = 256 * 1024;
-/// When more than this waits for the disk, the service has to wait too, so that a package is not
-/// held in memory.
+/// When more than this waits to be written, nothing more is read from the network, so that a
+/// package is not held in memory.
 constexpr std::int64_t kReadAheadBytes = std::int64_t{32} << 20;
-/// The network hands over a package in pieces of 4 KiB, and whoever waits is woken for each. So
-/// long nobody waits, and hundreds gather.
-constexpr std::chrono::milliseconds kGather{1};
-constexpr int kAnswerPatience = 4;
+/// Qt Network delivers a package in pieces of 4 KiB, and each of them wakes a thread that waits for
+/// events. A thread that sleeps is woken once for hundreds of pieces. Without the sleep a download
+/// needs a third more processor time and takes up to a third longer.
+constexpr std::chrono::milliseconds kCollectTime{1};
 
 constexpr int kOk = 200;
 constexpr int kNoContent = 204;
@@ -45,9 +44,15 @@ bool isRedirect(int status)
     return std::find(redirects.begin(), redirects.end(), status) != redirects.end();
 }
 
-int milliseconds(std::int32_t setting, std::int32_t standard)
+int validTimeoutMs(std::int32_t timeoutMs, std::int32_t defaultTimeoutMs)
 {
-    return setting < 1 ? standard : setting;
+    return timeoutMs < 1 ? defaultTimeoutMs : timeoutMs;
+}
+
+int answerTimeoutMs(int inactivityTimeoutMs)
+{
+    constexpr int longestMs = std::numeric_limits<int>::max() / 4;
+    return std::min(inactivityTimeoutMs, longestMs) * 4;
 }
 
 } // namespace
@@ -57,17 +62,16 @@ Transfer::Transfer(RequestJob job, TrustStore& trust, QObject* parent)
     , m_job(std::move(job))
     , m_trust(trust)
 {
-    for (QTimer* timer : {&m_connectTimer, &m_inactivityTimer, &m_answerTimer, &m_gatherTimer})
+    for (QTimer* timer : {&m_connectTimer, &m_inactivityTimer, &m_answerTimer, &m_collectTimer})
         timer->setSingleShot(true);
     const STHTTPRequest& request = m_job.request();
     m_connectTimer.setInterval(
-        milliseconds(request.connectTimeoutMs, STHTTPRequest::kConnectTimeoutMs));
+        validTimeoutMs(request.connectTimeoutMs, STHTTPRequest::kConnectTimeoutMs));
     m_inactivityTimer.setInterval(
-        milliseconds(request.inactivityTimeoutMs, STHTTPRequest::kInactivityTimeoutMs));
-    constexpr int longest = std::numeric_limits<int>::max() / kAnswerPatience;
-    m_answerTimer.setInterval(std::min(m_inactivityTimer.interval(), longest) * kAnswerPatience);
-    m_gatherTimer.setInterval(0); // when all that has come is handed over
-    connect(&m_gatherTimer, &QTimer::timeout, this, &Transfer::onGathered);
+        validTimeoutMs(request.inactivityTimeoutMs, STHTTPRequest::kInactivityTimeoutMs));
+    m_answerTimer.setInterval(answerTimeoutMs(m_inactivityTimer.interval()));
+    m_collectTimer.setInterval(0); // fires when all pieces that have arrived are delivered
+    connect(&m_collectTimer, &QTimer::timeout, this, &Transfer::onCollected);
     connect(&m_connectTimer, &QTimer::timeout, this, &Transfer::onConnectTimeout);
     connect(&m_inactivityTimer, &QTimer::timeout, this, &Transfer::onInactivityTimeout);
     connect(&m_answerTimer, &QTimer::timeout, this, &Transfer::onAnswerTimeout);
@@ -93,17 +97,15 @@ void Transfer::start()
         return;
     }
     m_post = !m_job.download();
-    if (send(address.url) && !m_job.download())
+    if (!m_job.download())
         m_answerTimer.start();
+    send(address.url);
 }
 
-bool Transfer::send(const QUrl& url)
+void Transfer::send(const QUrl& url)
 {
     QNetworkRequest request(url);
-    if (!describe(request)) {
-        fail(HttpError::InvalidHeader, "A header of the request is not valid.");
-        return false;
-    }
+    describe(request);
     log(ILogObserver::Info, (m_post ? "POST " : "GET ") + RequestAddress::loggable(url));
     m_manager = std::make_unique<QNetworkAccessManager>();
     m_reply = m_post ? m_manager->post(request, QByteArray::fromStdString(m_job.request().body))
@@ -112,31 +114,31 @@ bool Transfer::send(const QUrl& url)
         m_reply->setReadBufferSize(kPieceBytes);
     connect(m_reply, &QNetworkReply::encrypted, this, &Transfer::onEncrypted);
     connect(m_reply, &QNetworkReply::sslErrors, this, &Transfer::onSslErrors);
-    connect(m_reply, &QNetworkReply::uploadProgress, this, &Transfer::onSign);
+    connect(m_reply, &QNetworkReply::uploadProgress, this, &Transfer::onAlive);
     connect(m_reply, &QNetworkReply::metaDataChanged, this, &Transfer::onMetaDataChanged);
     connect(m_reply, &QNetworkReply::readyRead, this, &Transfer::onReadyRead);
     connect(m_reply, &QNetworkReply::finished, this, &Transfer::onFinished);
     m_secure = false;
     m_connectTimer.start();
-    return true;
 }
 
-bool Transfer::describe(QNetworkRequest& request) const
+void Transfer::describe(QNetworkRequest& request) const
 {
     request.setHeader(QNetworkRequest::UserAgentHeader, QByteArrayLiteral("net_protocol"));
     if (m_post)
         request.setHeader(QNetworkRequest::ContentTypeHeader,
                           QByteArrayLiteral("application/json"));
-    if (!addHeaderLines(m_job.request().headers, request))
-        return false;
-    // A few compressed bytes can stand for gigabytes.
+    for (const auto& lines : m_job.request().headers) {
+        for (const auto& [name, value] : lines)
+            request.setRawHeader(QByteArray::fromStdString(name), QByteArray::fromStdString(value));
+    }
+    // A few compressed bytes can expand to gigabytes.
     request.setRawHeader("Accept-Encoding", "identity");
     request.setAttribute(QNetworkRequest::CacheLoadControlAttribute,
                          QNetworkRequest::AlwaysNetwork);
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::ManualRedirectPolicy);
     request.setSslConfiguration(m_trust.configuration(m_job.extraCaFile()));
-    return true;
 }
 
 void Transfer::follow(int status, const QUrl& target)
@@ -167,7 +169,7 @@ void Transfer::dropReply()
         return;
     m_reply->disconnect(this);
     m_reply = nullptr;
-    // It is still on the stack when one of its signals led here.
+    // One of its signals may be the caller of this function, so it is deleted later.
     QNetworkAccessManager* manager = m_manager.release();
     manager->setParent(parent());
     manager->deleteLater();
@@ -181,7 +183,7 @@ void Transfer::cancel()
 void Transfer::onEncrypted()
 {
     m_secure = true;
-    onSign();
+    onAlive();
 }
 
 void Transfer::onSslErrors(const QList<QSslError>& errors)
@@ -194,7 +196,7 @@ void Transfer::onSslErrors(const QList<QSslError>& errors)
     }
 }
 
-void Transfer::onSign()
+void Transfer::onAlive()
 {
     m_connectTimer.stop();
     m_inactivityTimer.start();
@@ -202,41 +204,42 @@ void Transfer::onSign()
 
 void Transfer::onMetaDataChanged()
 {
-    onSign();
+    onAlive();
     acceptHead();
 }
 
 void Transfer::onReadyRead()
 {
-    if (!m_gatherTimer.isActive())
-        m_gatherTimer.start();
+    if (!m_collectTimer.isActive())
+        m_collectTimer.start();
 }
 
-void Transfer::onGathered()
+void Transfer::onCollected()
 {
-    onSign();
-    // The disk is slower than the network: from now on the service has to wait for it. Not from the
-    // beginning, for the limit alone makes a fast download a third slower.
+    onAlive();
+    // The disk is slower than the network: from now on the network waits for it. The limit is not
+    // set from the start because it makes a fast download a third slower.
     if (m_reply->bytesAvailable() > kReadAheadBytes)
         m_reply->setReadBufferSize(kReadAheadBytes);
     if (takeBody() && m_job.download())
-        std::this_thread::sleep_for(kGather);
+        std::this_thread::sleep_for(kCollectTime);
 }
 
 void Transfer::onFinished()
 {
     const QNetworkReply::NetworkError error = m_reply->error();
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    // A status is told as what it is; the access manager has errors of its own for some.
+    // A status code is reported as it is, although the access manager has its own errors for some.
     if (error != QNetworkReply::NoError && status < kClientErrors) {
-        // Who has no protocol in common hangs up, and no more.
-        const TransferError told =
+        // A service without a protocol in common closes the connection without a TLS error.
+        const TransferError failure =
             TransferError::of(error == QNetworkReply::RemoteHostClosedError && !m_secure
                                   ? QNetworkReply::SslHandshakeFailedError
                                   : error);
-        fail(told.code, told.code == HttpError::SecureConnection && !m_certificateError.empty()
-                            ? told.message + " " + m_certificateError + "."
-                            : told.message);
+        const bool hasReason =
+            failure.code == HttpError::SecureConnection && !m_certificateError.empty();
+        fail(failure.code,
+             hasReason ? failure.message + " " + m_certificateError + "." : failure.message);
         return;
     }
     if (!acceptHead() || !takeBody())
@@ -289,7 +292,8 @@ bool Transfer::acceptHead()
 
 bool Transfer::acceptLength(int status)
 {
-    // An answer that ends where the connection does looks the same when it is cut off.
+    // If only the end of the connection ends an answer, a complete answer looks the same as one
+    // that was cut off.
     const bool chunked =
         m_reply->rawHeader("Transfer-Encoding").trimmed().toLower().endsWith("chunked");
     bool known = true;
@@ -299,11 +303,11 @@ bool Transfer::acceptLength(int status)
         fail(HttpError::UnknownLength, "The answer does not tell how long it is.");
         return false;
     }
-    if (m_announced > mostBytes()) {
+    if (m_announced > maxBytes()) {
         fail(HttpError::AnswerTooLarge, "The answer is too large.");
         return false;
     }
-    return tellProgress(m_progress.advance(0, m_announced));
+    return reportProgress(m_progress.advance(0, m_announced));
 }
 
 bool Transfer::takeBody()
@@ -324,7 +328,7 @@ bool Transfer::takeBody()
 bool Transfer::take(const char* data, std::int64_t size)
 {
     m_received += size;
-    if (m_received > mostBytes()) {
+    if (m_received > maxBytes()) {
         fail(HttpError::AnswerTooLarge, "The answer is too large.");
         return false;
     }
@@ -341,10 +345,10 @@ bool Transfer::take(const char* data, std::int64_t size)
         download->onData(std::string(data, static_cast<std::size_t>(size)));
     if (m_ended)
         return false;
-    return tellProgress(m_progress.advance(m_received, m_announced));
+    return reportProgress(m_progress.advance(m_received, m_announced));
 }
 
-bool Transfer::tellProgress(std::optional<std::int32_t> percent)
+bool Transfer::reportProgress(std::optional<std::int32_t> percent)
 {
     const STHTTPDownloadRequest* download = m_job.download();
     if (percent && download && download->onProgress)
@@ -366,7 +370,7 @@ void Transfer::fail(std::int32_t code, const std::string& message)
 
 void Transfer::succeed()
 {
-    if (m_job.download() && !tellProgress(m_progress.finish()))
+    if (m_job.download() && !reportProgress(m_progress.finish()))
         return;
     leave();
     if (!m_job.settle()) {
@@ -386,12 +390,12 @@ void Transfer::leave()
     m_connectTimer.stop();
     m_inactivityTimer.stop();
     m_answerTimer.stop();
-    m_gatherTimer.stop();
+    m_collectTimer.stop();
     dropReply();
     emit ended(this);
 }
 
-std::int64_t Transfer::mostBytes() const
+std::int64_t Transfer::maxBytes() const
 {
     return m_job.download() ? CHttpClient::kMaxDownloadBytes : CHttpClient::kMaxAnswerBytes;
 }

@@ -22,13 +22,13 @@ namespace Brivane {
 
 class TrustStore;
 
-/// One request on its way. It has an access manager of its own, and one for each redirect, so that
-/// its time limits start with its own connection and nothing is shared with another request.
+/// One request that is sent. It has its own access manager, and a new one for each redirect, so
+/// that its time-outs start with its own connection and nothing is shared with another request.
 ///
-/// Redirects are followed here and not by the access manager, which now and then sends the next
-/// request over the connection that the service is closing.
+/// It follows redirects itself because the access manager sometimes sends the next request over the
+/// connection that the service is closing.
 ///
-/// A callback may lead to cancel() of the very transfer that makes it.
+/// A callback may call cancel() of the transfer that called it.
 class Transfer : public QObject
 {
     Q_OBJECT
@@ -38,63 +38,64 @@ public:
     ~Transfer() override;
 
     void start();
-    /// Ends it as cancelled; without effect after its end.
+    /// Ends the transfer as cancelled; does nothing after its end.
     void cancel();
-    /// Its record was cancelled.
+    /// Whether the record was cancelled.
     [[nodiscard]] bool isCancelled() const { return m_job.isCancelled(); }
 
 signals:
-    /// It is over, and its callback comes next.
+    /// The transfer has ended; its callback is called next.
     void ended(Brivane::Transfer* transfer);
 
 private slots:
     void onEncrypted();
     void onSslErrors(const QList<QSslError>& errors);
-    /// The service has shown that it is there.
-    void onSign();
+    /// The service is connected and active: ends the connect time-out, restarts that of inactivity.
+    void onAlive();
     void onMetaDataChanged();
     void onReadyRead();
-    void onGathered();
+    void onCollected();
     void onFinished();
     void onConnectTimeout();
     void onInactivityTimeout();
     void onAnswerTimeout();
 
 private:
-    /// Sends the request to an address; false when that was its end.
-    bool send(const QUrl& url);
-    bool describe(QNetworkRequest& request) const;
+    void send(const QUrl& url);
+    /// Sets the headers and the options of the request.
+    void describe(QNetworkRequest& request) const;
     void follow(int status, const QUrl& target);
     void dropReply();
-    /// Judges status and header of the answer; false when that was its end.
+    /// Checks status and headers of the answer.
+    /// @return false when the transfer has ended; the same holds for the functions below
     bool acceptHead();
     bool acceptLength(int status);
-    /// Takes what has arrived; false when that was its end.
+    /// Takes the part of the body that has arrived.
     bool takeBody();
     bool take(const char* data, std::int64_t size);
-    bool tellProgress(std::optional<std::int32_t> percent);
+    bool reportProgress(std::optional<std::int32_t> percent);
 
     void fail(std::int32_t code, const std::string& message);
     void succeed();
     void leave();
 
-    [[nodiscard]] std::int64_t mostBytes() const;
+    [[nodiscard]] std::int64_t maxBytes() const;
 
     RequestJob m_job;
     TrustStore& m_trust;
     std::unique_ptr<QNetworkAccessManager> m_manager;
-    QNetworkReply* m_reply = nullptr; ///< the manager's
+    QNetworkReply* m_reply = nullptr; ///< owned by the manager
     bool m_post = false;
     int m_redirects = 0;
     QTimer m_connectTimer;
     QTimer m_inactivityTimer;
     QTimer m_answerTimer;
-    QTimer m_gatherTimer;
+    QTimer m_collectTimer;
 
     bool m_ended = false;
     bool m_secure = false; ///< the handshake with this host is done
     bool m_headAccepted = false;
-    std::int64_t m_announced = -1; ///< length of the body; negative when the answer does not say
+    std::int64_t m_announced = -1; ///< length of the body; negative when not announced
     std::int64_t m_received = 0;
     std::vector<char> m_buffer;
     std::string m_text;

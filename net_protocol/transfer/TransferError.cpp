@@ -16,7 +16,7 @@ std::string nameOf(QNetworkReply::NetworkError error)
 
 } // namespace
 
-// Qt's own texts are translated and name the whole address, so they are not used.
+// Qt's own texts are not used: they are translated and contain the whole address.
 TransferError TransferError::of(QNetworkReply::NetworkError error)
 {
     switch (error) {

@@ -6,7 +6,7 @@
 
 namespace Brivane {
 
-/// What a transfer that broke off is told as.
+/// How an error of Qt Network is reported.
 struct TransferError
 {
     std::int32_t code;

@@ -44,7 +44,7 @@ QSslConfiguration TrustStore::configuration(const std::string& extraCaFile)
         return systemConfiguration();
     m_extraCaFile = extraCaFile;
     m_configuration = systemConfiguration();
-    // A configuration with a list of its own no longer looks for the system's by itself.
+    // A configuration with its own list does not load the system's authorities any more.
     m_configuration.setCaCertificates(QSslConfiguration::systemCaCertificates() + extra);
     return m_configuration;
 }

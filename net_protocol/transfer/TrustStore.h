@@ -5,14 +5,14 @@
 
 namespace Brivane {
 
-/// Whom a client trusts. Reading the system's authorities takes tens of milliseconds, so it is done
-/// once.
+/// The authorities that a client trusts. It reads those of the system once, because that takes tens
+/// of milliseconds.
 class TrustStore
 {
 public:
-    /// TLS 1.2 or later with a verified certificate of one of the system's authorities or of those
-    /// in @p extraCaFile, a PEM file; empty for none. A file without a certificate is logged, and
-    /// read again the next time.
+    /// TLS 1.2 or later with a verified certificate of an authority of the system or of one in
+    /// @p extraCaFile, a PEM file; empty: none. A file without a certificate is logged and read
+    /// again the next time.
     [[nodiscard]] QSslConfiguration configuration(const std::string& extraCaFile);
 
 private:

@@ -3,14 +3,14 @@
 ;   makensis -DVERSION=<version> -DSTAGE=<folder of the files> -DFILES=<their list> -DICON=<icon>
 ;       -DOUTPUT=<setup.exe> MarvikTools.nsi
 ;
-; /S installs without questions, /D=<folder> elsewhere. The uninstaller keeps the saved settings of the
-; cameras unless it is told otherwise (the box on its page, or /SETTINGS).
+; /S installs without questions, /D=<folder> into another folder. The uninstaller keeps the saved
+; settings of the cameras unless the box on its page or /SETTINGS selects their removal.
 ;
-; It never asks for rights and is not for accounts that have them all: installers of this NSIS (3.08)
-; run as SYSTEM can be led to files in a folder that others may write (CVE-2026-42171). Run by the user,
-; such a file can do nothing that its author could not do before.
+; It never requests administrator rights and must not run as SYSTEM: an installer of this NSIS (3.08)
+; that runs as SYSTEM can be made to use files in a folder that other users may write (CVE-2026-42171).
+; When the user runs it, such a file gains no additional rights.
 
-; For 64-bit Windows alone: on another it does not start.
+; For 64-bit Windows only; it does not start on 32-bit Windows.
 Target amd64-unicode
 ManifestDPIAware true
 RequestExecutionLevel user
@@ -48,10 +48,10 @@ UninstPage custom un.askAboutSettings un.readAnswer
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE English
 
-; The message that ends the program's event loop, as "Quit" in its menu does: the program lets go of the
-; camera and writes what it has to. It hides in the tray when its window is closed, so the window is
-; found whether it is shown or not. The program is waited for, and never killed: it may be writing
-; firmware into a camera.
+; This message ends the program's event loop like "Quit" in its menu: the program releases the camera and
+; saves its data. The program hides in the tray when its window is closed, so hidden windows are searched
+; too. The installer waits for the program and never kills it, because it may be writing firmware to a
+; camera.
 !macro closeProgram prefix
 Function ${prefix}closeProgram
     ; Its hidden window tells which process is the program's: a folder of the name has a window with the

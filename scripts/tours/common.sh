@@ -1,5 +1,5 @@
-# What the tours share: the program in front of a virtual camera, the mouse, screenshots, and waiting
-# for what a step must bring about. Sourced with
+# Common parts of the tours: the program with a virtual camera, the mouse, screenshots, and waiting for
+# the result of a step. Sourced with
 #
 #   bin   directory of the programs
 #   out   directory for the screenshots
@@ -9,11 +9,28 @@ serial=SVAA009500551
 
 "$bin/virtualcamera" --control "$VIRTUALCAMERA_SOCKET" --plug "cam1,serial=$serial" -- \
     "$bin/MarvikTools" 2>"$log" &
-bench=$!
-trap 'kill "$bench" 2>/dev/null || true' EXIT
+virtualcamera=$!
+trap 'kill "$virtualcamera" 2>/dev/null || true' EXIT
 
 step=0
-fail() { echo "tour: $*" >&2; exit 1; }
+seen=0
+# Says what went wrong: the step, what the screen shows, and what the program reported. Errors and
+# warnings come first, because the cause of a failed step is often long before its end.
+fail() {
+    {
+        echo "tour: failed after step $step: $*"
+        kill -0 "$virtualcamera" 2>/dev/null || echo "tour: the program has ended"
+        if import -window root "$out/failed.png" 2>/dev/null; then
+            echo "tour: the screen: $out/failed.png"
+        fi
+        echo "tour: errors and warnings since the last mark:"
+        tail -c +$((seen + 1)) "$log" | grep -aE '^[^ ]+ [WCF] |[Ee]rror|[Ff]ailed|not found' |
+            tail -n 10 | sed 's/^/    /' || true
+        echo "tour: the last lines of $log:"
+        tail -n 15 "$log" | sed 's/^/    /'
+    } >&2
+    exit 1
+}
 camera() { "$bin/virtualcamera-ctl" "$@"; }
 shot() {
     step=$((step + 1))
@@ -23,7 +40,7 @@ shot() {
     echo "tour: $file"
 }
 
-# The main window is the one of its size; dialogs and overlays have names of their own.
+# The main window is found by its size; dialogs and overlays have other names.
 frame=(0 0 800 760)
 find_window() {
     local id X Y WIDTH HEIGHT
@@ -48,8 +65,7 @@ wheel() { # x, y, notches down
     xdotool click --repeat "$count" --delay 20 "$button"
     sleep 0.3
 }
-# What the program logs from here on is what "logged" looks at.
-seen=0
+# "logged" searches the log from this point on.
 mark() { seen=$(wc -c <"$log"); }
 logged() { # text, seconds
     for _ in $(seq $((${2:-8} * 10))); do
@@ -59,7 +75,7 @@ logged() { # text, seconds
     fail "not in the log: $1"
 }
 service() { "$bin/updateservice-ctl" "$UPDATESERVICE_SOCKET" "$@" >/dev/null; }
-# The buttons of the update dialogs, which stand in the middle of the window.
+# The buttons of the update dialogs, which are in the middle of the window.
 click_firmware_update() { click 180 505 "${1:-0.8}"; }
 click_update() { click 231 462 "${1:-0.3}"; }
 click_stop() { click 180 462 "${1:-0.5}"; }

@@ -1,19 +1,18 @@
 #include "CameraHandle.h"
 
+#include "LogCategories.h"
 #include "UVCCamera.h"
-
-#include <QDebug>
 
 CameraHandle& CameraHandle::instance()
 {
-    // The language locks and checks twice for a local static.
+    // C++ guarantees that a local static is created once, whichever threads call first.
     static CameraHandle handle;
     return handle;
 }
 
 void CameraHandle::getCameras(int status)
 {
-    qDebug() << "CameraHandle::getCameras" << __LINE__ << "获取设备";
+    qCDebug(hotplugLog) << "CameraHandle::getCameras" << __LINE__ << "获取设备";
     m_cameras.clear();
     UVCCamera::enumerateCameras(m_cameras);
 

@@ -6,7 +6,7 @@
 #include <mutex>
 #include <QList>
 
-/// The process-wide holder of the video inventory: enumerates on request and tells the receiver.
+/// The process-wide holder of the video inventory: enumerates on request and notifies the receiver.
 class CameraHandle
 {
 public:
@@ -16,7 +16,7 @@ public:
     CameraHandle(const CameraHandle&) = delete;
     CameraHandle& operator=(const CameraHandle&) = delete;
 
-    /// Enumerates the video devices and tells the receiver, if there is one. Called on the
+    /// Enumerates the video devices and notifies the receiver, if there is one. Called on the
     /// watcher's thread, and only there: the list of cameras is not locked.
     /// @param status HotPlugStatus
     void getCameras(int status);

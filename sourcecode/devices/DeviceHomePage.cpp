@@ -1,15 +1,17 @@
 #include "DeviceHomePage.h"
 
+#include "BusyCursor.h"
 #include "CameraHandle.h"
+#include "CameraModels.h"
 #include "DeviceListDelegate.h"
+#include "LogCategories.h"
 #include "MaskForm.h"
-#include "SupportedCameras.h"
+#include "Style.h"
 #include "SvtaDeviceWidget.h"
 #include "ui_DeviceHomePage.h"
 #include "UVCCamera.h"
 
 #include <algorithm>
-#include <QDebug>
 #include <QListWidget>
 #include <QScrollBar>
 #include <QThread>
@@ -30,18 +32,20 @@ constexpr int kMaxVisibleItems = 5;
 constexpr int kFilledSpacerHeight = 17;
 
 const char* const kFilledBackground =
-    "#bgWidget { background-color: #F4F4F4; border: 1px solid #F2F2F2; border-top: none; }";
+    "#bgWidget { background-color: @list; border: 1px solid @line; border-top: none; }";
 const char* const kWhiteBackground =
-    "#bgWidget { background-color: #FFFFFF; border: 1px solid #F2F2F2; border-top: none; }";
+    "#bgWidget { background-color: @surface; border: 1px solid @line; border-top: none; }";
 const char* const kListStyle =
     "QListWidget { background: transparent; border: none; outline: none; }"
     "QListWidget::item, QListWidget::item:hover, QListWidget::item:selected {"
     " background: transparent; border: none; }";
-// Narrow enough for a card beside it.
+// Narrow enough for a card beside it. The background is that of the filled list: a transparent one
+// leaves the scroll bar black.
 const char* const kScrollBarStyle =
-    "QScrollBar:vertical { width: 6px; background: transparent; margin: 0; }"
-    "QScrollBar::handle:vertical { background: #C9CDD4; border-radius: 3px; min-height: 32px; }"
-    "QScrollBar::handle:vertical:hover { background: #A9AEB8; }"
+    "QScrollBar:vertical { width: 6px; background: @list; margin: 0; }"
+    "QScrollBar::handle:vertical { background: @scroll-handle; border-radius: 3px; min-height: "
+    "32px; }"
+    "QScrollBar::handle:vertical:hover { background: @scroll-handle-hover; }"
     "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }"
     "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: transparent; }";
 
@@ -56,7 +60,7 @@ DeviceHomePage::DeviceHomePage(QWidget* parent)
     , m_productNames{{QStringLiteral("41224&51202"), QStringLiteral("Vexa Cam")}}
 {
     ui->setupUi(this);
-    ui->bgWidget->setStyleSheet(QString::fromLatin1(kWhiteBackground));
+    ui->bgWidget->setStyleSheet(Style::sheet(kWhiteBackground));
 
     m_list = new QListWidget(ui->bgWidget);
     m_list->setObjectName(QStringLiteral("deviceList"));
@@ -65,7 +69,7 @@ DeviceHomePage::DeviceHomePage(QWidget* parent)
     m_list->setStyleSheet(QString::fromLatin1(kListStyle));
     for (QAbstractScrollArea* area :
          std::initializer_list<QAbstractScrollArea*>{m_list, ui->scrollArea})
-        area->verticalScrollBar()->setStyleSheet(QString::fromLatin1(kScrollBarStyle));
+        area->verticalScrollBar()->setStyleSheet(Style::sheet(kScrollBarStyle));
     m_list->setItemDelegate(new DeviceListDelegate(m_list));
     m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_list->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
@@ -78,7 +82,7 @@ DeviceHomePage::DeviceHomePage(QWidget* parent)
 
     connect(ui->btnSupportedProducts, &QPushButton::clicked, this,
             &DeviceHomePage::sigShowSupportedProduct);
-    // The watcher sends one of the two for each notification; either makes one rebuild.
+    // The watcher emits one of the two for each event; each of them rebuilds the list once.
     connect(m_notify, &DeviceNotify::sigCameraDeviceUpdate, this,
             [this](const QList<UVCDeviceInfo>& cameras, const QMap<QString, HidDevices>&,
                    int status) { slotUpdateCameraList(cameras, status); });
@@ -103,46 +107,48 @@ void DeviceHomePage::start()
 
 void DeviceHomePage::getHidCamerasAndAddToList(const QList<UVCDeviceInfo>& cameras)
 {
+    const BusyCursor busy;
     QThread::msleep(kHidReadyMs);
     m_hidMap.clear();
     UVCHid::getHidDevices(m_hidMap);
 
     m_deviceWidgetMap.clear();
-    m_pathMap.clear();
+    m_pairings.clear();
     const QMap<QString, bool> lastConnections = std::exchange(m_connectionMap, {});
-    PairingCounters counters;
     for (const HidDevices& hidItem : qAsConst(m_hidMap)) {
-        qDebug() << "遍历hid设备"
-                 << "vid =" << hidItem.vendorId << "pid =" << hidItem.productId;
-        if (!SupportedCameras::isCameraInterface(hidItem))
+        qCDebug(hotplugLog) << "遍历hid设备"
+                            << "vid =" << hidItem.vendorId << "pid =" << hidItem.productId;
+        const CameraModel* model = CameraModels::find(hidItem);
+        if (!model)
             continue;
-        qDebug() << "获取vid == 41224 和 pid == 51202的设备";
+        qCDebug(hotplugLog) << "获取vid == 41224 和 pid == 51202的设备";
         const bool connected = hidItem.path == m_busyHidPath ? lastConnections.value(hidItem.path)
                                                              : isConnected(hidItem);
         m_connectionMap.insert(hidItem.path, connected);
-        addCard(hidItem, hidItem.path == m_hidMap.lastKey(), cameras, counters);
+        addCard(hidItem, *model, hidItem.path == m_hidMap.lastKey(), cameras);
     }
 
-    qDebug() << "更新home页的设备列表";
-    ui->bgWidget->setStyleSheet(QString::fromLatin1(kWhiteBackground));
+    qCDebug(hotplugLog) << "更新home页的设备列表";
+    ui->bgWidget->setStyleSheet(Style::sheet(kWhiteBackground));
     emit sigSetDeviceWidgetMaps(m_deviceWidgetMap);
 }
 
-void DeviceHomePage::addCard(const HidDevices& hidItem, bool isLastHidEntry,
-                             const QList<UVCDeviceInfo>& cameras, PairingCounters& counters)
+void DeviceHomePage::addCard(const HidDevices& hidItem, const CameraModel& model,
+                             bool isLastHidEntry, const QList<UVCDeviceInfo>& cameras)
 {
-    ++counters.hidCnt;
-    qDebug() << "hidItem.path" << hidItem.path;
-    qDebug() << "curStauts =" << m_connectionMap.value(hidItem.path);
+    Pairing& pairing = m_pairings[&model];
+    ++pairing.hidCnt;
+    qCDebug(hotplugLog) << "hidItem.path" << hidItem.path;
+    qCDebug(hotplugLog) << "curStauts =" << m_connectionMap.value(hidItem.path);
 
     DeviceWidgetInfo devWidgetInfo;
-    matchVideoDevices(hidItem, cameras, devWidgetInfo, counters);
-    if (!m_pathMap.contains(counters.hidCnt))
+    matchVideoDevices(hidItem, model, cameras, devWidgetInfo, pairing);
+    if (!pairing.pathMap.contains(pairing.hidCnt))
         return; // an interface without a camera to show: it would have no picture and no name
-    devWidgetInfo.model = QStringLiteral("RQ-T47K");
-    devWidgetInfo.path = m_pathMap.value(counters.hidCnt);
-    qDebug() << "hidCnt" << counters.hidCnt << "devWidgetInfo.path" << devWidgetInfo.path
-             << "pathMap[hidCnt]" << m_pathMap.value(counters.hidCnt);
+    devWidgetInfo.model = QLatin1String(model.modelText);
+    devWidgetInfo.path = pairing.pathMap.value(pairing.hidCnt);
+    qCDebug(hotplugLog) << "hidCnt" << pairing.hidCnt << "devWidgetInfo.path" << devWidgetInfo.path
+                        << "pathMap[hidCnt]" << pairing.pathMap.value(pairing.hidCnt);
     m_deviceWidgetMap.insert(devWidgetInfo.path, devWidgetInfo);
 
     auto* item = new QListWidgetItem;
@@ -157,66 +163,71 @@ void DeviceHomePage::addCard(const HidDevices& hidItem, bool isLastHidEntry,
             &DeviceHomePage::slotCameraItemClicked);
 }
 
-/// Numbers every matching video device of this pass. The counter runs on through all passes, so the
-/// first pass alone numbers them as the cards read them: the k-th HID interface gets the k-th video
-/// device.
-void DeviceHomePage::matchVideoDevices(const HidDevices& hidItem,
+/// Numbers every matching video device of this pass. The counter continues through all passes of a
+/// model, so the cards use the numbers of the first pass only: the k-th HID interface of a model
+/// gets its k-th video device.
+void DeviceHomePage::matchVideoDevices(const HidDevices& hidItem, const CameraModel& model,
                                        const QList<UVCDeviceInfo>& cameras,
-                                       DeviceWidgetInfo& devWidgetInfo, PairingCounters& counters)
+                                       DeviceWidgetInfo& devWidgetInfo, Pairing& pairing)
 {
     for (const UVCDeviceInfo& camera : cameras) {
-        qDebug() << "获取相应hid设备的摄像机功能的设备" << camera.displayName << "-"
-                 << camera.friendlyName << "-" << camera.devicePath;
+        qCDebug(hotplugLog) << "获取相应hid设备的摄像机功能的设备" << camera.displayName << "-"
+                            << camera.friendlyName << "-" << camera.devicePath;
         const QString usbPath = camera.devicePath;
-        qDebug() << "usbPath" << usbPath;
-        if (!SupportedCameras::isCameraVideoPath(usbPath))
+        qCDebug(hotplugLog) << "usbPath" << usbPath;
+        if (!CameraModels::isVideoPath(model, usbPath))
             continue;
-        qDebug() << "找到了相应hid设备的摄像机功能的设备";
-        ++counters.hidCameraCnt;
+        qCDebug(hotplugLog) << "找到了相应hid设备的摄像机功能的设备";
+        ++pairing.hidCameraCnt;
 
         devWidgetInfo.status = m_connectionMap.value(hidItem.path) ? 1 : 0;
-        devWidgetInfo.name = QStringLiteral("NOVA EDGE");
+        devWidgetInfo.name = QString::fromUtf8(model.displayName);
         devWidgetInfo.path = usbPath;
         devWidgetInfo.hidPath = hidItem.path;
         devWidgetInfo.icon.clear();
-        qDebug() << "devWidgetInfo.path = " << devWidgetInfo.path
-                 << "devWidgetInfo.status = " << devWidgetInfo.status;
-        qDebug() << "path =" << devWidgetInfo.path;
-        m_pathMap.insert(counters.hidCameraCnt, usbPath);
-        qDebug() << "hidCameraCnt =" << counters.hidCameraCnt << "pathMap[hidCameraCnt]"
-                 << m_pathMap.value(counters.hidCameraCnt);
+        qCDebug(hotplugLog) << "devWidgetInfo.path = " << devWidgetInfo.path
+                            << "devWidgetInfo.status = " << devWidgetInfo.status;
+        qCDebug(hotplugLog) << "path =" << devWidgetInfo.path;
+        pairing.pathMap.insert(pairing.hidCameraCnt, usbPath);
+        qCDebug(hotplugLog) << "hidCameraCnt =" << pairing.hidCameraCnt << "pathMap[hidCameraCnt]"
+                            << pairing.pathMap.value(pairing.hidCameraCnt);
     }
 }
 
 void DeviceHomePage::slotUpdateCameraList(const QList<UVCDeviceInfo>& cameras, int status)
 {
-    qDebug() << "将新获取的设备添加到设备列表，发送更新设备事件";
+    qCDebug(hotplugLog) << "将新获取的设备添加到设备列表，发送更新设备事件";
     const QList<UVCDeviceInfo> oldCameras = m_cameras;
     m_cameras = cameras;
     m_list->clear();
     const QMap<QString, HidDevices> oldHidMap = m_hidMap;
 
-    qDebug() << "before getHidCamerasAndAddToList";
+    qCDebug(hotplugLog) << "before getHidCamerasAndAddToList";
     getHidCamerasAndAddToList(m_cameras);
-    qDebug() << "after getHidCamerasAndAddToList";
+    qCDebug(hotplugLog) << "after getHidCamerasAndAddToList";
 
     if (entryCount() > 0)
         showFilledState();
     else
         showEmptyState();
-    fixListHeight(std::min(entryCount(), kMaxVisibleItems));
+    limitListHeight();
 
     emit sigUpdateCameraListFinished(m_cameras, oldCameras, m_hidMap, oldHidMap, status);
     repaint();
 
     const QString openHidPath = CameraHandle::instance().currentDevice().hidPath;
     if (m_hidMap.contains(openHidPath) && !oldHidMap.contains(openHidPath))
-        emit sigInitCamera(); // the open camera is back; its link still hangs on the old interface
+        emit sigInitCamera(); // the open camera is back; its link still uses the old interface
 }
 
 int DeviceHomePage::entryCount() const
 {
     return m_list->count();
+}
+
+void DeviceHomePage::limitListHeight()
+{
+    fixListHeight(std::min(entryCount(), kMaxVisibleItems));
 }
 
 void DeviceHomePage::fixListHeight(int entries)
@@ -236,7 +247,7 @@ void DeviceHomePage::showFilledState()
         layout->invalidate();
     }
     fixListHeight(entryCount());
-    ui->bgWidget->setStyleSheet(QString::fromLatin1(kFilledBackground));
+    ui->bgWidget->setStyleSheet(Style::sheet(kFilledBackground));
     ui->noDeviceWidget->hide();
     m_list->show();
 }
@@ -251,7 +262,7 @@ void DeviceHomePage::showEmptyState()
         layout->insertWidget(0, ui->noDeviceWidget);
         layout->invalidate();
     }
-    ui->bgWidget->setStyleSheet(QString::fromLatin1(kWhiteBackground));
+    ui->bgWidget->setStyleSheet(Style::sheet(kWhiteBackground));
     m_list->hide();
     ui->noDeviceWidget->show();
 }

@@ -9,6 +9,7 @@
 #include <QWidget>
 
 class MaskForm;
+struct CameraModel;
 class QListWidget;
 
 namespace Ui {
@@ -35,8 +36,8 @@ public:
     /// side of a camera that was just plugged in needs the time.
     void getHidCamerasAndAddToList(const QList<UVCDeviceInfo>& cameras);
 
-    /// The camera at @p hidPath is asked nothing from now on and keeps its state in the list: its
-    /// firmware is being written. Empty: no such camera.
+    /// Sends no command to the camera at @p hidPath from now on and keeps its state in the list:
+    /// its firmware is being written. Empty when there is no such camera.
     void setBusyCamera(const QString& hidPath) { m_busyHidPath = hidPath; }
 
     /// Number of cards.
@@ -44,6 +45,8 @@ public:
     /// Shows the list in the place of the empty state.
     void showFilledState();
     void showEmptyState();
+    /// Gives the list the height that it has after a hot-plug event: at most that of five cards.
+    void limitListHeight();
 
 public slots:
     void slotCameraItemClicked(DeviceWidgetInfo info);
@@ -63,17 +66,19 @@ signals:
     void sigSetDeviceParam(DeviceWidgetInfo Info);
 
 private:
-    /// Running numbers that pair the k-th HID interface with the k-th video device.
-    struct PairingCounters
+    /// Pairs the k-th HID interface of a model with the k-th video device of the same model.
+    struct Pairing
     {
-        int hidCnt = 0;
-        int hidCameraCnt = 0;
+        int hidCnt = 0;             ///< HID interfaces so far
+        int hidCameraCnt = 0;       ///< video devices so far, in all passes
+        QMap<int, QString> pathMap; ///< number of a video device to its path
     };
 
-    void addCard(const HidDevices& hidItem, bool isLastHidEntry,
-                 const QList<UVCDeviceInfo>& cameras, PairingCounters& counters);
-    void matchVideoDevices(const HidDevices& hidItem, const QList<UVCDeviceInfo>& cameras,
-                           DeviceWidgetInfo& devWidgetInfo, PairingCounters& counters);
+    void addCard(const HidDevices& hidItem, const CameraModel& model, bool isLastHidEntry,
+                 const QList<UVCDeviceInfo>& cameras);
+    void matchVideoDevices(const HidDevices& hidItem, const CameraModel& model,
+                           const QList<UVCDeviceInfo>& cameras, DeviceWidgetInfo& devWidgetInfo,
+                           Pairing& pairing);
     void fixListHeight(int entries);
 
     std::unique_ptr<Ui::DeviceHomePage> ui;
@@ -83,8 +88,10 @@ private:
     QList<UVCDeviceInfo> m_cameras;
     QMap<QString, HidDevices> m_hidMap;
     QMap<QString, DeviceWidgetInfo> m_deviceWidgetMap;
-    QMap<int, QString> m_pathMap;
+    QMap<const CameraModel*, Pairing> m_pairings; ///< of the last build
     QMap<QString, bool> m_connectionMap;
     QString m_busyHidPath;
+    /// Decimal ids of a camera, joined by "&", to its product name. Part of the interface that the
+    /// list has in common with other tools of the product line; nothing here reads it.
     QMap<QString, QString> m_productNames;
 };

@@ -3,7 +3,7 @@
 #include <QStyledItemDelegate>
 
 /// Gives an item of the device list that has no size hint of its own the height of its card;
-/// without it a list that scrolls could not be scrolled down to the end of that card.
+/// otherwise a list that scrolls would cut off the end of that card.
 class DeviceListDelegate : public QStyledItemDelegate
 {
     Q_OBJECT

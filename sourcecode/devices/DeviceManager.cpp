@@ -2,14 +2,14 @@
 
 #include "CameraHandle.h"
 #include "HotPlugWatch.h"
+#include "LogCategories.h"
 #include "SDMMNotificationClient.h"
-
-#include <QDebug>
 
 DeviceManager::DeviceManager()
     : m_watch(std::make_unique<HotPlugWatch>())
 {
-    // The watcher calls the camera handle to its end, so that must be there first and go last.
+    // The watcher calls the camera handle until it ends, so the handle must be created before it
+    // and destroyed after it.
     CameraHandle::instance();
 }
 
@@ -20,7 +20,7 @@ DeviceManager::~DeviceManager()
 
 DeviceManager& DeviceManager::instance()
 {
-    // The language locks and checks twice for a local static.
+    // C++ guarantees that a local static is created once, whichever threads call first.
     static DeviceManager manager;
     return manager;
 }
@@ -29,8 +29,8 @@ void DeviceManager::start()
 {
     int stopped = 0;
     if (m_running.compare_exchange_strong(stopped, 1)) {
-        // From here on events are queued by the platform, so none between now and the thread's
-        // first look is lost.
+        // From here on the platform queues events, so none is lost before the thread starts to
+        // wait.
         m_watch->open();
         m_thread = std::thread(&DeviceManager::detecting, this);
     }
@@ -49,12 +49,12 @@ void DeviceManager::stop()
 
 void DeviceManager::deviceArrived()
 {
-    qDebug() << "DeviceManager::WndProc" << __LINE__ << "检测到插入设备";
+    qCDebug(hotplugLog) << "DeviceManager::WndProc" << __LINE__ << "检测到插入设备";
     CameraHandle::instance().getCameras(DevicePluggedIn);
 }
 
 void DeviceManager::deviceRemoved()
 {
-    qDebug() << "DeviceManager::WndProc" << __LINE__ << "检测到拔出设备";
+    qCDebug(hotplugLog) << "DeviceManager::WndProc" << __LINE__ << "检测到拔出设备";
     CameraHandle::instance().getCameras(DeviceRemoved);
 }

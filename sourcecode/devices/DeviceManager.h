@@ -10,7 +10,9 @@ class SDMMNotificationClient;
 /// Notices cameras that are plugged in or removed, on a thread of its own, and makes CameraHandle
 /// enumerate again. Beside it, logs changes of the audio endpoints.
 ///
-/// The platform's part is detecting() and the two classes it uses, in DeviceManager_<platform>.cpp.
+/// The platform's part is detecting() and initIMMDeviceEnumerator() in
+/// DeviceManager_<platform>.cpp, and the classes HotPlugWatch and SDMMNotificationClient in linux/
+/// and windows/.
 class DeviceManager
 {
 public:
@@ -46,5 +48,5 @@ private:
     std::atomic<int> m_running{0};
     std::thread m_thread;
     std::unique_ptr<HotPlugWatch> m_watch;
-    std::shared_ptr<SDMMNotificationClient> m_audioClient; ///< knows how its platform lets go of it
+    std::shared_ptr<SDMMNotificationClient> m_audioClient; ///< its deleter unregisters it
 };

@@ -1,13 +1,13 @@
 #include "DeviceManager.h"
 #include "HotPlugWatch.h"
+#include "LogCategories.h"
 #include "SDMMNotificationClient.h"
-
-#include <QDebug>
 
 void DeviceManager::detecting()
 {
     if (!m_watch->isOpen()) {
-        qCritical() << "DeviceManager::detecting" << __LINE__ << "创建窗口失败";
+        qCCritical(hotplugLog) << "DeviceManager::detecting" << __LINE__
+                               << "the udev monitor cannot be opened";
         return;
     }
     while (m_running != 0) {
@@ -19,7 +19,8 @@ void DeviceManager::detecting()
             deviceRemoved();
             break;
         case HotPlugWatch::Event::Failed:
-            qCritical() << "DeviceManager::detecting" << __LINE__ << "device monitor failed";
+            qCCritical(hotplugLog)
+                << "DeviceManager::detecting" << __LINE__ << "device monitor failed";
             return;
         case HotPlugWatch::Event::Other:
         case HotPlugWatch::Event::Woken:

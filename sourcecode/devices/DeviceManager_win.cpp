@@ -1,12 +1,11 @@
 #include "DeviceManager.h"
 #include "HotPlugWatch.h"
+#include "LogCategories.h"
 #include "SDMMNotificationClient.h"
-
-#include <QDebug>
 
 namespace {
 
-void letGo(SDMMNotificationClient* client)
+void unregisterAndRelease(SDMMNotificationClient* client)
 {
     client->unregisterCallback();
     client->Release();
@@ -19,17 +18,18 @@ void DeviceManager::detecting()
     // The enumeration of video devices runs here, on every arrival and removal.
     const ComApartment com;
     if (!m_watch->registerWindowClass()) {
-        qCritical() << "DeviceManager::detecting" << __LINE__ << "注册窗口类失败";
+        qCCritical(hotplugLog) << "DeviceManager::detecting" << __LINE__ << "注册窗口类失败";
         return;
     }
     if (!m_watch->createWindow()) {
-        qCritical() << "DeviceManager::detecting" << __LINE__ << "创建窗口失败";
+        qCCritical(hotplugLog) << "DeviceManager::detecting" << __LINE__ << "创建窗口失败";
         m_watch->destroyWindow();
         return;
     }
     while (m_running != 0) {
         if (m_watch->wait() == HotPlugWatch::Event::Failed) {
-            qCritical() << "DeviceManager::detecting" << __LINE__ << "device monitor failed";
+            qCCritical(hotplugLog)
+                << "DeviceManager::detecting" << __LINE__ << "device monitor failed";
             break;
         }
     }
@@ -42,15 +42,15 @@ void DeviceManager::initIMMDeviceEnumerator()
     ComPtr<IMMDeviceEnumerator> enumerator;
     if (FAILED(::CoCreateInstance(__uuidof(MMDeviceEnumerator), nullptr, CLSCTX_SERVER,
                                   __uuidof(IMMDeviceEnumerator), enumerator.putVoid()))) {
-        qCritical() << "DeviceManager::initIMMDeviceEnumerator"
-                    << "接口创建失败";
+        qCCritical(hotplugLog) << "DeviceManager::initIMMDeviceEnumerator"
+                               << "接口创建失败";
         return;
     }
-    qCritical() << "DeviceManager::initIMMDeviceEnumerator"
-                << "接口创建成功";
+    qCCritical(hotplugLog) << "DeviceManager::initIMMDeviceEnumerator"
+                           << "接口创建成功";
     if (!m_audioClient)
-        m_audioClient = {new SDMMNotificationClient, letGo};
+        m_audioClient = {new SDMMNotificationClient, unregisterAndRelease};
     const bool registered = m_audioClient->registerCallback(std::move(enumerator));
-    qCritical() << "DeviceManager::initIMMDeviceEnumerator"
-                << (registered ? "注册成功" : "注册失败");
+    qCCritical(hotplugLog) << "DeviceManager::initIMMDeviceEnumerator"
+                           << (registered ? "注册成功" : "注册失败");
 }

@@ -9,9 +9,9 @@
 struct DeviceWidgetInfo
 {
     quint8 status = 0;                  ///< 1 = connected, 0 = failed
-    QMap<QString, QVariant> properties; ///< room for a page's own notes; the shell uses none
+    QMap<QString, QVariant> properties; ///< for a page's own data; the shell uses none
     QString name;                       ///< display name
-    QString model;                      ///< model text; names the camera to the update service
+    QString model;                      ///< model text; the update service knows the model by it
     QString icon;
     QString path;          ///< video device path
     QString hidPath;       ///< HID interface path

@@ -18,7 +18,7 @@ class IDeviceNotify
 public:
     virtual ~IDeviceNotify() = default;
 
-    /// The video devices changed; the HID interfaces were not looked at.
+    /// The video devices changed; the HID interfaces were not enumerated.
     virtual void camerasChanged(const QList<UVCDeviceInfo>& cameras, int status) = 0;
 
     /// Video devices and HID interfaces changed.

@@ -1,8 +1,10 @@
 #include "SvtaDeviceWidget.h"
 
+#include "CameraModels.h"
+#include "LogCategories.h"
+#include "Style.h"
 #include "ui_SvtaDeviceWidget.h"
 
-#include <QDebug>
 #include <QKeyEvent>
 #include <QMouseEvent>
 
@@ -21,13 +23,16 @@ SvtaDeviceWidget::~SvtaDeviceWidget() = default;
 
 void SvtaDeviceWidget::setData(const DeviceWidgetInfo& info)
 {
-    qDebug() << "info.path" << info.path << "mDeviceWidgetInfo.path" << mDeviceWidgetInfo.path;
+    qCDebug(hotplugLog) << "info.path" << info.path << "mDeviceWidgetInfo.path"
+                        << mDeviceWidgetInfo.path;
     mDeviceWidgetInfo = info;
 
     const bool connected = info.status == 1;
     const QString state = connected ? tr("Connected") : tr("Failed");
-    const QString colour = connected ? QStringLiteral("#60DD00") : QStringLiteral("#FF5E56");
-    ui->labPicture->setStyleSheet(QStringLiteral("border-image:url(:/images/SVC802.png)"));
+    const QString colour = Style::colour(connected ? "connected" : "failed");
+    ui->labPicture->setStyleSheet(
+        QStringLiteral("border-image:url(%1)")
+            .arg(QLatin1String(CameraModels::withModelText(info.model).cardPicture)));
     ui->labName->setText(info.name);
     ui->labStatus->setText(state);
     ui->labStatus->setStyleSheet(
@@ -46,9 +51,9 @@ bool SvtaDeviceWidget::eventFilter(QObject* watched, QEvent* event)
     if (watched == this && (press || release) &&
         static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
         if (press) {
-            qDebug() << "MouseButtonPress";
+            qCDebug(hotplugLog) << "MouseButtonPress";
         } else {
-            qDebug() << "MouseButtonRelease";
+            qCDebug(hotplugLog) << "MouseButtonRelease";
             emit sigDeviceWidgetClicked(mDeviceWidgetInfo);
         }
         return true;

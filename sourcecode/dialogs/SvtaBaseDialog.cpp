@@ -1,5 +1,7 @@
 #include "SvtaBaseDialog.h"
 
+#include "Style.h"
+
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMetaObject>
@@ -8,21 +10,21 @@
 
 namespace {
 
-/// The look that all dialogs share; forms add to it what is their own.
+/// The style that all dialogs share. A form adds the rules that it alone needs.
 constexpr const char* kStyle = R"(
-QWidget { font-family: "Microsoft YaHei UI"; font-size: 14px; color: #141414; }
-#bgWidget { background-color: #FFFFFF; border: 1px solid #E4E4E4; border-radius: 8px; }
+QWidget { font-family: "Microsoft YaHei UI"; font-size: 14px; color: @text; }
+#bgWidget { background-color: @surface; border: 1px solid @panel-line; border-radius: 8px; }
 QLabel { background: transparent; }
 QLabel#labTitle { font-size: 16px; font-weight: 500; }
 QPushButton { border-radius: 4px; }
-QPushButton#btnConfirm { background-color: #3476FF; color: #FFFFFF; border: 1px solid transparent; }
-QPushButton#btnConfirm:hover { background-color: #5289FF; }
-QPushButton#btnConfirm:pressed { background-color: #2A62D9; }
-QPushButton#btnConfirm:focus { border: 1px solid #1B4AB0; }
-QPushButton#btnCancel { background-color: #FFFFFF; border: 1px solid #DBDBDB; }
-QPushButton#btnCancel:hover { border: 1px solid #3476FF; color: #3476FF; }
-QPushButton#btnCancel:pressed { background-color: #EEF3FF; }
-QPushButton#btnCancel:focus { border: 1px solid #3476FF; }
+QPushButton#btnConfirm { background-color: @accent; color: @surface; border: 1px solid transparent; }
+QPushButton#btnConfirm:hover { background-color: @accent-hover; }
+QPushButton#btnConfirm:pressed { background-color: @accent-pressed; }
+QPushButton#btnConfirm:focus { border: 1px solid @focus; }
+QPushButton#btnCancel { background-color: @surface; border: 1px solid @control-line; }
+QPushButton#btnCancel:hover { border: 1px solid @accent; color: @accent; }
+QPushButton#btnCancel:pressed { background-color: @accent-light; }
+QPushButton#btnCancel:focus { border: 1px solid @accent; }
 )";
 
 } // namespace
@@ -37,7 +39,7 @@ SvtaBaseDialog::SvtaBaseDialog(QWidget* parent)
     QMetaObject::connectSlotsByName(this);
     setAttribute(Qt::WA_TranslucentBackground);
     setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
-    setStyleSheet(QString::fromLatin1(kStyle));
+    setStyleSheet(Style::sheet(kStyle));
     raise();
 }
 
@@ -61,8 +63,7 @@ void SvtaBaseDialog::mouseReleaseEvent(QMouseEvent* event)
 
 void SvtaBaseDialog::mouseMoveEvent(QMouseEvent* event)
 {
-    // Presses are recorded, but a dialog stays where it is: it belongs to the middle of the screen,
-    // over the mask. Moves end here, before QDialog sees them.
+    // The user cannot move a dialog: it stays over the mask. The event is not passed on to QDialog.
     Q_UNUSED(event)
 }
 
@@ -70,8 +71,8 @@ void SvtaBaseDialog::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_Escape)
         return;
-    // Not QDialog's handling: Return must not press a default button and decide for the user. The
-    // release handler ignores the event, so the key goes on to the parent.
+    // QDialog::keyPressEvent() is not called, because on Return it presses the default button. The
+    // release handler ignores the event, so Qt passes the key on to the parent.
     QWidget::keyReleaseEvent(event);
 }
 

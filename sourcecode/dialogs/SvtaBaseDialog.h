@@ -3,11 +3,14 @@
 #include <QDialog>
 #include <QPoint>
 
-/// The base of every pop-up dialog: borderless and see-through, in the middle of the primary
-/// screen, deaf to Escape, and reporting the user's choice through signals only.
+/// The base of every pop-up dialog. It has no frame and a transparent background, appears in the
+/// middle of the primary screen, ignores Escape and reports the user's choice by signals only.
 ///
-/// Dialogs are made once, hidden, and shown and hidden by their owner; none is run modally with
-/// exec() and none has a result code. The main window behind a dialog is darkened by MaskForm.
+/// Return and Enter press no button, so that no key decides by accident: autoDefault is off for
+/// each button of a form. Space presses the button that has the focus.
+///
+/// A dialog is created once, hidden; its owner shows and hides it. exec() and result codes are not
+/// used. MaskForm darkens the main window behind a dialog.
 class SvtaBaseDialog : public QDialog
 {
     Q_OBJECT

@@ -8,7 +8,7 @@ namespace Ui {
 class SvtaForceUpdateSecondDialog;
 }
 
-/// Asks before a forced update is abandoned, which ends the program.
+/// Asks before a forced update is cancelled. Cancelling it ends the program.
 class SvtaForceUpdateSecondDialog : public SvtaBaseDialog
 {
     Q_OBJECT

@@ -20,9 +20,16 @@ void SvtaMessageDialog::setMessage(const QString& message, const QString& confir
     constexpr int confirmAloneX = 100;
     constexpr int confirmBesideX = 148;
     constexpr int confirmY = 96;
+    m_forced = force;
     ui->btnCancel->setVisible(!force);
     ui->btnConfirm->move(force ? confirmAloneX : confirmBesideX, confirmY);
     ui->labMessage->setText(message);
     ui->btnConfirm->setText(confirmText);
     ui->btnCancel->setText(cancelText);
+}
+
+void SvtaMessageDialog::reject()
+{
+    if (!m_forced)
+        emit sigDownloadFailedCancel();
 }

@@ -8,7 +8,7 @@ namespace Ui {
 class SvtaMessageDialog;
 }
 
-/// Reports a failed download or installation and asks what to do. Neither button hides it: the
+/// Reports a failed download or installation and asks what to do. The buttons do not hide it; the
 /// receiver of the signals does.
 class SvtaMessageDialog : public SvtaBaseDialog
 {
@@ -18,9 +18,13 @@ public:
     explicit SvtaMessageDialog(QWidget* parent = nullptr);
     ~SvtaMessageDialog() override;
 
-    /// Sets the texts. @p force leaves the user no choice but the confirming button.
+    /// Sets the texts. With @p force there is no cancelling button.
     void setMessage(const QString& message, const QString& confirmText, const QString& cancelText,
                     bool force);
+
+    /// Called when the window manager closes the dialog: does the same as the cancelling button,
+    /// or nothing where the user has no such button.
+    void reject() override;
 
 signals:
     void sigRetry();                ///< the confirming button
@@ -28,4 +32,5 @@ signals:
 
 private:
     std::unique_ptr<Ui::SvtaMessageDialog> ui;
+    bool m_forced = false;
 };

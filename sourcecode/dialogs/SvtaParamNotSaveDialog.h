@@ -8,8 +8,8 @@ namespace Ui {
 class SvtaParamNotSaveDialog;
 }
 
-/// Asks what becomes of unsaved settings when the user leaves them. Its close button only closes
-/// it; after the other two the receiver of the signals hides it.
+/// Asks whether to save changed settings before the user leaves the settings page. The close button
+/// hides the dialog; after the other two buttons the receiver of the signals hides it.
 class SvtaParamNotSaveDialog : public SvtaBaseDialog
 {
     Q_OBJECT

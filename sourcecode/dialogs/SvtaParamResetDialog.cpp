@@ -1,14 +1,6 @@
 #include "SvtaParamResetDialog.h"
 
-#include "ui_SvtaParamResetDialog.h"
-
 SvtaParamResetDialog::SvtaParamResetDialog(QWidget* parent)
-    : SvtaBaseDialog(parent)
-    , ui(std::make_unique<Ui::SvtaParamResetDialog>())
+    : SvtaConfirmDialog(QStringLiteral("SvtaParamResetDialog"), tr("Reset parameters?"), parent)
 {
-    ui->setupUi(this);
-    connect(ui->btnCancel, &QPushButton::clicked, this, &SvtaParamResetDialog::sigCancel);
-    connect(ui->btnConfirm, &QPushButton::clicked, this, &SvtaParamResetDialog::sigConfirm);
 }
-
-SvtaParamResetDialog::~SvtaParamResetDialog() = default;

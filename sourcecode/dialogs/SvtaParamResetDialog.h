@@ -1,26 +1,12 @@
 #pragma once
 
-#include "SvtaBaseDialog.h"
+#include "SvtaConfirmDialog.h"
 
-#include <memory>
-
-namespace Ui {
-class SvtaParamResetDialog;
-}
-
-/// Asks before the settings go back to the factory's. The receiver of the signals hides it.
-class SvtaParamResetDialog : public SvtaBaseDialog
+/// Asks before the settings go back to the factory defaults.
+class SvtaParamResetDialog : public SvtaConfirmDialog
 {
     Q_OBJECT
 
 public:
     explicit SvtaParamResetDialog(QWidget* parent = nullptr);
-    ~SvtaParamResetDialog() override;
-
-signals:
-    void sigCancel();
-    void sigConfirm();
-
-private:
-    std::unique_ptr<Ui::SvtaParamResetDialog> ui;
 };

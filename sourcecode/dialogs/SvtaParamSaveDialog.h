@@ -1,26 +1,12 @@
 #pragma once
 
-#include "SvtaBaseDialog.h"
+#include "SvtaConfirmDialog.h"
 
-#include <memory>
-
-namespace Ui {
-class SvtaParamSaveDialog;
-}
-
-/// Asks before the settings are saved. The receiver of the signals hides it.
-class SvtaParamSaveDialog : public SvtaBaseDialog
+/// Asks before the settings are saved.
+class SvtaParamSaveDialog : public SvtaConfirmDialog
 {
     Q_OBJECT
 
 public:
     explicit SvtaParamSaveDialog(QWidget* parent = nullptr);
-    ~SvtaParamSaveDialog() override;
-
-signals:
-    void sigCancel();
-    void sigConfirm();
-
-private:
-    std::unique_ptr<Ui::SvtaParamSaveDialog> ui;
 };

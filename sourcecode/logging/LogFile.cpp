@@ -9,7 +9,8 @@
 
 namespace {
 
-/// Qt's message handler is a plain function and finds its sink here.
+/// The object that gets the messages. Qt's message handler is a plain function and has no other way
+/// to it.
 std::atomic<LogFile*> s_sink{nullptr};
 
 char levelOf(QtMsgType type)
@@ -36,7 +37,7 @@ LogFile::LogFile(const QString& directory, qint64 maxBytes)
     , m_maxBytes(maxBytes)
 {
     QDir().mkpath(directory);
-    // A log that cannot be opened must not keep the program from its work.
+    // The program works without a log file too.
     if (!m_file.open(QIODevice::WriteOnly | QIODevice::Append))
         std::fprintf(stderr, "no log file at %s: %s\n", qPrintable(m_file.fileName()),
                      qPrintable(m_file.errorString()));
@@ -59,6 +60,10 @@ QByteArray LogFile::formatLine(QtMsgType type, const QMessageLogContext& context
     line += " [0x";
     line += QByteArray::number(reinterpret_cast<quintptr>(QThread::currentThreadId()), 16);
     line += "] ";
+    if (context.category && qstrcmp(context.category, "default") != 0) {
+        line += context.category;
+        line += ' ';
+    }
     if (context.function) {
         line += context.function;
         line += " (";
@@ -99,7 +104,7 @@ void LogFile::rotate()
     m_file.close();
     QFile::remove(aside);
     QFile::rename(name, aside);
-    // Truncated even when it could not be set aside: the limit holds.
+    // Truncated even when the renaming failed, so that the file never exceeds its limit.
     m_file.setFileName(name);
     if (!m_file.open(QIODevice::WriteOnly | QIODevice::Truncate))
         std::fprintf(stderr, "no log file at %s: %s\n", qPrintable(name),

@@ -5,15 +5,15 @@
 #include <QString>
 #include <QtGlobal>
 
-/// Where the program's log goes: standard error and a file of limited size. Installs itself as Qt's
-/// message handler for its lifetime; one at a time. Any thread may log.
+/// Writes the program's log to standard error and to a file of limited size. It is Qt's message
+/// handler during its lifetime; there may be one object at a time. Any thread may log.
 class LogFile
 {
 public:
     /// @param directory created when missing; a log that cannot be written there still goes to
     ///        standard error
-    /// @param maxBytes the file is set aside as ".1" when it grows beyond this, replacing the one
-    ///        before
+    /// @param maxBytes before the file grows beyond this, it is renamed: ".1" is added to its name,
+    ///        an older file of that name is removed, and a new file is begun
     explicit LogFile(const QString& directory, qint64 maxBytes = qint64{2} * 1024 * 1024);
     ~LogFile();
     LogFile(const LogFile&) = delete;
@@ -21,7 +21,7 @@ public:
 
     [[nodiscard]] QString path() const { return m_file.fileName(); }
 
-    /// "time level [thread] function (file:line) text"
+    /// "time level [thread] category function (file:line) text"; unknown parts are omitted.
     [[nodiscard]] static QByteArray formatLine(QtMsgType type, const QMessageLogContext& context,
                                                const QString& text);
 

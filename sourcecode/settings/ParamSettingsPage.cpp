@@ -1,22 +1,24 @@
 #include "ParamSettingsPage.h"
 
+#include "LogCategories.h"
 #include "ParameterKeys.h"
+#include "PictureSettings.h"
+#include "SettingControls.h"
 #include "SliderInput.h"
 #include "SliderScale.h"
 #include "ui_ParamSettingsPage.h"
 
 #include <QAccessible>
 #include <QCoreApplication>
-#include <QDebug>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QSignalBlocker>
 
 namespace {
 
-constexpr int k4kNoticeMilliseconds = 2500;
+constexpr int k4kNoticeTimeoutMs = 2500;
 // The camera needs this long to change between its framing modes.
-constexpr int kIntelligentLockMilliseconds = 1000;
+constexpr int kIntelligentLockTimeoutMs = 1000;
 
 constexpr int kCardWidth = 333;
 constexpr int kOptionsWidth = 312;
@@ -25,40 +27,9 @@ constexpr int kOptionsWidth = 312;
 constexpr QPoint kFeatureMark(75, 235);
 constexpr QPoint kCameraMark(256, 235);
 
-constexpr int kLowSensitivity = 30;
-constexpr int kMiddleSensitivity = 50;
-constexpr int kHighSensitivity = 80;
-
-void setSlider(QSlider* slider, int minimum, int maximum, int value)
+int factoryDefault(DeviceSetting setting)
 {
-    const QSignalBlocker blocker(slider); // the caller emits, also when nothing changes here
-    slider->setRange(minimum, maximum);
-    slider->setValue(value);
-}
-
-// No button of an exclusive group can be unchecked by itself.
-void uncheckAll(QButtonGroup* group)
-{
-    group->setExclusive(false);
-    const QList<QAbstractButton*> buttons = group->buttons();
-    for (QAbstractButton* button : buttons)
-        button->setChecked(false);
-    group->setExclusive(true);
-}
-
-// The tab key goes to the checked button of a group, the arrow keys from there to the others. Qt
-// does so only once the group has had the focus.
-void keepOneTabStop(QButtonGroup* group)
-{
-    const auto update = [group] {
-        const QList<QAbstractButton*> buttons = group->buttons();
-        for (QAbstractButton* button : buttons)
-            button->setFocusPolicy(button->isChecked() || !group->checkedButton() ? Qt::TabFocus
-                                                                                  : Qt::NoFocus);
-    };
-    QObject::connect(group, QOverload<QAbstractButton*, bool>::of(&QButtonGroup::buttonToggled),
-                     group, update);
-    update();
+    return DeviceSettings::row(setting).factoryDefault;
 }
 
 void announce(QWidget* notice)
@@ -71,21 +42,21 @@ void announce(QWidget* notice)
 
 ParamSettingsPage::ParamSettingsPage(QWidget* parent)
     : QWidget(parent)
-    , m_ui(std::make_unique<Ui::ParamSettingsPage>())
+    , ui(std::make_unique<Ui::ParamSettingsPage>())
     , m_sliderInput(new SliderInput(this))
     , m_4kTimer(this)
     , m_unlockTimer(this)
 {
-    m_ui->setupUi(this);
+    ui->setupUi(this);
     setAttribute(Qt::WA_StyledBackground);
-    // Most controls take no focus from the mouse. After a click the tab key goes on from the page:
-    // the stack around the pages, which would get the focus otherwise, swallows every key.
+    // Most controls take no focus from the mouse. After a click the page has the focus, so that the
+    // tab key works: the stack around the pages would get it otherwise and swallows every key.
     setFocusPolicy(Qt::ClickFocus);
     // The preview needs a window of its own, and so does what lies over it; the rest does not.
-    for (QWidget* widget : {m_ui->transparentWidget, static_cast<QWidget*>(m_ui->previewTip),
-                            static_cast<QWidget*>(m_ui->tipWidgetFor4k)})
+    for (QWidget* widget : {ui->transparentWidget, static_cast<QWidget*>(ui->previewTip),
+                            static_cast<QWidget*>(ui->tipWidgetFor4k)})
         widget->setAttribute(Qt::WA_TransparentForMouseEvents);
-    m_ui->transparentWidget->raise();
+    ui->transparentWidget->raise();
 
     connectControls();
     connectSliders();
@@ -98,58 +69,60 @@ ParamSettingsPage::~ParamSettingsPage() = default;
 
 void ParamSettingsPage::connectControls()
 {
+    SettingControls::assignValues(ui->viewButtonGroup, DeviceSetting::CameraView,
+                                  {ui->btn60, ui->btn90, ui->btn120});
+    SettingControls::assignValues(ui->sensitivityButtonGroup, DeviceSetting::PickupSensitivity,
+                                  {ui->btnLow, ui->btnMiddle, ui->btnHeigh});
+
     const auto clicked = QOverload<QAbstractButton*>::of(&QButtonGroup::buttonClicked);
 
-    connect(m_ui->btnFeatureSetting, &QPushButton::clicked, this,
-            &ParamSettingsPage::showFeatureTab);
-    connect(m_ui->btnCameraSetting, &QPushButton::clicked, this, &ParamSettingsPage::showCameraTab);
+    connect(ui->btnFeatureSetting, &QPushButton::clicked, this, &ParamSettingsPage::showFeatureTab);
+    connect(ui->btnCameraSetting, &QPushButton::clicked, this, &ParamSettingsPage::showCameraTab);
 
-    connect(m_ui->btnIntelligent, &SvtaSwitchButton::sigToggled, this,
+    connect(ui->btnIntelligent, &SvtaSwitchButton::sigToggled, this,
             &ParamSettingsPage::toggleIntelligent);
-    connect(m_ui->radioButtonGroup, clicked, this, &ParamSettingsPage::chooseFraming);
-    connect(m_ui->rbtnPersonalTrack, &QRadioButton::toggled, this,
+    connect(ui->radioButtonGroup, clicked, this, &ParamSettingsPage::chooseFraming);
+    connect(ui->rbtnPersonalTrack, &QRadioButton::toggled, this,
             &ParamSettingsPage::sigRbtnPersonalTrackChecked);
-    connect(m_ui->rbtnDivisionMaster, &QRadioButton::toggled, this,
+    connect(ui->rbtnDivisionMaster, &QRadioButton::toggled, this,
             &ParamSettingsPage::sigRbtnDivisionMasterChecked);
 
-    connect(m_ui->viewButtonGroup, clicked, this, [this](const QAbstractButton* button) {
+    connect(ui->viewButtonGroup, clicked, this, [this](const QAbstractButton* button) {
+        SettingControls::markUnknown(ui->viewButtonGroup, false);
         emit sigCameraViewSwitch(button->isChecked());
     });
-    connect(m_ui->btnHorizontalMirror, &SvtaSwitchButton::sigToggled, this,
+    connect(ui->btnHorizontalMirror, &SvtaSwitchButton::sigToggled, this,
             &ParamSettingsPage::slotHorizontalMirrorSwitch);
-    connect(m_ui->sensitivityButtonGroup, clicked, this,
-            [this] { emit sigPickupSensitivitySwitch(selectedSensitivity()); });
-    connect(m_ui->imageModeButtonGroup, clicked, this, &ParamSettingsPage::chooseImageMode);
+    connect(ui->sensitivityButtonGroup, clicked, this, [this] {
+        SettingControls::markUnknown(ui->sensitivityButtonGroup, false);
+        emit sigPickupSensitivitySwitch(selectedSensitivity());
+    });
+    connect(ui->imageModeButtonGroup, clicked, this, &ParamSettingsPage::chooseImageMode);
 
-    connect(m_ui->btnPramaReset, &QPushButton::clicked, this,
+    connect(ui->btnPramaReset, &QPushButton::clicked, this,
             &ParamSettingsPage::sigShowParamResetDialog);
-    connect(m_ui->btnPramaSava, &QPushButton::clicked, this, &ParamSettingsPage::requestSave);
+    connect(ui->btnPramaSava, &QPushButton::clicked, this, &ParamSettingsPage::requestSave);
 
     for (QButtonGroup* group :
-         {m_ui->settingButtonGroup, m_ui->radioButtonGroup, m_ui->subModeButtonGroup,
-          m_ui->viewButtonGroup, m_ui->sensitivityButtonGroup, m_ui->imageModeButtonGroup})
-        keepOneTabStop(group);
+         {ui->settingButtonGroup, ui->radioButtonGroup, ui->subModeButtonGroup, ui->viewButtonGroup,
+          ui->sensitivityButtonGroup, ui->imageModeButtonGroup})
+        SettingControls::keepOneTabStop(group);
 
-    m_4kTimer.setInterval(k4kNoticeMilliseconds);
+    m_4kTimer.setInterval(k4kNoticeTimeoutMs);
     connect(&m_4kTimer, &QTimer::timeout, this, &ParamSettingsPage::slotTimeout);
-    m_unlockTimer.setInterval(kIntelligentLockMilliseconds);
+    m_unlockTimer.setInterval(kIntelligentLockTimeoutMs);
     connect(&m_unlockTimer, &QTimer::timeout, this, &ParamSettingsPage::slotBtnTimeout);
 }
 
 void ParamSettingsPage::connectSliders()
 {
-    // During a drag the label goes with the handle; the value comes when the handle is let go.
-    connect(m_ui->brightSlider, &QSlider::sliderMoved, this, &ParamSettingsPage::setLabBrightValue);
-    connect(m_ui->contrastSlider, &QSlider::sliderMoved, this,
-            &ParamSettingsPage::setLabContrastValue);
-    connect(m_ui->saturationSlider, &QSlider::sliderMoved, this,
-            &ParamSettingsPage::setLabSaturationValue);
-    connect(m_ui->sharpnessSlider, &QSlider::sliderMoved, this,
-            &ParamSettingsPage::setLabSharpnessValue);
-
-    for (QSlider* slider :
-         {m_ui->brightSlider, m_ui->contrastSlider, m_ui->saturationSlider, m_ui->sharpnessSlider})
+    for (const PictureSettingRow& row : PictureSettings::rows()) {
+        QSlider* slider = pictureControls(row.property).slider;
+        // During a drag the label follows the handle; the value comes when the handle is released.
+        connect(slider, &QSlider::sliderMoved, this,
+                [this, property = row.property](int value) { showPictureLabel(property, value); });
         m_sliderInput->watch(slider);
+    }
     connect(m_sliderInput, &SliderInput::sigUserInput, this,
             &ParamSettingsPage::chooseCustomImageMode);
 }
@@ -165,51 +138,47 @@ void ParamSettingsPage::addShortcuts()
 
 QWidget* ParamSettingsPage::previewArea() const
 {
-    return m_ui->previewWidget;
-}
-
-WId ParamSettingsPage::previewWindow() const
-{
-    return m_ui->previewWidget->winId();
+    return ui->previewWidget;
 }
 
 void ParamSettingsPage::showEvent(QShowEvent* event)
 {
     // The first layout resizes the switches, which takes their knobs to the off position.
-    m_ui->btnIntelligent->setChecked(m_ui->btnIntelligent->isChecked());
-    m_ui->btnHorizontalMirror->setChecked(m_ui->btnHorizontalMirror->isChecked());
+    ui->btnIntelligent->setChecked(ui->btnIntelligent->isChecked());
+    ui->btnHorizontalMirror->setChecked(ui->btnHorizontalMirror->isChecked());
     QWidget::showEvent(event);
 }
 
 void ParamSettingsPage::showFeatureTab()
 {
-    m_ui->stackedWidget->setCurrentWidget(m_ui->featureSettingPage);
+    ui->stackedWidget->setCurrentWidget(ui->featureSettingPage);
     placeTabMark(kFeatureMark);
 }
 
 void ParamSettingsPage::showCameraTab()
 {
-    m_ui->stackedWidget->setCurrentWidget(m_ui->cameraSettingPage);
+    ui->stackedWidget->setCurrentWidget(ui->cameraSettingPage);
     placeTabMark(kCameraMark);
 }
 
 void ParamSettingsPage::resetPage(int tabIndex)
 {
-    m_ui->btnFeatureSetting->setChecked(true);
-    m_ui->stackedWidget->setCurrentIndex(tabIndex);
+    ui->btnFeatureSetting->setChecked(true);
+    ui->stackedWidget->setCurrentIndex(tabIndex);
     placeTabMark(kFeatureMark);
-    m_ui->featureScrollArea->verticalScrollBar()->setValue(0);
-    m_ui->cameraScrollArea->verticalScrollBar()->setValue(0);
+    ui->featureScrollArea->verticalScrollBar()->setValue(0);
+    ui->cameraScrollArea->verticalScrollBar()->setValue(0);
 }
 
 void ParamSettingsPage::toggleIntelligent(bool on)
 {
+    setIntelligentUnknown(false);
     setCameraViewEnabled(!on);
     if (on) {
         showOptionsArea(OptionsArea::AutoFraming);
     } else {
         showOptionsArea(OptionsArea::Hidden);
-        m_lastIntelligent = m_ui->rbtnAutoFraming->isChecked();
+        m_lastIntelligent = ui->rbtnAutoFraming->isChecked();
     }
     lockIntelligentSwitch();
     emit sigDoIntelligentSwitch(on, m_lastIntelligent ? 1 : 0);
@@ -217,18 +186,18 @@ void ParamSettingsPage::toggleIntelligent(bool on)
 
 void ParamSettingsPage::chooseFraming(const QAbstractButton* button)
 {
-    const bool autoFraming = button == m_ui->rbtnAutoFraming;
+    const bool autoFraming = button == ui->rbtnAutoFraming;
     showOptionsArea(autoFraming ? OptionsArea::AutoFraming : OptionsArea::FrameMaster);
     emit sigRadioButtonChanged(autoFraming ? 0 : 1);
 }
 
 void ParamSettingsPage::chooseImageMode(const QAbstractButton* button)
 {
-    if (button == m_ui->btnStandardMode)
+    if (button == ui->btnStandardMode)
         emit sigSetDeviceImageMode(SvtaPagesView::Standard);
-    else if (button == m_ui->btnBrightMode)
+    else if (button == ui->btnBrightMode)
         emit sigSetDeviceImageMode(SvtaPagesView::Bright);
-    else if (button == m_ui->btnVividMode)
+    else if (button == ui->btnVividMode)
         emit sigSetDeviceImageMode(SvtaPagesView::Vivid);
     else
         emit sigSetDeviceImageMode(SvtaPagesView::Custom);
@@ -236,7 +205,7 @@ void ParamSettingsPage::chooseImageMode(const QAbstractButton* button)
 
 void ParamSettingsPage::chooseCustomImageMode()
 {
-    m_ui->btnCustomMode->setChecked(true);
+    ui->btnCustomMode->setChecked(true);
     emit sigSetDeviceImageMode(SvtaPagesView::Custom);
 }
 
@@ -248,46 +217,73 @@ void ParamSettingsPage::requestSave()
 
 void ParamSettingsPage::on_brightSlider_valueChanged(int value)
 {
-    setLabBrightValue(value);
-    emit sigBrightSliderValueChanged(value);
+    reportPicture(PictureProperty::Brightness, value);
 }
 
 void ParamSettingsPage::on_contrastSlider_valueChanged(int value)
 {
-    setLabContrastValue(value);
-    emit sigContrastSliderValueChanged(value);
+    reportPicture(PictureProperty::Contrast, value);
 }
 
 void ParamSettingsPage::on_saturationSlider_valueChanged(int value)
 {
-    setLabSaturationValue(value);
-    emit sigSaturationSliderValueChanged(value);
+    reportPicture(PictureProperty::Saturation, value);
 }
 
 void ParamSettingsPage::on_sharpnessSlider_valueChanged(int value)
 {
-    setLabSharpnessValue(value);
-    emit sigSharpnessSliderValueChanged(value);
+    reportPicture(PictureProperty::Sharpness, value);
 }
 
 void ParamSettingsPage::setLabBrightValue(int value)
 {
-    m_ui->brightChangeLab->setText(SliderScale::labelText(value));
+    showPictureLabel(PictureProperty::Brightness, value);
 }
 
 void ParamSettingsPage::setLabContrastValue(int value)
 {
-    m_ui->contrastChangeLab->setText(SliderScale::labelText(value));
+    showPictureLabel(PictureProperty::Contrast, value);
 }
 
 void ParamSettingsPage::setLabSaturationValue(int value)
 {
-    m_ui->saturationChangeLab->setText(SliderScale::labelText(value));
+    showPictureLabel(PictureProperty::Saturation, value);
 }
 
 void ParamSettingsPage::setLabSharpnessValue(int value)
 {
-    m_ui->sharpnessChangeLab->setText(SliderScale::labelText(value));
+    showPictureLabel(PictureProperty::Sharpness, value);
+}
+
+/// The slider, the label and the signal of one picture value.
+ParamSettingsPage::PictureControls
+ParamSettingsPage::pictureControls(PictureProperty property) const
+{
+    switch (property) {
+    case PictureProperty::Contrast:
+        return {ui->contrastSlider, ui->contrastChangeLab,
+                &ParamSettingsPage::sigContrastSliderValueChanged};
+    case PictureProperty::Saturation:
+        return {ui->saturationSlider, ui->saturationChangeLab,
+                &ParamSettingsPage::sigSaturationSliderValueChanged};
+    case PictureProperty::Sharpness:
+        return {ui->sharpnessSlider, ui->sharpnessChangeLab,
+                &ParamSettingsPage::sigSharpnessSliderValueChanged};
+    case PictureProperty::Brightness:
+        break;
+    }
+    return {ui->brightSlider, ui->brightChangeLab, &ParamSettingsPage::sigBrightSliderValueChanged};
+}
+
+void ParamSettingsPage::showPictureLabel(PictureProperty property, int value)
+{
+    pictureControls(property).label->setText(SliderScale::labelText(value));
+}
+
+void ParamSettingsPage::reportPicture(PictureProperty property, int value)
+{
+    showPictureLabel(property, value);
+    emit(this->*pictureControls(property).valueChanged)(value);
 }
 
 void ParamSettingsPage::on_btnTip_clicked()
@@ -303,78 +299,72 @@ void ParamSettingsPage::slotFigureCenteredSwitch(bool isChecked)
 
 void ParamSettingsPage::slotHorizontalMirrorSwitch(bool isChecked)
 {
+    SettingControls::markUnknown(ui->btnHorizontalMirror, false);
     emit sigCameraHorizontalMirrorSwitch(isChecked);
 }
 
 void ParamSettingsPage::slotTimeout()
 {
     m_4kTimer.stop();
-    m_ui->tipWidgetFor4k->hide();
+    ui->tipWidgetFor4k->hide();
 }
 
 void ParamSettingsPage::slotBtnTimeout()
 {
     m_unlockTimer.stop();
-    m_ui->btnIntelligent->setEnabled(true);
-    m_ui->btnIntelligent->setToolTip(QString());
-    // Someone at the keyboard goes on where the lock has thrown them out, unless they have moved.
+    ui->btnIntelligent->setEnabled(true);
+    ui->btnIntelligent->setToolTip(QString());
+    // A keyboard user gets the focus back that the lock took away, unless the focus has moved on.
     if (m_focusDuringLock && m_focusDuringLock->hasFocus())
-        m_ui->btnIntelligent->setFocus(Qt::OtherFocusReason);
+        ui->btnIntelligent->setFocus(Qt::OtherFocusReason);
     m_focusDuringLock.clear();
 }
 
 void ParamSettingsPage::lockIntelligentSwitch()
 {
-    const bool hadFocus = m_ui->btnIntelligent->hasFocus();
-    m_ui->btnIntelligent->setEnabled(false);
-    m_ui->btnIntelligent->setToolTip(tr("The camera is switching. Available again in a second."));
+    const bool hadFocus = ui->btnIntelligent->hasFocus();
+    ui->btnIntelligent->setEnabled(false);
+    ui->btnIntelligent->setToolTip(tr("The camera is switching. Available again in a second."));
     if (hadFocus)
         m_focusDuringLock = focusWidget();
     m_unlockTimer.start();
 }
 
-void ParamSettingsPage::setBrightSlider(int minimum, int maximum, int value)
+void ParamSettingsPage::setPicture(PictureProperty property, int value)
 {
-    setSlider(m_ui->brightSlider, minimum, maximum, value);
-    setLabBrightValue(value);
-    emit sigBrightSliderValueChanged(value);
+    QSlider* slider = pictureControls(property).slider;
+    {
+        const QSignalBlocker blocker(slider); // reported below, also when nothing changes here
+        slider->setRange(PictureSettings::kMinimum, PictureSettings::kMaximum);
+        slider->setValue(value);
+    }
+    slider->setEnabled(true);
+    SettingControls::markUnknown(slider, false);
+    reportPicture(property, value);
 }
 
-void ParamSettingsPage::setContrastSlider(int minimum, int maximum, int value)
+void ParamSettingsPage::setPictureUnknown(PictureProperty property)
 {
-    setSlider(m_ui->contrastSlider, minimum, maximum, value);
-    setLabContrastValue(value);
-    emit sigContrastSliderValueChanged(value);
-}
-
-void ParamSettingsPage::setSaturationSlider(int minimum, int maximum, int value)
-{
-    setSlider(m_ui->saturationSlider, minimum, maximum, value);
-    setLabSaturationValue(value);
-    emit sigSaturationSliderValueChanged(value);
-}
-
-void ParamSettingsPage::setSharpnessSlider(int minimum, int maximum, int value)
-{
-    setSlider(m_ui->sharpnessSlider, minimum, maximum, value);
-    setLabSharpnessValue(value);
-    emit sigSharpnessSliderValueChanged(value);
+    const PictureControls controls = pictureControls(property);
+    controls.slider->setEnabled(false);
+    controls.label->clear();
+    SettingControls::markUnknown(controls.slider, true);
 }
 
 void ParamSettingsPage::setImageMode(int mode)
 {
     switch (mode) {
     case SvtaPagesView::Standard:
-        m_ui->btnStandardMode->setChecked(true);
+        ui->btnStandardMode->setChecked(true);
         break;
     case SvtaPagesView::Bright:
-        m_ui->btnBrightMode->setChecked(true);
+        ui->btnBrightMode->setChecked(true);
         break;
     case SvtaPagesView::Vivid:
-        m_ui->btnVividMode->setChecked(true);
+        ui->btnVividMode->setChecked(true);
         break;
     case SvtaPagesView::Custom:
-        m_ui->btnCustomMode->setChecked(true);
+        ui->btnCustomMode->setChecked(true);
         break;
     default:
         break;
@@ -389,14 +379,14 @@ void ParamSettingsPage::setCameraView(int degrees)
 
 void ParamSettingsPage::setAutoFraming()
 {
-    m_ui->rbtnAutoFraming->setChecked(true);
+    ui->rbtnAutoFraming->setChecked(true);
     showOptionsArea(OptionsArea::AutoFraming);
     emit sigRadioButtonChanged(0);
 }
 
 void ParamSettingsPage::setFrameMaster()
 {
-    m_ui->rbtnFrameMaster->setChecked(true);
+    ui->rbtnFrameMaster->setChecked(true);
     showOptionsArea(OptionsArea::FrameMaster);
     emit sigRadioButtonChanged(1);
 }
@@ -404,10 +394,10 @@ void ParamSettingsPage::setFrameMaster()
 void ParamSettingsPage::setIntelligent(bool on)
 {
     setCameraViewEnabled(!on);
-    m_ui->btnIntelligent->setChecked(on);
+    ui->btnIntelligent->setChecked(on);
     if (!on)
         showOptionsArea(OptionsArea::Hidden);
-    else if (m_ui->rbtnFrameMaster->isChecked())
+    else if (ui->rbtnFrameMaster->isChecked())
         showOptionsArea(OptionsArea::FrameMaster);
     else
         showOptionsArea(OptionsArea::AutoFraming);
@@ -416,86 +406,128 @@ void ParamSettingsPage::setIntelligent(bool on)
 void ParamSettingsPage::setSubMode(int autoFrameMode)
 {
     if (autoFrameMode != 0)
-        m_ui->rbtnDivisionMaster->setChecked(true);
+        ui->rbtnDivisionMaster->setChecked(true);
     else
-        m_ui->rbtnPersonalTrack->setChecked(true);
+        ui->rbtnPersonalTrack->setChecked(true);
 }
 
 void ParamSettingsPage::setPickupSensitivity(int sensitivity)
 {
-    if (sensitivity <= kLowSensitivity)
-        m_ui->btnLow->setChecked(true);
-    else if (sensitivity <= kMiddleSensitivity)
-        m_ui->btnMiddle->setChecked(true);
-    else if (sensitivity <= kHighSensitivity)
-        m_ui->btnHeigh->setChecked(true);
-    else
-        uncheckAll(m_ui->sensitivityButtonGroup);
+    // A camera may report any level: each button stands for all levels up to its own.
+    for (const DeviceSettingValue& level :
+         DeviceSettings::row(DeviceSetting::PickupSensitivity).values) {
+        if (sensitivity <= level.value) {
+            ui->sensitivityButtonGroup->button(level.value)->setChecked(true);
+            return;
+        }
+    }
+    SettingControls::uncheckAll(ui->sensitivityButtonGroup);
 }
 
 void ParamSettingsPage::setHorizontalMirror(bool on)
 {
-    m_ui->btnHorizontalMirror->setChecked(on);
+    ui->btnHorizontalMirror->setChecked(on);
     emit sigCameraHorizontalMirrorSwitch(on);
+}
+
+void ParamSettingsPage::showSetting(DeviceSetting setting, int value)
+{
+    switch (setting) {
+    case DeviceSetting::PickupSensitivity:
+        SettingControls::markUnknown(ui->sensitivityButtonGroup, false);
+        setPickupSensitivity(value);
+        break;
+    case DeviceSetting::CameraView:
+        SettingControls::markUnknown(ui->viewButtonGroup, false);
+        setCameraView(value);
+        break;
+    case DeviceSetting::HorizontalMirror:
+        SettingControls::markUnknown(ui->btnHorizontalMirror, false);
+        setHorizontalMirror(value == 1);
+        break;
+    case DeviceSetting::AutoFrameSwitch:
+    case DeviceSetting::FrameMaster:
+    case DeviceSetting::AutoFrameMode:
+        break;
+    }
+}
+
+void ParamSettingsPage::setSettingUnknown(DeviceSetting setting)
+{
+    switch (setting) {
+    case DeviceSetting::PickupSensitivity:
+        SettingControls::uncheckAll(ui->sensitivityButtonGroup);
+        SettingControls::markUnknown(ui->sensitivityButtonGroup, true);
+        break;
+    case DeviceSetting::CameraView:
+        SettingControls::uncheckAll(ui->viewButtonGroup);
+        SettingControls::markUnknown(ui->viewButtonGroup, true);
+        break;
+    case DeviceSetting::HorizontalMirror:
+        ui->btnHorizontalMirror->setChecked(false);
+        SettingControls::markUnknown(ui->btnHorizontalMirror, true);
+        break;
+    case DeviceSetting::AutoFrameSwitch:
+    case DeviceSetting::FrameMaster:
+    case DeviceSetting::AutoFrameMode:
+        break;
+    }
+}
+
+void ParamSettingsPage::setIntelligentUnknown(bool unknown)
+{
+    SettingControls::markUnknown(ui->btnIntelligent, unknown);
 }
 
 void ParamSettingsPage::show4kNotice()
 {
     if (!m_4kInUse || m_streamOn == 0)
         return;
-    m_ui->tipWidgetFor4k->show();
-    m_ui->tipWidgetFor4k->raise();
-    announce(m_ui->label_4k_tip);
+    ui->tipWidgetFor4k->show();
+    ui->tipWidgetFor4k->raise();
+    announce(ui->label_4k_tip);
     m_4kTimer.start();
 }
 
 void ParamSettingsPage::setPreviewOpen(bool open)
 {
-    m_ui->previewWidget->setStyleSheet(
+    ui->previewWidget->setStyleSheet(
         open ? QString() : QStringLiteral("image: url(:/images/previewLabel.png)"));
 }
 
 void ParamSettingsPage::placeTabMark(const QPoint& position)
 {
-    m_ui->transparentWidget->move(position);
-    update(); // at a fractional scale the mark's old place is a pixel larger than its repaint
+    ui->transparentWidget->move(position);
+    update(); // at a fractional scale the mark covers one pixel more than Qt repaints
 }
 
 void ParamSettingsPage::setSettingsAvailable()
 {
-    m_ui->stackedWidget->setEnabled(true);
-    m_ui->stackedWidget->setToolTip(QString());
+    ui->stackedWidget->setEnabled(true);
+    ui->stackedWidget->setToolTip(QString());
 }
 
 void ParamSettingsPage::setSettingsUnavailable(const QString& reason)
 {
-    m_ui->stackedWidget->setEnabled(false);
-    m_ui->stackedWidget->setToolTip(reason);
+    ui->stackedWidget->setEnabled(false);
+    ui->stackedWidget->setToolTip(reason);
 }
 
 void ParamSettingsPage::showPreviewTip(bool shown)
 {
-    m_ui->previewTip->setVisible(shown);
+    ui->previewTip->setVisible(shown);
     if (shown)
-        m_ui->previewTip->raise();
+        ui->previewTip->raise();
 }
 
 int ParamSettingsPage::selectedCameraView() const
 {
-    if (m_ui->btn60->isChecked())
-        return 60;
-    if (m_ui->btn90->isChecked())
-        return 90;
-    return m_ui->btn120->isChecked() ? 120 : 0;
+    return SettingControls::checkedValue(ui->viewButtonGroup);
 }
 
 int ParamSettingsPage::selectedSensitivity() const
 {
-    if (m_ui->btnLow->isChecked())
-        return kLowSensitivity;
-    if (m_ui->btnMiddle->isChecked())
-        return kMiddleSensitivity;
-    return m_ui->btnHeigh->isChecked() ? kHighSensitivity : 0;
+    return SettingControls::checkedValue(ui->sensitivityButtonGroup);
 }
 
 void ParamSettingsPage::paramExitReset(const QMap<QString, int>& map)
@@ -503,14 +535,14 @@ void ParamSettingsPage::paramExitReset(const QMap<QString, int>& map)
     using namespace ParameterKeys;
 
     const int intelligent = map.value(Intelligent);
-    qDebug() << "intelligent" << intelligent;
+    qCDebug(settingsLog) << "intelligent" << intelligent;
     setIntelligent(intelligent != 0);
 
     const int autoFraming = map.value(AutoFrameSwitch);
     showOptionsArea(autoFraming != 0 ? OptionsArea::AutoFraming : OptionsArea::Hidden);
     emit sigDoIntelligentSwitch(intelligent != 0, autoFraming);
     if (autoFraming != 0) {
-        m_ui->rbtnAutoFraming->setChecked(true);
+        ui->rbtnAutoFraming->setChecked(true);
         setSubMode(map.value(AutoFrameMode));
     }
 
@@ -520,59 +552,54 @@ void ParamSettingsPage::paramExitReset(const QMap<QString, int>& map)
     setHorizontalMirror(map.value(HorizontalMirror) == 1);
     setCameraView(map.value(CameraView));
 
-    using namespace SliderScale;
-    setBrightSlider(kMinimum, kMaximum, map.value(Bright));
-    setContrastSlider(kMinimum, kMaximum, map.value(Contrast));
-    setSaturationSlider(kMinimum, kMaximum, map.value(Saturation));
-    setSharpnessSlider(kMinimum, kMaximum, map.value(Sharpness));
+    for (const PictureSettingRow& row : PictureSettings::rows())
+        setPicture(row.property, map.value(row.key));
 }
 
 void ParamSettingsPage::resetToDefaults()
 {
-    using namespace SliderScale;
-    setBrightSlider(kMinimum, kMaximum, kDefault);
-    setContrastSlider(kMinimum, kMaximum, kDefault);
-    setSaturationSlider(kMinimum, kMaximum, kDefault);
-    setSharpnessSlider(kMinimum, kMaximum, kDefault);
-    setCameraView(120);
+    for (const PictureSettingRow& row : PictureSettings::rows())
+        setPicture(row.property, PictureSettings::kFactoryDefault);
+    setCameraView(factoryDefault(DeviceSetting::CameraView));
 
     setIntelligent(true);
     showOptionsArea(OptionsArea::AutoFraming);
     lockIntelligentSwitch();
     emit sigDoIntelligentSwitch(true, 1);
     {
-        const QSignalBlocker blocker(m_ui->rbtnPersonalTrack); // emitted below, changed or not
-        m_ui->rbtnPersonalTrack->setChecked(true);
+        const QSignalBlocker blocker(ui->rbtnPersonalTrack); // emitted below, changed or not
+        ui->rbtnPersonalTrack->setChecked(true);
     }
     emit sigRbtnPersonalTrackChecked(true);
 
-    setPickupSensitivity(kMiddleSensitivity);
-    emit sigPickupSensitivityChange(kMiddleSensitivity);
-    setHorizontalMirror(false);
+    const int sensitivity = factoryDefault(DeviceSetting::PickupSensitivity);
+    setPickupSensitivity(sensitivity);
+    emit sigPickupSensitivityChange(sensitivity);
+    setHorizontalMirror(factoryDefault(DeviceSetting::HorizontalMirror) != 0);
 }
 
 void ParamSettingsPage::showOptionsArea(OptionsArea area)
 {
     const bool autoFraming = area == OptionsArea::AutoFraming;
-    m_ui->intelligentExpandWidget->setVisible(area != OptionsArea::Hidden);
-    m_ui->autoFramingExpandWidget->setVisible(autoFraming);
-    m_ui->intelligentExpandWidget->setFixedSize(kOptionsWidth, autoFraming ? 144 : 96);
-    m_ui->rbtnFrameMaster->move(0, autoFraming ? 96 : 48);
+    ui->intelligentExpandWidget->setVisible(area != OptionsArea::Hidden);
+    ui->autoFramingExpandWidget->setVisible(autoFraming);
+    ui->intelligentExpandWidget->setFixedSize(kOptionsWidth, autoFraming ? 144 : 96);
+    ui->rbtnFrameMaster->move(0, autoFraming ? 96 : 48);
     switch (area) {
     case OptionsArea::Hidden:
-        m_ui->intelligentSetWidget->setFixedSize(kCardWidth, 96);
+        ui->intelligentSetWidget->setFixedSize(kCardWidth, 96);
         break;
     case OptionsArea::FrameMaster:
-        m_ui->intelligentSetWidget->setFixedSize(kCardWidth, 182);
+        ui->intelligentSetWidget->setFixedSize(kCardWidth, 182);
         break;
     case OptionsArea::AutoFraming:
-        m_ui->intelligentSetWidget->setFixedSize(kCardWidth, 240);
+        ui->intelligentSetWidget->setFixedSize(kCardWidth, 240);
         break;
     }
-    // While the other tab is shown nothing tells the scroll area that its contents want more room,
-    // and the cards would lie over each other when the user comes back.
+    // While the other tab is shown, the scroll area does not notice that its contents need more
+    // room, and the cards would overlap when the user comes back.
     QEvent request(QEvent::LayoutRequest);
-    QCoreApplication::sendEvent(m_ui->featureScrollArea, &request);
+    QCoreApplication::sendEvent(ui->featureScrollArea, &request);
 }
 
 void ParamSettingsPage::setCameraViewEnabled(bool enabled)
@@ -580,7 +607,7 @@ void ParamSettingsPage::setCameraViewEnabled(bool enabled)
     m_cameraViewEnabled = enabled;
     const QString reason =
         enabled ? QString() : tr("Turn Stage follow® AI off to change the field of view.");
-    const QList<QAbstractButton*> viewButtons = m_ui->viewButtonGroup->buttons();
+    const QList<QAbstractButton*> viewButtons = ui->viewButtonGroup->buttons();
     for (QAbstractButton* button : viewButtons) {
         button->setEnabled(enabled);
         button->setToolTip(reason);
@@ -589,10 +616,6 @@ void ParamSettingsPage::setCameraViewEnabled(bool enabled)
 
 void ParamSettingsPage::markCameraView(int degrees)
 {
-    if (degrees == 60)
-        m_ui->btn60->setChecked(true);
-    else if (degrees == 90)
-        m_ui->btn90->setChecked(true);
-    else if (degrees == 120)
-        m_ui->btn120->setChecked(true);
+    if (QAbstractButton* button = ui->viewButtonGroup->button(degrees))
+        button->setChecked(true);
 }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "DeviceSettings.h"
 #include "SvtaPagesView.h"
+#include "VideoProcAmp.h"
 
 #include <memory>
 #include <QMap>
@@ -20,9 +22,9 @@ class ParamSettingsPage;
 
 /// The page with one camera's preview and settings.
 ///
-/// Keeps its controls consistent with each other and turns what the user does into signals; whoever
-/// receives them talks to the camera. The operations that set values from outside emit the signals
-/// of those values once each, so that a page set from saved values also sets the camera.
+/// Keeps its controls consistent with each other and turns what the user does into signals; the
+/// receiver sends the commands to the camera. The operations that set values from outside emit the
+/// signals of those values once each, so that a page set from saved values also sets the camera.
 class ParamSettingsPage : public QWidget
 {
     Q_OBJECT
@@ -33,14 +35,14 @@ public:
 
     /// Where the preview is shown.
     [[nodiscard]] QWidget* previewArea() const;
-    [[nodiscard]] WId previewWindow() const;
 
-    /// Shows @p value and emits the slider's signal with it, once. A value outside the range is
-    /// shown at the nearer end, and emitted as it is: it is what the camera has.
-    void setBrightSlider(int minimum, int maximum, int value);
-    void setContrastSlider(int minimum, int maximum, int value);
-    void setSaturationSlider(int minimum, int maximum, int value);
-    void setSharpnessSlider(int minimum, int maximum, int value);
+    /// Shows @p value on the slider of a picture value and emits the slider's signal with it, once.
+    /// A value outside the range is shown at the nearer end, and emitted unchanged: it is the value
+    /// in the camera.
+    void setPicture(PictureProperty property, int value);
+    /// The camera has not reported this value: its slider is disabled and says so. setPicture()
+    /// ends that.
+    void setPictureUnknown(PictureProperty property);
 
     /// Marks a preset by its SvtaPagesView::ImageMode; another value changes nothing. Emits
     /// nothing.
@@ -60,6 +62,14 @@ public:
     void setPickupSensitivity(int sensitivity);
     /// Emits sigCameraHorizontalMirrorSwitch.
     void setHorizontalMirror(bool on);
+    /// Shows the value of a setting that has a control of its own. The framing settings have none:
+    /// setIntelligent(), setAutoFraming(), setFrameMaster() and setSubMode() show them together.
+    void showSetting(DeviceSetting setting, int value);
+    /// The camera has not reported this value: its control shows no choice and says so, until a
+    /// value is shown or the user chooses one. Emits nothing.
+    void setSettingUnknown(DeviceSetting setting);
+    /// The same for the switch of the intelligent features.
+    void setIntelligentUnknown(bool unknown);
 
     /// Whether another program takes 4K pictures from the camera, and its "streamon" value.
     void set4kInUse(bool inUse) { m_4kInUse = inUse; }
@@ -80,7 +90,7 @@ public:
     /// 30, 50 or 80; 0 when no button is checked.
     [[nodiscard]] int selectedSensitivity() const;
 
-    /// Puts the page as the user finds it on entry.
+    /// Puts the page into the state that the user sees on entry.
     void resetPage(int tabIndex);
     /// Shows the values of a parameter map and emits their signals; an absent key counts as 0.
     void paramExitReset(const QMap<QString, int>& map);
@@ -128,12 +138,23 @@ private slots:
     void slotBtnTimeout();
 
 private:
-    void placeTabMark(const QPoint& position);
+    struct PictureControls
+    {
+        QSlider* slider;
+        QLabel* label;
+        void (ParamSettingsPage::*valueChanged)(int);
+    };
+
     enum class OptionsArea {
         Hidden,
         FrameMaster, ///< without the sub-modes of automatic framing
         AutoFraming,
     };
+
+    void placeTabMark(const QPoint& position);
+    [[nodiscard]] PictureControls pictureControls(PictureProperty property) const;
+    void showPictureLabel(PictureProperty property, int value);
+    void reportPicture(PictureProperty property, int value);
 
     void connectControls();
     void connectSliders();
@@ -152,7 +173,7 @@ private:
     void markCameraView(int degrees);
     void lockIntelligentSwitch();
 
-    std::unique_ptr<Ui::ParamSettingsPage> m_ui;
+    std::unique_ptr<Ui::ParamSettingsPage> ui;
     SliderInput* m_sliderInput = nullptr;
     QTimer m_4kTimer;
     QTimer m_unlockTimer;

@@ -23,7 +23,7 @@ bool SliderInput::eventFilter(QObject* watched, QEvent* event)
     auto* slider = qobject_cast<QSlider*>(watched);
     if (!slider)
         return QObject::eventFilter(watched, event);
-    // Every value goes to the camera at once; a drag would flood it.
+    // Every value is sent to the camera at once; a drag would send too many.
     if (slider->hasTracking())
         slider->setTracking(false);
     switch (event->type()) {
@@ -49,7 +49,7 @@ bool SliderInput::handlePress(QSlider* slider, const QMouseEvent* event)
     if (value != slider->value())
         slider->setValue(value);
     emit sigUserInput();
-    return false; // the handle is under the mouse now: the slider takes the press as a grip of it
+    return false; // the handle is under the pointer now, so the slider starts a drag
 }
 
 void SliderInput::noteAction(const QSlider* slider, int action)

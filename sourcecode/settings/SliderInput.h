@@ -5,8 +5,8 @@
 class QMouseEvent;
 class QSlider;
 
-/// How the picture sliders answer to mouse and keyboard: a press jumps the handle to the mouse, a
-/// drag gives one value when it ends, the wheel changes nothing.
+/// How the picture sliders react to mouse and keyboard: a press moves the handle to the pointer, a
+/// drag reports one value when it ends, the wheel changes nothing.
 class SliderInput : public QObject
 {
     Q_OBJECT
@@ -29,5 +29,5 @@ private:
     void noteAction(const QSlider* slider, int action);
     void noteValueChanged();
 
-    bool m_keyboardStep = false; ///< a step has been made whose value is still to come
+    bool m_keyboardStep = false; ///< a key has made a step; its valueChanged() comes next
 };

@@ -1,12 +1,15 @@
 #include "SliderScale.h"
 
+#include "PictureSettings.h"
+
 #include <QtGlobal>
 
 namespace SliderScale {
 
 int percent(int value)
 {
-    return qBound(kMinimum, value, kMaximum) - kMinimum;
+    return qBound(PictureSettings::kMinimum, value, PictureSettings::kMaximum) -
+           PictureSettings::kMinimum;
 }
 
 QString labelText(int value)
@@ -21,8 +24,8 @@ int valueAt(int x, int width, int minimum, int maximum)
     if (travel <= 0)
         return minimum;
     const int position = qBound(0, x - kHandleWidth / 2, travel);
-    // Whole numbers all the way: a quotient of floating point numbers would now and then end just
-    // below the value that belongs to the position.
+    // Integer arithmetic: a floating point quotient can be slightly below the exact value, and
+    // would then be truncated to the value before it.
     return minimum + static_cast<int>(qint64(position) * (maximum - minimum) / travel);
 }
 

@@ -2,15 +2,10 @@
 
 #include <QString>
 
-/// The scale of the picture sliders: their range, what is shown for a value and which value lies
-/// under the mouse.
+/// The scale of the picture sliders: what is shown for a value and which value lies under the
+/// mouse.
 namespace SliderScale {
 
-/// Every picture slider runs over this range, whatever range the camera reports.
-inline constexpr int kMinimum = 78;
-inline constexpr int kMaximum = 178;
-/// What a new camera has.
-inline constexpr int kDefault = 128;
 /// Width of a slider's handle in pixels.
 inline constexpr int kHandleWidth = 16;
 

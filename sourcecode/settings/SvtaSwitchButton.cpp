@@ -10,9 +10,9 @@
 
 namespace {
 
-constexpr int kRestMargin = 4;       // between the knob at rest and the end of the track, in pixels
-constexpr double kStep = 6.0;        // of the knob for each animation tick, in pixels
-constexpr int kTickMilliseconds = 1; // as fast as the event loop goes: two ticks for a whole slide
+constexpr int kRestMargin = 4; // between the knob at rest and the end of the track, in pixels
+constexpr double kStep = 6.0;  // of the knob for each animation tick, in pixels
+constexpr int kTickMs = 1;     // as fast as the event loop allows: two ticks for a whole slide
 
 } // namespace
 
@@ -43,8 +43,8 @@ void SvtaSwitchButton::toggle()
 {
     m_checked = !m_checked;
     announceState();
-    // Started first: a receiver that sets another state at once must find the slide to stop.
-    m_timer.start(kTickMilliseconds);
+    // Started before the signal: a receiver that sets another state at once then stops the slide.
+    m_timer.start(kTickMs);
     emit sigToggled(m_checked);
 }
 
@@ -109,7 +109,7 @@ void SvtaSwitchButton::paintEvent(QPaintEvent* /*event*/)
                                height() / 2 - m_knobDiameter / 2, m_knobDiameter, m_knobDiameter));
 
     if (hasFocus()) {
-        painter.setPen(QPen(QColor(QStringLiteral("#163E9C")), 1.5));
+        painter.setPen(QPen(QColor(Style::colour("focus-ring")), 1.5));
         painter.setBrush(Qt::NoBrush);
         const QRectF ring = QRectF(rect()).adjusted(0.75, 0.75, -0.75, -0.75);
         painter.drawRoundedRect(ring, ring.height() / 2, ring.height() / 2);

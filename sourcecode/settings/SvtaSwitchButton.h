@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Style.h"
+
 #include <QColor>
 #include <QTimer>
 #include <QWidget>
@@ -43,8 +45,8 @@ private:
     void announceState();
 
     bool m_checked = false;
-    QColor m_backgroundOff{QStringLiteral("#DDDDDD")};
-    QColor m_backgroundOn{QStringLiteral("#3476FF")};
+    QColor m_backgroundOff{Style::colour("switch-off")};
+    QColor m_backgroundOn{Style::colour("accent")};
     QColor m_knobColor{Qt::white};
     double m_knobPosition = 0; ///< horizontal centre of the knob, in pixels
     int m_knobDiameter = 18;   ///< in pixels; the size hints follow from it

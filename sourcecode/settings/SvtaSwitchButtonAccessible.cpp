@@ -7,7 +7,7 @@ namespace {
 QAccessibleInterface* makeInterface(const QString& /*className*/, QObject* object)
 {
     auto* button = qobject_cast<SvtaSwitchButton*>(object);
-    return button ? new SvtaSwitchButtonAccessible(button) : nullptr; // Qt's cache owns it
+    return button ? new SvtaSwitchButtonAccessible(button) : nullptr; // owned by Qt's cache
 }
 
 } // namespace

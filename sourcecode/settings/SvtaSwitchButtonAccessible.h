@@ -4,11 +4,11 @@
 
 class SvtaSwitchButton;
 
-/// Tells assistive programs that a switch button is a box to check, and lets them toggle it.
+/// Presents a switch button to assistive programs as a check box, and lets them toggle it.
 class SvtaSwitchButtonAccessible : public QAccessibleWidget
 {
 public:
-    /// Makes the interface known for all switch buttons; further calls change nothing.
+    /// Registers the interface for all switch buttons; further calls change nothing.
     static void install();
 
     explicit SvtaSwitchButtonAccessible(SvtaSwitchButton* button);

@@ -2,7 +2,7 @@
 
 namespace {
 
-constexpr int kPatienceMs = 2000;
+constexpr int kMessageTimeoutMs = 2000;
 constexpr char kTerminator = '\0';
 constexpr char kAcknowledgement = 'k';
 
@@ -14,10 +14,10 @@ InstanceMessage::InstanceMessage(QLocalSocket* socket, int maxBytes, QObject* pa
     , m_maxBytes(maxBytes)
 {
     m_socket->setParent(this);
-    m_socket->setReadBufferSize(maxBytes + 1); // a flood stays in the sender's buffers
-    m_patience.setSingleShot(true);
-    m_patience.start(kPatienceMs);
-    connect(&m_patience, &QTimer::timeout, this, &InstanceMessage::finish);
+    m_socket->setReadBufferSize(maxBytes + 1); // more data stays in the sender's buffers
+    m_timeout.setSingleShot(true);
+    m_timeout.start(kMessageTimeoutMs);
+    connect(&m_timeout, &QTimer::timeout, this, &InstanceMessage::finish);
     connect(m_socket, &QLocalSocket::readyRead, this, &InstanceMessage::read);
     connect(m_socket, &QLocalSocket::disconnected, this, &InstanceMessage::finish);
     read();
@@ -41,7 +41,7 @@ void InstanceMessage::read()
 
 void InstanceMessage::finish()
 {
-    m_patience.stop();
+    m_timeout.stop();
     m_socket->disconnect(this);
     m_socket->disconnectFromServer();
     deleteLater();

@@ -5,14 +5,14 @@
 #include <QObject>
 #include <QTimer>
 
-/// Receives one message of a further instance and deletes itself. Stops listening to a sender that
-/// says too much or too little in time.
+/// Receives one message from a later instance, then deletes itself. Closes the connection when the
+/// message is too long or does not arrive in time.
 class InstanceMessage : public QObject
 {
     Q_OBJECT
 
 public:
-    /// @param socket a fresh connection; owned from now on
+    /// @param socket a new connection; this object takes the ownership
     InstanceMessage(QLocalSocket* socket, int maxBytes, QObject* parent);
 
 signals:
@@ -25,5 +25,5 @@ private:
     QLocalSocket* m_socket;
     int m_maxBytes;
     QByteArray m_message;
-    QTimer m_patience;
+    QTimer m_timeout;
 };

@@ -1,9 +1,10 @@
 #include "QtSingleApplication.h"
 
-#include "Desktop.h"
+#include "ForegroundRight.h"
 #include "InstanceMessage.h"
+#include "InstanceNames.h"
+#include "LogCategories.h"
 
-#include <QDebug>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QLocalSocket>
@@ -23,38 +24,43 @@ QtSingleApplication::~QtSingleApplication() = default;
 
 QString QtSingleApplication::instanceDirectory()
 {
-    QString directory = Desktop::instanceDirectory();
+    QString directory = InstanceNames::directory();
     QDir().mkpath(directory);
     return directory;
 }
 
 QString QtSingleApplication::socketName()
 {
-    return Desktop::instanceSocket();
+    return InstanceNames::socket();
 }
 
 bool QtSingleApplication::isRunning()
 {
     if (m_server)
         return false;
-    if (!m_lock) {
-        m_lock =
-            std::make_unique<QLockFile>(instanceDirectory() + QStringLiteral("/marviktools.lock"));
-        // The lock names its process: one left by a crash is taken over, however old it is, and one
-        // that is held is never stolen for its age.
-        m_lock->setStaleLockTime(0);
-    }
-    if (!m_lock->tryLock())
+    if (!m_lock)
+        m_lock = std::make_unique<InstanceLock>(instanceDirectory() +
+                                                QStringLiteral("/marviktools.lock"));
+    switch (m_lock->take()) {
+    case InstanceLock::Result::HeldByOther:
         return true;
+    case InstanceLock::Result::Unusable:
+        // A user without a writable folder must still be able to use the camera.
+        m_lockProblem = m_lock->problem();
+        break;
+    case InstanceLock::Result::Taken:
+        break;
+    }
 
-    // Whoever holds the lock owns the socket, so one that is in the way is a crashed instance's.
+    // Only the holder of the lock creates the socket, so an existing one was left by a crash.
     QLocalServer::removeServer(socketName());
     m_server = std::make_unique<QLocalServer>();
     m_server->setSocketOptions(QLocalServer::UserAccessOption);
     connect(m_server.get(), &QLocalServer::newConnection, this,
             &QtSingleApplication::takeConnection);
     if (!m_server->listen(socketName()))
-        qWarning() << "further starts cannot raise this window:" << m_server->errorString();
+        qCWarning(shellLog) << "further starts cannot raise this window:"
+                            << m_server->errorString();
     return false;
 }
 
@@ -70,7 +76,7 @@ bool QtSingleApplication::sendMessage(const QString& message, int timeoutMs)
         return static_cast<int>(qMax<qint64>(1, timeoutMs - clock.elapsed()));
     };
     QLocalSocket socket;
-    // The running instance may have the lock already and the socket not yet.
+    // The running instance may hold the lock but not listen on the socket yet.
     do {
         socket.connectToServer(socketName());
         if (socket.waitForConnected(left()))
@@ -79,8 +85,8 @@ bool QtSingleApplication::sendMessage(const QString& message, int timeoutMs)
     } while (clock.elapsed() < timeoutMs);
     if (socket.state() != QLocalSocket::ConnectedState)
         return false;
-    Desktop::passForeground();
-    // In one piece: without an event loop, a second one stays behind on Windows.
+    ForegroundRight::passToOtherInstance();
+    // One call: on Windows, a second write would be sent by the event loop only.
     socket.write(bytes + '\0');
     socket.flush();
     return socket.waitForReadyRead(left());

@@ -1,18 +1,18 @@
 #include "SorvantaHome.h"
 
 #include "AboutPage.h"
-#include "ApplicationUpdateCheck.h"
+#include "CameraSettings.h"
 #include "DeviceHomePage.h"
 #include "DeviceInfoPage.h"
-#include "FirmwareTransfer.h"
 #include "IDeviceNotify.h"
-#include "LoadingDialog.h"
 #include "MaskForm.h"
 #include "MyIQLogObserver.h"
+#include "OpenCamera.h"
 #include "ParamSettingsPage.h"
+#include "PreviewControl.h"
+#include "PreviewOverlays.h"
 #include "setLogObserver.h"
-#include "SvtaCenterTipDialog.h"
-#include "SvtaForceUpdateSecondDialog.h"
+#include "SettingsDialogs.h"
 #include "SvtaMessageDialog.h"
 #include "SvtaMoreWidget.h"
 #include "SvtaParamNotSaveDialog.h"
@@ -23,37 +23,24 @@
 #include "SvtaVersionUpdateDialog.h"
 #include "ToastDialog.h"
 #include "TransparentBtn.h"
-#include "TransparentWidget.h"
 #include "TransPrewBtn.h"
+#include "TrayIcon.h"
 #include "ui_SorvantaHome.h"
+#include "UpdateFlow.h"
 #include "UVCCamera.h"
 
-#include <QAction>
-#include <QApplication>
-#include <QMenu>
 #include <QTimer>
-
-namespace {
-
-const char* const kTrayMenuStyle =
-    "QMenu { background-color: white; border: 1px solid white; }"
-    "QMenu::item { background-color: transparent; padding: 8px 32px; margin: 0px;"
-    " border-bottom: 1px solid #DBDBDB; }"
-    "QMenu::item:selected { background-color: #2dabf9; }";
-
-} // namespace
 
 SorvantaHome::SorvantaHome(QWidget* parent)
     : QWidget(parent)
     , ui(std::make_unique<Ui::SorvantaHome>())
     , m_pCamera(new UVCCamera(this))
     , m_logObserver(std::make_unique<MyIQLogObserver>())
-    , m_transfer(new FirmwareTransfer(this))
-    , m_applicationUpdate(new ApplicationUpdateCheck(this))
+    , m_openCamera(std::make_unique<OpenCamera>(*m_pCamera))
 {
     ui->setupUi(this);
 
-    // The back button keeps its place when a page has no title or no information to show.
+    // The back button keeps its place on pages that show no title or no information button.
     for (QWidget* widget : std::initializer_list<QWidget*>{ui->labCurrentPage, ui->deviceInfoBtn}) {
         QSizePolicy policy = widget->sizePolicy();
         policy.setRetainSizeWhenHidden(true);
@@ -72,13 +59,13 @@ SorvantaHome::SorvantaHome(QWidget* parent)
     Brivane::setLogObserver(m_logObserver.get());
     makeDialogs();
 
-    // Both travel from the watcher's thread in queued signals.
+    // Both are arguments of signals that are queued from the watcher's thread.
     qRegisterMetaType<QList<UVCDeviceInfo>>("QList<UVCDeviceInfo>");
     qRegisterMetaType<QMap<QString, HidDevices>>("QMap<QString,HidDevices>");
 
     showView(SvtaPagesView::StartPage);
 
-    makeTray();
+    m_trayIcon = new TrayIcon(this);
     connectShell();
     connectList();
     connectSettings();
@@ -89,9 +76,14 @@ SorvantaHome::SorvantaHome(QWidget* parent)
 SorvantaHome::~SorvantaHome()
 {
     Brivane::setLogObserver(nullptr);
-    // A button that goes from under the pointer still tells that the pointer leaves it, which the
-    // settings page is told in turn: while there is one.
-    delete m_previewBtn;
+    // A button that is destroyed under the pointer still reports that the pointer has left it, and
+    // the window then calls the settings page. So the buttons are destroyed before the page.
+    m_overlays.reset();
+}
+
+CameraSession& SorvantaHome::session() const
+{
+    return m_openCamera->session();
 }
 
 void SorvantaHome::makePages()
@@ -103,7 +95,7 @@ void SorvantaHome::makePages()
 
     const auto add = [this](SvtaPagesView::ViewPageEnum page, QWidget* widget) {
         mPageMap.insert(page, widget);
-        ui->homeStackedWidget->addWidget(widget); // in the order of the values: index equals value
+        ui->homeStackedWidget->addWidget(widget); // in the order of the enum: index equals value
     };
     add(SvtaPagesView::StartPage, new SvtaStartPage(this));
     add(SvtaPagesView::HomePage, m_homePage);
@@ -118,56 +110,21 @@ void SorvantaHome::makeOverlays()
     m_mask->setCoveredWidget(this);
     m_moreMenu = new SvtaMoreWidget(this);
     m_moreMenu->hide();
-    m_updateTimer = new QTimer(this);
-    m_updateTimer->setObjectName(QStringLiteral("updateTimer"));
-    m_updateTimer->setSingleShot(true);
-    // Parented to the window: a window manager puts them behind it otherwise.
-    m_grid = new TransparentWidget(this);
-    m_gridBtn = new TransparentBtn(this);
-    m_previewBtn = new TransPrewBtn(this);
-    hideOverlays();
+    m_overlays = std::make_unique<PreviewOverlays>(this);
 }
 
 void SorvantaHome::makeDialogs()
 {
-    m_updateDialog = new SvtaVersionUpdateDialog(this);
-    m_messageDialog = new SvtaMessageDialog(this);
-    m_notSaveDialog = new SvtaParamNotSaveDialog(this);
-    m_resetDialog = new SvtaParamResetDialog(this);
-    m_saveDialog = new SvtaParamSaveDialog(this);
-    m_centerTipDialog = new SvtaCenterTipDialog(this);
-    m_closeAppDialog = new SvtaForceUpdateSecondDialog(this);
+    m_update = std::make_unique<UpdateFlow>(*m_openCamera, *m_mask, this);
+    m_dialogs = std::make_unique<SettingsDialogs>(this);
     m_supportedProductDialog = new SvtaSupportedProductDialog(this);
-    m_loadingDialog = new LoadingDialog(this);
-    for (QDialog* dialog : std::initializer_list<QDialog*>{
-             m_updateDialog, m_messageDialog, m_notSaveDialog, m_resetDialog, m_saveDialog,
-             m_centerTipDialog, m_closeAppDialog, m_supportedProductDialog, m_loadingDialog}) {
-        dialog->setModal(true);
-        dialog->hide();
-    }
+    m_supportedProductDialog->setModal(true);
+    m_supportedProductDialog->hide();
     m_toast = new ToastDialog(this);
     m_toast->hide();
-}
-
-void SorvantaHome::makeTray()
-{
-    m_trayIcon = new QSystemTrayIcon(this);
-    m_trayIcon->setIcon(QIcon(QStringLiteral(":/images/MarvikTools.png")));
-    m_trayIcon->setToolTip(QStringLiteral("MarvikTools"));
-
-    m_quitAction = new QAction(tr("Quit"), this);
-    connect(m_quitAction, SIGNAL(triggered()), qApp, SLOT(quit()));
-    // Stays out of the menu: a click on the icon is the way back to the window. The application has
-    // no such slot, which Qt reports once at the start.
-    m_showAction = new QAction(tr("Show"), this);
-    connect(m_showAction, SIGNAL(triggered()), qApp, SLOT(showNormal()));
-
-    m_trayMenu = new QMenu(this);
-    m_trayMenu->setStyleSheet(QString::fromLatin1(kTrayMenuStyle));
-    m_trayMenu->addAction(m_quitAction);
-    m_trayIcon->setContextMenu(m_trayMenu);
-    m_trayIcon->show();
-    connect(m_trayIcon, &QSystemTrayIcon::activated, this, &SorvantaHome::slotTrayActivated);
+    m_settings = std::make_unique<CameraSettings>(*m_openCamera, *m_settingsPage);
+    m_preview =
+        std::make_unique<PreviewControl>(*m_openCamera, *m_settingsPage, *m_overlays, *m_settings);
 }
 
 void SorvantaHome::connectShell()
@@ -184,17 +141,17 @@ void SorvantaHome::connectShell()
     });
     connect(m_moreMenu, &SvtaMoreWidget::sigBtnQuitclicked, this, [this] {
         m_moreMenu->hide();
-        m_parameters.clear();
-        m_parametersLoaded = false;
-        m_valuesKnown = false;
+        session().forgetParameters();
         close();
     });
-    connect(m_gridBtn, &TransparentBtn::sigShowLine, this, &SorvantaHome::slotShowLine);
-    connect(m_previewBtn, &TransPrewBtn::sigHandleCapture, this, &SorvantaHome::slotHandleCapture);
-    connect(m_previewBtn, &TransPrewBtn::sigShowPreviewTip, this,
-            &SorvantaHome::slotShowPreviewTip);
-    connect(m_previewBtn, &TransPrewBtn::sigHidePreviewTip, this,
-            &SorvantaHome::slotHidePreviewTip);
+    connect(m_trayIcon, &TrayIcon::activated, this, &SorvantaHome::slotTrayActivated);
+    connect(m_overlays->gridButton(), &TransparentBtn::sigShowLine, this,
+            &SorvantaHome::slotShowLine);
+    const TransPrewBtn* preview = m_overlays->previewButton();
+    connect(preview, &TransPrewBtn::sigHandleCapture, this, &SorvantaHome::slotHandleCapture);
+    connect(preview, &TransPrewBtn::sigShowPreviewTip, this, &SorvantaHome::slotShowPreviewTip);
+    connect(preview, &TransPrewBtn::sigHidePreviewTip, this, &SorvantaHome::slotHidePreviewTip);
+    connect(m_preview.get(), &PreviewControl::sigShowToast, this, &SorvantaHome::showToast);
     connect(this, &SorvantaHome::sigShowStartPage, this, &SorvantaHome::slotShowStartPage);
     connect(this, &SorvantaHome::sigHideLoadingPage, this, &SorvantaHome::slotHideLoadingPage);
 }
@@ -205,17 +162,16 @@ void SorvantaHome::connectList()
             &SorvantaHome::showDeviceSettingPages);
     connect(m_homePage, &DeviceHomePage::sigShowDeviceInfo, this,
             [this](const DeviceWidgetInfo& info) {
-                if (!m_pCamera || refuseBusyCamera(info))
+                if (!m_pCamera || m_update->refusesBusyCamera(info))
                     return;
-                takePutOffSteps();
-                mDeviceWidgetInfo = info;
+                m_openCamera->open(info);
                 slotShowDeviceInfoPage();
             });
     connect(m_homePage, &DeviceHomePage::sigUpdateCameraListFinished, this,
             &SorvantaHome::slotUpdateCameraListFinished);
     connect(m_homePage, &DeviceHomePage::sigSetDeviceWidgetMaps, this,
             &SorvantaHome::slotSetDeviceWidget);
-    // The signal only comes for a camera that was plugged in.
+    // The signal is only emitted for a camera that was plugged in.
     connect(m_homePage, &DeviceHomePage::sigInitCamera, this,
             [this] { slotInitCamera(DevicePluggedIn); });
     connect(m_homePage, &DeviceHomePage::sigShowSupportedProduct, this,
@@ -241,7 +197,8 @@ void SorvantaHome::connectSettings()
             &Home::slotCameraHorizontalMirrorSwitch);
     connect(page, &Page::sigCameraViewSwitch, this, &Home::slotCameraViewSwitch);
     connect(page, &Page::sigShowLine, this, &Home::slotShowLine);
-    // The page's request to save goes through the question first, which has a signal of its own.
+    // Saving asks first: sigShowParamSaveDialog opens the question. The page's other save signal is
+    // not connected.
     connect(page, &Page::sigShowParamResetDialog, this, &Home::slotShowParamResetDialog);
     connect(page, &Page::sigShowParamSaveDialog, this, &Home::slotShowParamSaveDialog);
     connect(page, &Page::sigShowCenterTipDialog, this, &Home::slotShowCenterTipDialog);
@@ -253,16 +210,16 @@ void SorvantaHome::connectSettings()
     connect(page, &Page::sigRadioButtonChanged, this, &Home::slotRadioButtonChanged);
     connect(page, &Page::sigSetDeviceImageMode, this, &Home::slotSetDeviceImageMode);
 
-    connect(m_saveDialog, &SvtaParamSaveDialog::sigConfirm, this, &Home::slotParamSave);
-    connect(m_saveDialog, &SvtaParamSaveDialog::sigCancel, m_saveDialog, &QWidget::hide);
-    connect(m_resetDialog, &SvtaParamResetDialog::sigConfirm, this, &Home::slotParamReset);
-    connect(m_resetDialog, &SvtaParamResetDialog::sigCancel, m_resetDialog, &QWidget::hide);
-    connect(m_notSaveDialog, &SvtaParamNotSaveDialog::sigExit, this, &Home::slotBackLastStep);
-    connect(m_notSaveDialog, &SvtaParamNotSaveDialog::sigSaveAndExit, this,
+    connect(m_dialogs->save, &SvtaParamSaveDialog::sigConfirm, this, &Home::slotParamSave);
+    connect(m_dialogs->save, &SvtaParamSaveDialog::sigCancel, m_dialogs->save, &QWidget::hide);
+    connect(m_dialogs->reset, &SvtaParamResetDialog::sigConfirm, this, &Home::slotParamReset);
+    connect(m_dialogs->reset, &SvtaParamResetDialog::sigCancel, m_dialogs->reset, &QWidget::hide);
+    connect(m_dialogs->notSave, &SvtaParamNotSaveDialog::sigExit, this, &Home::slotBackLastStep);
+    connect(m_dialogs->notSave, &SvtaParamNotSaveDialog::sigSaveAndExit, this,
             &Home::slotSaveAndBackLastStep);
-    // Who closes the question stays on the page, with the values that are there.
-    connect(m_notSaveDialog, &SvtaParamNotSaveDialog::sigStay, this,
-            [this] { m_parametersLoaded = true; });
+    // When the user closes the question, the page stays and keeps its values.
+    connect(m_dialogs->notSave, &SvtaParamNotSaveDialog::sigStay, this,
+            [this] { session().setParametersLoaded(true); });
 }
 
 void SorvantaHome::connectUpdates()
@@ -274,25 +231,25 @@ void SorvantaHome::connectUpdates()
     connect(m_aboutPage, &AboutPage::sigShowToast, this, &SorvantaHome::showToast);
     connect(m_aboutPage, &AboutPage::sigForceUpdate, this, &SorvantaHome::slotForceUpdate);
     connect(m_aboutPage, &AboutPage::sigCommonUpdate, this, &SorvantaHome::slotSetUpdateData);
-    connect(m_applicationUpdate, &ApplicationUpdateCheck::sigOffer, m_aboutPage,
-            &AboutPage::sigCommonUpdate);
-    const SvtaVersionUpdateDialog* update = m_updateDialog;
-    connect(update, &SvtaVersionUpdateDialog::sigDownloadFailed, this,
+    const SvtaVersionUpdateDialog* dialog = m_update->updateDialog();
+    connect(dialog, &SvtaVersionUpdateDialog::sigDownloadFailed, this,
             &SorvantaHome::slotDownloadFailed);
-    connect(update, &SvtaVersionUpdateDialog::sigSetProgress, this, &SorvantaHome::slotSetProgress);
-    connect(update, &SvtaVersionUpdateDialog::sigDownloadSuccessed, this,
+    connect(dialog, &SvtaVersionUpdateDialog::sigSetProgress, this, &SorvantaHome::slotSetProgress);
+    connect(dialog, &SvtaVersionUpdateDialog::sigDownloadSuccessed, this,
             &SorvantaHome::slotDownloadSuccessed);
-    connect(update, &SvtaVersionUpdateDialog::sigStopUpdate, this, &SorvantaHome::slotStopUpdate);
-    connect(update, &SvtaVersionUpdateDialog::sigShowCloseAppDialog, this,
+    connect(dialog, &SvtaVersionUpdateDialog::sigStopUpdate, this, &SorvantaHome::slotStopUpdate);
+    connect(dialog, &SvtaVersionUpdateDialog::sigShowCloseAppDialog, this,
             &SorvantaHome::slotShowCloseAppDialog);
-    connect(m_transfer, &FirmwareTransfer::busyCameraChanged, m_homePage,
-            &DeviceHomePage::setBusyCamera);
-    connect(m_transfer, &FirmwareTransfer::notOpened, this, &SorvantaHome::sigHideLoadingPage);
-    connect(m_transfer, &FirmwareTransfer::finished, this, &SorvantaHome::slotTransferFinished);
-    connect(m_messageDialog, &SvtaMessageDialog::sigRetry, this, &SorvantaHome::slotRetry);
-    connect(m_messageDialog, &SvtaMessageDialog::sigDownloadFailedCancel, this,
+    const SvtaMessageDialog* message = m_update->messageDialog();
+    connect(message, &SvtaMessageDialog::sigRetry, this, &SorvantaHome::slotRetry);
+    connect(message, &SvtaMessageDialog::sigDownloadFailedCancel, this,
             &SorvantaHome::slotDownloadFailedCancel);
-    connect(m_closeAppDialog, &SvtaForceUpdateSecondDialog::sigCloseApp, qApp,
-            &QCoreApplication::quit);
-    connect(m_updateTimer, &QTimer::timeout, this, &SorvantaHome::slotTimeout);
+    connect(m_update->installTimer(), &QTimer::timeout, this, &SorvantaHome::slotTimeout);
+
+    const UpdateFlow* update = m_update.get();
+    connect(update, &UpdateFlow::sigShowToast, this, &SorvantaHome::showToast);
+    connect(update, &UpdateFlow::sigShowList, this, [this] { showView(SvtaPagesView::HomePage); });
+    connect(update, &UpdateFlow::sigRestoreWindow, this, &QWidget::showNormal);
+    connect(update, &UpdateFlow::sigNotOpened, this, &SorvantaHome::sigHideLoadingPage);
+    connect(update, &UpdateFlow::sigBusyCameraChanged, m_homePage, &DeviceHomePage::setBusyCamera);
 }

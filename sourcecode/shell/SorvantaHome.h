@@ -2,11 +2,9 @@
 
 #include "DeviceWidgetInfo.h"
 #include "HidDevices.h"
-#include "ParameterModel.h"
 #include "SvtaPagesView.h"
 #include "UVCDeviceInfo.h"
 
-#include <functional>
 #include <memory>
 #include <QJsonObject>
 #include <QList>
@@ -15,47 +13,39 @@
 #include <QPointer>
 #include <QSystemTrayIcon>
 #include <QWidget>
-#include <string>
 
 class AboutPage;
-class ApplicationUpdateCheck;
+class CameraSession;
+class CameraSettings;
 class DeviceHomePage;
 class DeviceInfoPage;
-class FirmwareTransfer;
-class LoadingDialog;
+class ListChange;
 class MaskForm;
 class MyIQLogObserver;
+class OpenCamera;
 class ParamSettingsPage;
-class QAction;
-class QDialog;
-class QMenu;
-class QTimer;
-class SvtaCenterTipDialog;
-class SvtaForceUpdateSecondDialog;
-class SvtaMessageDialog;
+class PreviewControl;
+class PreviewOverlays;
 class SvtaMoreWidget;
-class SvtaParamNotSaveDialog;
-class SvtaParamResetDialog;
-class SvtaParamSaveDialog;
 class SvtaSupportedProductDialog;
-class SvtaVersionUpdateDialog;
 class ToastDialog;
-class TransparentBtn;
-class TransparentWidget;
-class TransPrewBtn;
+class TrayIcon;
+class UpdateFlow;
 class UVCCamera;
+struct SettingsDialogs;
 
 namespace Ui {
 class SorvantaHome;
 }
 
-/// The one top-level window: title bar, back bar and the stack of five pages. Owns every page,
-/// dialog and overlay, the camera that is open and everything known about it, and sends every
-/// command to it; pages reach it by signals only.
+/// The one top-level window: title bar, back bar and the stack of five pages. Owns the pages, the
+/// overlays, the tray icon and the navigation between the pages; pages reach it by signals only.
 ///
-/// GUI thread. The sources are split by concern: SorvantaHome.cpp (construction and wiring),
-/// ...Navigation, ...Window (events and overlays), ...Settings, ...Preview, ...Reconciliation and
-/// ...Updates.
+/// Most of its functions only forward the call to a class with one task:
+/// CameraSession (what belongs to the open camera), CameraSettings (applying edits), PreviewControl
+/// (the live picture), PreviewOverlays, UpdateFlow, ListChange (what a hot-plug event means).
+///
+/// GUI thread.
 class SorvantaHome : public QWidget
 {
     Q_OBJECT
@@ -64,10 +54,10 @@ public:
     explicit SorvantaHome(QWidget* parent = nullptr);
     ~SorvantaHome() override;
 
-    /// Shows a page and enters it into the history. A value without a page leaves the current one.
+    /// Shows a page and adds it to the history. For a value without a page, the current page stays.
     void showView(SvtaPagesView::ViewPageEnum page);
-    /// Returns to the previous page; asks first when settings are unsaved. Blocked for a second
-    /// after each use.
+    /// Returns to the previous page; asks first when settings are unsaved. The back button is
+    /// disabled for one second after each use.
     void backView();
     /// Shows @p text for a moment; an empty text changes nothing.
     void showToast(const QString& text);
@@ -75,10 +65,10 @@ public:
     void showDeviceSettingPages(const DeviceWidgetInfo& info);
     /// Logs the identity of the open camera's HID interface; diagnostic only.
     void getHidInfo() const;
-    /// Takes the program's own version from config.json beside it.
+    /// Reads the program's own version from config.json in the folder of the program.
     void readConfigFile();
-    /// Takes the program off the screen at once and returns when no camera is being written any
-    /// more. For the end of the program.
+    /// Hides all windows and the tray icon at once. Then waits until a running firmware transfer
+    /// has ended. Called when the program ends.
     void finishTransfer();
 
     /// Brings the window back from tray or task bar, with the overlays of its page.
@@ -92,7 +82,7 @@ public:
     bool writeIniFile();
     bool isSameData();
     void setDeviceParam();
-    /// Builds the preview, starts it when the preview button says so, and fills the page.
+    /// Opens the video device, starts the preview if the preview button is on, and fills the page.
     void startPlay();
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -152,6 +142,7 @@ public slots:
     void slotDoIntelligentSwitch(bool on, int lastIntelligent);
 
 signals:
+    // All are part of the window's fixed interface. Only the two that have a receiver are emitted.
     void sigForceUpdate(const QJsonObject& downloadData);
     void sigShowStartPage();
     void sigCameraUpdateFile(const QString& downLoadFilepath);
@@ -170,7 +161,6 @@ private:
     void makePages();
     void makeOverlays();
     void makeDialogs();
-    void makeTray();
     void connectShell();
     void connectList();
     void connectSettings();
@@ -183,86 +173,39 @@ private:
     void enterSettingPage();
     void showLastView();
     void refreshIdentity();
-    [[nodiscard]] SvtaPagesView::ViewPageEnum currentPage() const;
-
-    void placeOverlays();
-    void hideOverlays();
+    void leaveAfterRemoval();
+    void openCameraMayBeNew(const ListChange& change);
+    void verifyReturningCamera(const ListChange& change);
     void restoreOverlays();
     void followWindowState();
-    void showGrid(bool shown);
-    void clearGridMark();
     void logStreamSize() const;
-    void showMasked(QDialog* dialog);
-
-    bool openHidLink();
-    void installFirmware(const QString& file);
-    void writeFirmware(const QString& file);
-    void installApplication();
-    bool refuseBusyCamera(const DeviceWidgetInfo& info);
-    void slotTransferFinished(bool sent);
-    void putOff(int milliseconds, std::function<void()> step);
-    void takePutOffSteps();
-    void applyPicture(const QString& key, int value, bool (UVCCamera::*set)(int));
-    void refresh4kState();
-    void showPreviewRunning(bool running);
-    void showUpdateFailed();
-    void leaveAfterRemoval();
-    [[nodiscard]] bool isBusy(const QString& hidPath) const;
-    void verifyReturningCamera(const HidDevices& device);
-    void returnToOpenCamera();
-    void takeOverNames(const QString& hidPath);
+    [[nodiscard]] SvtaPagesView::ViewPageEnum currentPage() const;
+    [[nodiscard]] CameraSession& session() const;
+    [[nodiscard]] QString videoPathOf(const QString& hidPath) const;
 
     std::unique_ptr<Ui::SorvantaHome> ui;
     UVCCamera* m_pCamera;
     std::unique_ptr<MyIQLogObserver> m_logObserver;
-    FirmwareTransfer* m_transfer;
-    ApplicationUpdateCheck* m_applicationUpdate;
     QMap<SvtaPagesView::ViewPageEnum, QWidget*> mPageMap;
     QList<SvtaPagesView::ViewPageEnum> m_history;
-    DeviceWidgetInfo mDeviceWidgetInfo;
     QMap<QString, DeviceWidgetInfo> m_deviceWidgets; ///< of the last list, by video path
     QPoint m_dragOrigin;
     bool m_isSameData = true;
-    bool m_gridShown = false; ///< the grid belongs on the settings page, even while that is away
-
-    ParameterModel m_parameters;
-    bool m_parametersLoaded = false; ///< since the settings page was last left
-    bool m_valuesKnown = false;      ///< whether m_parameters are those of the camera that is open
-    QMap<QString, int> m_resolution; ///< last answer about the camera's stream
-    bool m_4kInUse = false;
-    bool m_4kWasInUse = false;
-    QList<std::shared_ptr<std::function<void()>>> m_putOff;
 
     DeviceHomePage* m_homePage = nullptr;
     DeviceInfoPage* m_infoPage = nullptr;
     AboutPage* m_aboutPage = nullptr;
     ParamSettingsPage* m_settingsPage = nullptr;
-
-    QString mVersion; ///< of the program, from config.json
-    std::string m_applicationBody;
-    bool m_forceStatus = false; ///< a forced update of the program is under way
-
     MaskForm* m_mask = nullptr;
-    MaskForm* m_closeAppMask = nullptr; ///< made when it is first needed
     SvtaMoreWidget* m_moreMenu = nullptr;
-    TransparentWidget* m_grid = nullptr;
-    TransparentBtn* m_gridBtn = nullptr;
-    TransPrewBtn* m_previewBtn = nullptr;
-    QPointer<ToastDialog> m_toast;
-
-    SvtaVersionUpdateDialog* m_updateDialog = nullptr;
-    SvtaMessageDialog* m_messageDialog = nullptr;
-    SvtaParamNotSaveDialog* m_notSaveDialog = nullptr;
-    SvtaParamResetDialog* m_resetDialog = nullptr;
-    SvtaParamSaveDialog* m_saveDialog = nullptr;
-    SvtaCenterTipDialog* m_centerTipDialog = nullptr;
-    SvtaForceUpdateSecondDialog* m_closeAppDialog = nullptr;
     SvtaSupportedProductDialog* m_supportedProductDialog = nullptr;
-    LoadingDialog* m_loadingDialog = nullptr;
-    QTimer* m_updateTimer = nullptr;
+    QPointer<ToastDialog> m_toast;
+    TrayIcon* m_trayIcon = nullptr;
 
-    QSystemTrayIcon* m_trayIcon = nullptr;
-    QAction* m_quitAction = nullptr;
-    QAction* m_showAction = nullptr;
-    QMenu* m_trayMenu = nullptr;
+    std::unique_ptr<OpenCamera> m_openCamera;
+    std::unique_ptr<SettingsDialogs> m_dialogs;
+    std::unique_ptr<PreviewOverlays> m_overlays;
+    std::unique_ptr<CameraSettings> m_settings;
+    std::unique_ptr<PreviewControl> m_preview;
+    std::unique_ptr<UpdateFlow> m_update;
 };

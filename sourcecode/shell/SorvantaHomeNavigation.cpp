@@ -1,21 +1,23 @@
-#include "ApplicationUpdateCheck.h"
+#include "BusyCursor.h"
 #include "CameraHandle.h"
 #include "DeviceHomePage.h"
 #include "DeviceInfoPage.h"
 #include "HidDiagnostics.h"
+#include "LogCategories.h"
 #include "MaskForm.h"
+#include "OpenCamera.h"
 #include "ParamSettingsPage.h"
-#include "ReportedText.h"
+#include "PreviewOverlays.h"
+#include "SettingsDialogs.h"
 #include "SorvantaHome.h"
+#include "Style.h"
 #include "SvtaMoreWidget.h"
 #include "SvtaParamNotSaveDialog.h"
-#include "SvtaSupportedProductDialog.h"
 #include "ToastDialog.h"
-#include "TransPrewBtn.h"
 #include "ui_SorvantaHome.h"
+#include "UpdateFlow.h"
 #include "UVCCamera.h"
 
-#include <QDebug>
 #include <QTimer>
 
 namespace {
@@ -25,10 +27,9 @@ constexpr int kPreviewDelayMs = 100;
 constexpr int kBackLockMs = 1000;
 constexpr int kToastMs = 700;
 
-const char* const kBlueTitle =
-    "#bgWidget { background-color: #004DA6; border: 1px solid #004DA6; }";
+const char* const kBlueTitle = "#bgWidget { background-color: @start; border: 1px solid @start; }";
 const char* const kWhiteTitle =
-    "#bgWidget { background-color: #FFFFFF; border: 1px solid #F2F2F2; }";
+    "#bgWidget { background-color: @surface; border: 1px solid @line; }";
 
 } // namespace
 
@@ -40,7 +41,7 @@ SvtaPagesView::ViewPageEnum SorvantaHome::currentPage() const
 void SorvantaHome::showView(SvtaPagesView::ViewPageEnum page)
 {
     m_history.append(page);
-    hideOverlays();
+    m_overlays->hide();
     if (m_pCamera) {
         m_pCamera->stopCapture();
         m_pCamera->closeDevice();
@@ -49,16 +50,18 @@ void SorvantaHome::showView(SvtaPagesView::ViewPageEnum page)
     QWidget* widget = mPageMap.value(page);
     if (!widget)
         return;
-    qDebug() << "mPageMap.contains(page)";
+    if (page != SvtaPagesView::InfoPage)
+        m_infoPage->dropQuestion();
+    qCDebug(shellLog) << "mPageMap.contains(page)";
     ui->homeStackedWidget->setCurrentWidget(widget);
-    // No control of the new page is the user's choice yet; Tab goes to its first one.
+    // No control of the new page has the focus yet; Tab moves it to the first one.
     setFocus(Qt::OtherFocusReason);
 
     switch (page) {
     case SvtaPagesView::StartPage:
         ui->backWidget->hide();
         ui->moreBtn->hide();
-        ui->bgWidget->setStyleSheet(QString::fromLatin1(kBlueTitle));
+        ui->bgWidget->setStyleSheet(Style::sheet(kBlueTitle));
         QTimer::singleShot(kStartAnimationMs, this, &SorvantaHome::leaveStartPage);
         break;
     case SvtaPagesView::HomePage:
@@ -74,32 +77,33 @@ void SorvantaHome::showView(SvtaPagesView::ViewPageEnum page)
         enterSettingPage();
         break;
     }
+    m_update->pageShown(page);
 }
 
 void SorvantaHome::leaveStartPage()
 {
     ui->moreBtn->show();
-    ui->bgWidget->setStyleSheet(QString::fromLatin1(kWhiteTitle));
+    ui->bgWidget->setStyleSheet(Style::sheet(kWhiteTitle));
     ui->closeBtn->setStyleSheet(QStringLiteral("image: url(:/images/close.svg);"));
     ui->minimumBtn->setStyleSheet(QStringLiteral("image: url(:/images/minimum.svg);"));
     setStyleSheet(QStringLiteral("background-color: rgba(255, 255, 255, 0);"));
     m_homePage->start();
     showView(SvtaPagesView::HomePage);
-    if (!mVersion.isEmpty()) // a program that does not know its version cannot be outdated
-        m_applicationUpdate->checkOnce(m_applicationBody);
+    m_update->checkApplication(*m_aboutPage);
 }
 
 void SorvantaHome::enterHomePage()
 {
     ui->backWidget->hide();
-    clearGridMark();
+    m_overlays->switchGridOff();
+    m_openCamera->leave(); // Back does not return to its pages from the list
     if (m_homePage->entryCount() >= 1)
         m_homePage->showFilledState();
 }
 
 void SorvantaHome::enterInfoPage()
 {
-    qDebug() << "InfoPage";
+    qCDebug(shellLog) << "InfoPage";
     ui->backWidget->show();
     ui->deviceInfoBtn->hide();
     ui->labCurrentPage->hide();
@@ -108,7 +112,7 @@ void SorvantaHome::enterInfoPage()
 
 void SorvantaHome::enterAboutPage()
 {
-    qDebug() << "AboutPage";
+    qCDebug(shellLog) << "AboutPage";
     ui->backWidget->show();
     ui->labCurrentPage->setText(tr("About"));
     ui->labCurrentPage->show();
@@ -117,15 +121,15 @@ void SorvantaHome::enterAboutPage()
 
 void SorvantaHome::enterSettingPage()
 {
-    qDebug() << "SettingPage";
+    qCDebug(shellLog) << "SettingPage";
     ui->backWidget->show();
     ui->deviceInfoBtn->show();
-    ui->labCurrentPage->setText(mDeviceWidgetInfo.name);
+    ui->labCurrentPage->setText(session().info().name);
     ui->labCurrentPage->show();
-    showGrid(m_gridShown);
+    m_overlays->showGrid();
     m_settingsPage->resetPage(0);
     QTimer::singleShot(kPreviewDelayMs, this, [this] {
-        // The user may have gone on by now; a preview must not start on another page.
+        // The user may have left the page by now; the preview must not start on another page.
         if (currentPage() == SvtaPagesView::SettingPage)
             startPlay();
     });
@@ -137,22 +141,22 @@ void SorvantaHome::backView()
     QTimer::singleShot(kBackLockMs, this, [this] { ui->backBtn->setEnabled(true); });
 
     const bool same = isSameData();
-    qDebug() << "flag" << same;
+    qCDebug(shellLog) << "flag" << same;
     m_isSameData = same;
 
     switch (currentPage()) {
     case SvtaPagesView::SettingPage:
-        m_parametersLoaded = false;
+        session().setParametersLoaded(false);
         if (!same) {
-            showMasked(m_notSaveDialog);
+            m_mask->showUnder(m_dialogs->notSave);
             return;
         }
         m_history.removeLast();
         break;
     case SvtaPagesView::InfoPage:
         m_history.removeLast();
-        // There is nothing to set on a camera that is gone.
-        if (mDeviceWidgetInfo.status == 0 && !m_history.isEmpty() &&
+        // A camera that was removed has no settings to show.
+        if (session().info().status == 0 && !m_history.isEmpty() &&
             m_history.last() == SvtaPagesView::SettingPage)
             m_history.removeLast();
         break;
@@ -173,19 +177,16 @@ void SorvantaHome::showLastView()
 
 void SorvantaHome::showDeviceSettingPages(const DeviceWidgetInfo& info)
 {
-    qDebug() << "showDeviceSettingPages";
-    if (refuseBusyCamera(info))
+    qCDebug(shellLog) << "showDeviceSettingPages";
+    if (m_update->refusesBusyCamera(info))
         return;
-    takePutOffSteps();
-    mDeviceWidgetInfo = info;
-    m_parametersLoaded = false;
-    m_valuesKnown = false;
-    m_previewBtn->setPreviewOpen(true); // a camera opens with its picture
+    m_openCamera->open(info);
+    m_overlays->setPreviewOpen(true); // a camera opens with its picture
     refreshIdentity();
 
-    qDebug() << "showView(SvtaPagesView::SettingPage) befor";
+    qCDebug(shellLog) << "showView(SvtaPagesView::SettingPage) befor";
     showView(SvtaPagesView::SettingPage);
-    qDebug() << "showView(SvtaPagesView::SettingPage) after";
+    qCDebug(shellLog) << "showView(SvtaPagesView::SettingPage) after";
 }
 
 void SorvantaHome::slotShowDeviceInfoPage()
@@ -195,50 +196,22 @@ void SorvantaHome::slotShowDeviceInfoPage()
     showView(SvtaPagesView::InfoPage);
 }
 
-/// Asks the open camera who it is and tells the pages.
+/// Asks the open camera for version and serial number and shows them on its pages.
 void SorvantaHome::refreshIdentity()
 {
-    openHidLink();
-    mDeviceWidgetInfo.deviceVersion = reportedText(m_pCamera->getFirmwareVersion());
-    mDeviceWidgetInfo.sn = reportedText(m_pCamera->getSerialNumber());
-    CameraHandle::instance().setCurrentDevice(mDeviceWidgetInfo);
-    m_infoPage->setProductInfo(mDeviceWidgetInfo);
-    qDebug() << "vsc =" << mDeviceWidgetInfo.deviceVersion;
-    qDebug() << "sn" << mDeviceWidgetInfo.sn;
-}
-
-void SorvantaHome::slotInitCamera(int status)
-{
-    Q_UNUSED(status)
-    if (isBusy(mDeviceWidgetInfo.hidPath))
-        return;
-    getHidInfo();
-    openHidLink();
-    qDebug() << "init m_pCamera";
+    const BusyCursor busy;
+    session().refreshIdentity();
+    const DeviceWidgetInfo& info = session().info();
+    CameraHandle::instance().setCurrentDevice(info);
+    m_infoPage->setProductInfo(info);
+    qCDebug(shellLog) << "vsc =" << info.deviceVersion;
+    qCDebug(shellLog) << "sn" << info.sn;
 }
 
 void SorvantaHome::getHidInfo() const
 {
-    if (!mDeviceWidgetInfo.hidPath.isEmpty())
-        HidDiagnostics::logIdentity(mDeviceWidgetInfo.hidPath);
-}
-
-bool SorvantaHome::openHidLink()
-{
-    m_pCamera->setCurrentDevicePath(mDeviceWidgetInfo.hidPath);
-    return m_pCamera->initHid();
-}
-
-void SorvantaHome::slotSetDeviceWidget(const QMap<QString, DeviceWidgetInfo>& InfoMap)
-{
-    m_deviceWidgets = InfoMap;
-    if (mDeviceWidgetInfo.hidPath.isEmpty())
-        return;
-    mDeviceWidgetInfo.status = 0;
-    for (const DeviceWidgetInfo& info : InfoMap) {
-        if (info.hidPath == mDeviceWidgetInfo.hidPath)
-            mDeviceWidgetInfo.status = info.status;
-    }
+    if (session().isOpen())
+        HidDiagnostics::logIdentity(session().info().hidPath);
 }
 
 void SorvantaHome::slotMinimum()
@@ -262,20 +235,9 @@ void SorvantaHome::slotShowStartPage()
     showView(SvtaPagesView::StartPage);
 }
 
-void SorvantaHome::slotShowSupportedProduct()
-{
-    showMasked(m_supportedProductDialog);
-}
-
-void SorvantaHome::showMasked(QDialog* dialog)
-{
-    m_mask->showUnder(dialog);
-    dialog->show();
-}
-
 void SorvantaHome::showToast(const QString& text)
 {
-    qDebug() << "showToast" << text;
+    qCDebug(shellLog) << "showToast" << text;
     if (text.isEmpty())
         return;
     delete m_toast;

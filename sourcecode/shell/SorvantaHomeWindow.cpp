@@ -1,25 +1,16 @@
+#include "LogCategories.h"
+#include "OpenCamera.h"
+#include "PreviewOverlays.h"
 #include "SorvantaHome.h"
-#include "TransparentBtn.h"
-#include "TransparentWidget.h"
-#include "TransPrewBtn.h"
+#include "TrayIcon.h"
 #include "ui_SorvantaHome.h"
+#include "UpdateFlow.h"
 
+#include <QApplication>
 #include <QCloseEvent>
-#include <QDebug>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QTimer>
-
-namespace {
-
-constexpr QPoint kGridOffset(0, 80);
-constexpr QPoint kGridBtnOffset(284, 248);
-constexpr QPoint kPreviewBtnOffset(320, 248);
-
-const char* const kGridOffImage = "image: url(:/images/jiugongge.svg)";
-const char* const kGridOnImage = "image: url(:/images/bandengfeng.svg)";
-
-} // namespace
 
 bool SorvantaHome::eventFilter(QObject* watched, QEvent* event)
 {
@@ -42,9 +33,9 @@ bool SorvantaHome::eventFilter(QObject* watched, QEvent* event)
         logStreamSize();
         break;
     case QEvent::KeyPress:
-        // Keys belong to the controls of a page. What reaches the frame around them goes nowhere.
+        // The controls of a page handle the keys. A key that reaches the frame is dropped.
         if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Tab)
-            qDebug() << "Tab in edit Keyboard";
+            qCDebug(shellLog) << "Tab in edit Keyboard";
         return true;
     default:
         break;
@@ -54,11 +45,9 @@ bool SorvantaHome::eventFilter(QObject* watched, QEvent* event)
 
 void SorvantaHome::logStreamSize() const
 {
-    const int width = m_resolution.value(QStringLiteral("width"));
-    const int height = m_resolution.value(QStringLiteral("height"));
-    const int streaming = m_resolution.value(QStringLiteral("streamon"));
-    if (width == 3840 && height == 2160 && streaming != 0)
-        qDebug() << "4k";
+    const StreamFormat stream = session().stream();
+    if (stream.is4k() && stream.streamOn != 0)
+        qCDebug(shellLog) << "4k";
 }
 
 void SorvantaHome::focusInEvent(QFocusEvent* event)
@@ -69,72 +58,27 @@ void SorvantaHome::focusInEvent(QFocusEvent* event)
 
 void SorvantaHome::moveEvent(QMoveEvent* event)
 {
-    placeOverlays();
+    m_overlays->place(geometry().topLeft());
     QWidget::moveEvent(event);
 }
 
 void SorvantaHome::showEvent(QShowEvent* event)
 {
-    placeOverlays();
+    m_overlays->place(geometry().topLeft());
     QWidget::showEvent(event);
 }
 
-void SorvantaHome::placeOverlays()
-{
-    const QPoint origin = geometry().topLeft();
-    m_grid->move(origin + kGridOffset);
-    m_gridBtn->move(origin + kGridBtnOffset);
-    m_previewBtn->move(origin + kPreviewBtnOffset);
-}
-
-void SorvantaHome::hideOverlays()
-{
-    m_gridBtn->hide();
-    m_previewBtn->hide();
-    m_grid->hide();
-    m_gridBtn->setLabelStyle(QString::fromLatin1(kGridOffImage));
-}
-
-/// Shows again what the current page wants over it.
+/// Shows the overlays again, if the current page has them.
 void SorvantaHome::restoreOverlays()
 {
-    if (currentPage() != SvtaPagesView::SettingPage)
-        return;
-    placeOverlays();
-    showGrid(m_gridShown && m_previewBtn->isPreviewOpen());
-    m_gridBtn->setVisible(m_previewBtn->isPreviewOpen());
-    m_previewBtn->show();
-}
-
-void SorvantaHome::showGrid(bool shown)
-{
-    m_grid->setVisible(shown);
-    m_gridBtn->setLabelStyle(QString::fromLatin1(shown ? kGridOnImage : kGridOffImage));
-    if (!shown)
-        return;
-    // The grid lies over the whole picture; the buttons must stay within reach above it.
-    m_gridBtn->raise();
-    m_previewBtn->raise();
-}
-
-void SorvantaHome::clearGridMark()
-{
-    if (!m_gridShown)
-        return;
-    m_gridShown = false;
-    showGrid(false);
-}
-
-void SorvantaHome::slotShowLine()
-{
-    m_gridShown = !m_gridShown;
-    showGrid(m_gridShown);
+    if (currentPage() == SvtaPagesView::SettingPage)
+        m_overlays->restore(geometry().topLeft());
 }
 
 void SorvantaHome::slotActivateWindow()
 {
-    // The pair brings a window back to the front. One that is shown needs no bringing back, and a
-    // window manager may carry out the two requests for it in the other order.
+    // These two calls bring a hidden or minimised window to the front. A window that is shown does
+    // not need them, and a window manager may execute them in the other order.
     if (isHidden() || isMinimized()) {
         showMinimized();
         showNormal();
@@ -143,7 +87,7 @@ void SorvantaHome::slotActivateWindow()
     activateWindow();
     restoreOverlays();
     // "Quit" forgets the values of the settings page before it hides the window.
-    if (currentPage() == SvtaPagesView::SettingPage && !m_valuesKnown)
+    if (currentPage() == SvtaPagesView::SettingPage && !session().areValuesKnown())
         startPlay();
 }
 
@@ -158,29 +102,37 @@ void SorvantaHome::changeEvent(QEvent* event)
     if (event->type() == QEvent::WindowStateChange) {
         if (!isMinimized())
             setAttribute(Qt::WA_Mapped, true);
-        // Not here: showing an overlay takes the next change in before it returns.
+        // Deferred: showing an overlay here would deliver the next state change within this one.
         QTimer::singleShot(0, this, &SorvantaHome::followWindowState);
     }
     QWidget::changeEvent(event);
 }
 
-/// Not every window manager takes the overlays down with the window.
+/// Some window managers do not hide the overlays with the window.
 void SorvantaHome::followWindowState()
 {
     if (isHidden() || isMinimized())
-        hideOverlays();
+        m_overlays->hide();
     else
         restoreOverlays();
 }
 
 void SorvantaHome::closeEvent(QCloseEvent* event)
 {
-    // Without a tray nobody could bring the window back, so there the program ends.
-    if (!m_trayIcon->isVisible() || !QSystemTrayIcon::isSystemTrayAvailable())
+    // Without a tray the user could not bring the window back, so the program ends.
+    if (!m_trayIcon->isReachable())
         return;
-    clearGridMark();
-    m_gridBtn->hide();
-    m_previewBtn->hide();
+    m_overlays->switchGridOff();
+    m_overlays->hideButtons();
     hide();
     event->ignore();
+}
+
+void SorvantaHome::finishTransfer()
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget* window : windows)
+        window->hide();
+    m_trayIcon->hide();
+    m_update->finishTransfer();
 }

@@ -3,9 +3,9 @@
 #include <memory>
 #include <QObject>
 
-/// Turns the system's request to end, which comes when a session or the computer is shut down, into
-/// a signal, so that the program leaves by its own door and a camera that is being written is
-/// written to the end. One at a time; GUI thread.
+/// Emits a signal when the system requests the program to end, because the session or the computer
+/// is shut down. So the program can end in its normal way and complete a firmware transfer. There
+/// may be one object at a time; GUI thread.
 class TerminationRequest : public QObject
 {
     Q_OBJECT

@@ -11,14 +11,15 @@ namespace {
 
 constexpr std::array<int, 3> kSignals{SIGTERM, SIGINT, SIGHUP};
 
-/// Where the handler writes to: it may do little more. See signal-safety(7).
+/// The pipe that the signal handler writes to. A handler may call only few functions, see
+/// signal-safety(7).
 volatile std::sig_atomic_t s_writeEnd = -1;
 
 extern "C" void noteSignal(int)
 {
     const int before = errno;
     const char byte = 0;
-    // A full pipe has told already.
+    // If the pipe is full, the event loop has been notified already.
     [[maybe_unused]] const ssize_t written = write(s_writeEnd, &byte, 1);
     errno = before;
 }

@@ -1,6 +1,6 @@
 #include "TerminationRequest.h"
 
-/// A session that ends asks the windows here, and Qt answers for them.
+/// Nothing to watch: Windows sends the end of a session to the windows, and Qt handles it.
 class TerminationRequest::Watch
 {
 };

@@ -1,10 +1,11 @@
 #include "ToastDialog.h"
 
+#include "LogCategories.h"
 #include "ui_ToastDialog.h"
 
 #include <algorithm>
-#include <QDebug>
-#include <QFontMetrics>
+#include <QFontMetricsF>
+#include <QtMath>
 
 namespace {
 
@@ -12,6 +13,15 @@ constexpr int kMaxLabelWidth = 360;
 constexpr int kHorizontalRoom = 64;
 constexpr int kVerticalRoom = 26;
 constexpr int kDefaultMs = 1500;
+
+/// The width that @p text needs so that a label does not break it. A fraction of a pixel counts,
+/// and so does the part of the last character that lies beyond its advance.
+int widthInOneLine(const QString& text, const QFontMetricsF& metrics)
+{
+    const qreal overhang =
+        text.isEmpty() ? 0 : std::max(qreal(0), -metrics.rightBearing(text.back()));
+    return qCeil(metrics.horizontalAdvance(text) + overhang);
+}
 
 } // namespace
 
@@ -31,21 +41,21 @@ ToastDialog::~ToastDialog() = default;
 
 void ToastDialog::Start(const QString& text, int msec)
 {
-    ui->ContentLab->ensurePolished(); // the style sheet decides the font
-    const int wid = QFontMetrics(ui->ContentLab->font()).horizontalAdvance(text);
-    qDebug() << "wid =" << wid;
+    ui->ContentLab->ensurePolished(); // the style sheet sets the font
+    const int wid = widthInOneLine(text, QFontMetricsF(ui->ContentLab->font()));
+    qCDebug(shellLog) << "wid =" << wid;
     ui->ContentLab->setFixedWidth(std::min(wid, kMaxLabelWidth));
-    qDebug() << "ui->ContentLab->width() =" << ui->ContentLab->width();
+    qCDebug(shellLog) << "ui->ContentLab->width() =" << ui->ContentLab->width();
     ui->ContentLab->setText(text);
     ui->ContentLab->adjustSize();
 
     const int width = ui->ContentLab->width() + kHorizontalRoom;
     const int height = ui->ContentLab->height() + kVerticalRoom;
-    qDebug() << "width =" << width << "height =" << height;
+    qCDebug(shellLog) << "width =" << width << "height =" << height;
     const QRect parent = parentWidget() ? parentWidget()->geometry() : geometry();
     const int x = parent.x() + (parent.width() - kHorizontalRoom - ui->ContentLab->width()) / 2;
     const int y = parent.y() + (parent.height() - height) / 2;
-    qDebug() << "x =" << x << "y =" << y;
+    qCDebug(shellLog) << "x =" << x << "y =" << y;
     setGeometry(x, y, width, height);
     ui->bgWidget->setGeometry(0, 0, width, height);
     ui->ContentLab->move(kHorizontalRoom / 2, kVerticalRoom / 2);

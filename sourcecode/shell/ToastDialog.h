@@ -8,8 +8,8 @@ namespace Ui {
 class ToastDialog;
 }
 
-/// A short message over the middle of the parent window that goes away by itself. The main window
-/// makes a new one for every message.
+/// A short message over the middle of the parent window. It hides itself. The main window creates a
+/// new one for every message.
 class ToastDialog : public QDialog
 {
     Q_OBJECT
@@ -18,8 +18,8 @@ public:
     explicit ToastDialog(QWidget* parent = nullptr);
     ~ToastDialog() override;
 
-    /// Sizes and places the toast for @p text and lets it end after @p msec milliseconds, or after
-    /// 1500 when @p msec is below 1. Showing it is the caller's.
+    /// Sizes and places the toast for @p text and hides it after @p msec milliseconds, or after
+    /// 1500 when @p msec is below 1. The caller shows it.
     void Start(const QString& text, int msec);
 
     [[nodiscard]] bool isRunning() const { return m_running; }

@@ -1,5 +1,8 @@
 #include "TransparentWidget.h"
 
+#include <QBitmap>
+#include <QPixmap>
+
 TransparentWidget::TransparentWidget(QWidget* parent)
     : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint)
     , m_label(this)
@@ -11,4 +14,7 @@ TransparentWidget::TransparentWidget(QWidget* parent)
     m_label.setObjectName(QStringLiteral("label"));
     m_label.setFixedSize(360, 202);
     m_label.setStyleSheet(QStringLiteral("image: url(:/images/line.png);"));
+    // Without a compositor, transparent pixels of a window are black. The mask leaves only the
+    // lines.
+    setMask(QPixmap(QStringLiteral(":/images/line.png")).mask());
 }

@@ -1,10 +1,10 @@
 #include "AboutPage.h"
 
+#include "LogCategories.h"
 #include "ui_AboutPage.h"
 #include "UpdateCheck.h"
 #include "Vendor.h"
 
-#include <QDebug>
 #include <QDesktopServices>
 #include <QUrl>
 
@@ -30,7 +30,7 @@ void AboutPage::setVersion(const QString& version)
     m_applicationBody = UpdateCheck::applicationBody(version);
     ui->labVersionCode->setText(tr("Version：V") + version + QLatin1Char('(') + m_hashCode +
                                 QLatin1Char(')'));
-    qDebug() << QString::fromStdString(m_applicationBody);
+    qCDebug(updateLog) << QString::fromStdString(m_applicationBody);
 }
 
 void AboutPage::slotNeedUpgrade()

@@ -24,7 +24,8 @@ public:
     void setHashCode(const QString& hashCode) { m_hashCode = hashCode; }
 
 public slots:
-    /// Answers "up to date" without asking anybody: this program is updated by other means.
+    /// Shows "up to date" without asking the update service. The program asks for its own updates
+    /// once, after the list is shown (ApplicationUpdateCheck).
     void slotNeedUpgrade();
     void slotOpenPrivacyPolicyPage();
     void slotOpenServiceAgreement();

@@ -1,6 +1,7 @@
 #include "ApplicationConfig.h"
 
-#include <QDebug>
+#include "LogCategories.h"
+
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -10,23 +11,24 @@ QList<ApplicationConfig::VersionInfo> ApplicationConfig::read(const QString& pat
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        qDebug().noquote() << QStringLiteral("fail to open the file: %1, %2, %3")
-                                  .arg(QString::fromLatin1(__FILE__))
-                                  .arg(__LINE__)
-                                  .arg(QStringLiteral("SorvantaHome::readConfigFile"));
+        qCDebug(updateLog).noquote() << QStringLiteral("fail to open the file: %1, %2, %3")
+                                            .arg(QString::fromLatin1(__FILE__))
+                                            .arg(__LINE__)
+                                            .arg(QStringLiteral("SorvantaHome::readConfigFile"));
         return {};
     }
     QJsonParseError error = {};
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
     if (error.error != QJsonParseError::NoError) {
-        qDebug().noquote() << QStringLiteral("JsonParseError: %1").arg(error.errorString());
+        qCDebug(updateLog).noquote()
+            << QStringLiteral("JsonParseError: %1").arg(error.errorString());
         return {};
     }
 
     const QJsonObject object = document.object();
     const QStringList keys = object.keys();
     for (const QString& key : keys)
-        qDebug() << key;
+        qCDebug(updateLog) << key;
     QList<VersionInfo> result;
     const QJsonArray entries = object.value(QLatin1String("versionInfo")).toArray();
     for (const auto& entry : entries) {

@@ -3,7 +3,7 @@
 #include <QList>
 #include <QString>
 
-/// What config.json beside the program tells about the program itself.
+/// Reads the program's own version from config.json in the program's folder.
 namespace ApplicationConfig {
 
 struct VersionInfo
@@ -12,8 +12,8 @@ struct VersionInfo
     QString hashCode; ///< of the build
 };
 
-/// The entries of "versionInfo" in the file's order; none when the file is missing or broken, which
-/// is logged.
+/// @return the entries of "versionInfo" in the order of the file; an empty list when the file is
+///         missing or is not valid JSON, which is logged
 [[nodiscard]] QList<VersionInfo> read(const QString& path);
 
 } // namespace ApplicationConfig

@@ -1,10 +1,9 @@
 #include "ApplicationUpdateCheck.h"
 
+#include "LogCategories.h"
 #include "STHTTPRequest.h"
 #include "UpdateCheck.h"
 #include "Vendor.h"
-
-#include <QDebug>
 
 ApplicationUpdateCheck::ApplicationUpdateCheck(QObject* parent)
     : QObject(parent)
@@ -22,7 +21,8 @@ void ApplicationUpdateCheck::checkOnce(const std::string& body)
     request->body = body;
     request->onResponse = [this](const std::string& answer) { takeAnswer(answer); };
     request->onError = [](int code, const std::string& message) {
-        qDebug() << "no answer about a new version:" << code << QString::fromStdString(message);
+        qCDebug(updateLog) << "no answer about a new version:" << code
+                           << QString::fromStdString(message);
     };
     m_client.setExtraCaFile(UpdateCheck::caFile().toStdString());
     m_client.request(request);
@@ -35,5 +35,5 @@ void ApplicationUpdateCheck::takeAnswer(const std::string& body)
     if (answer.value(QLatin1String("needUpgrade")) == QJsonValue(true))
         emit sigOffer(answer);
     else
-        qDebug() << "no new version";
+        qCDebug(updateLog) << "no new version";
 }

@@ -6,8 +6,8 @@
 #include <QObject>
 #include <string>
 
-/// Asks the update service once whether there is a newer version of this program. Quiet: only an
-/// offer is told, everything else is for the log.
+/// Asks the update service once whether there is a newer version of this program. Only an offer is
+/// reported; every other result is written to the log and the user does not see it.
 class ApplicationUpdateCheck : public QObject
 {
     Q_OBJECT
@@ -15,12 +15,13 @@ class ApplicationUpdateCheck : public QObject
 public:
     explicit ApplicationUpdateCheck(QObject* parent = nullptr);
 
-    /// Asks with @p body, unless it has asked before or this build is updated by other means or
-    /// knows no service.
+    /// Sends @p body to the update service. Does nothing when it was called before, when a package
+    /// manager updates this build, or when this build has no update service.
     void checkOnce(const std::string& body);
 
 signals:
-    /// The service's answer.
+    /// The service offers a newer version. Emitted on the networking library's thread.
+    /// @param updateData the service's answer
     void sigOffer(const QJsonObject& updateData);
 
 private:

@@ -3,6 +3,7 @@
 #include "CHttpClient.h"
 #include "DeviceWidgetInfo.h"
 
+#include <functional>
 #include <memory>
 #include <QJsonObject>
 #include <QWidget>
@@ -12,8 +13,8 @@ namespace Ui {
 class DeviceInfoPage;
 }
 
-/// Picture, name, serial number and firmware version of the camera that is open, and the start of
-/// its firmware update.
+/// Shows picture, name, serial number and firmware version of the open camera. Its button asks the
+/// update service for newer firmware.
 class DeviceInfoPage : public QWidget
 {
     Q_OBJECT
@@ -22,7 +23,10 @@ public:
     explicit DeviceInfoPage(QWidget* parent = nullptr);
     ~DeviceInfoPage() override;
 
+    /// Shows @p info. An answer about another camera that is still to come is ignored from now on.
     void setProductInfo(const DeviceWidgetInfo& info);
+    /// Ignores an answer that is still to come. Must be called when the page is left.
+    void dropQuestion();
 
 public slots:
     /// Asks the update service whether it has newer firmware for the camera.
@@ -30,7 +34,7 @@ public slots:
 
 signals:
     void sigUpgrade();
-    /// The service has an offer, or an answer that only its receiver can make something of.
+    /// The service's answer is an offer: any answer in which "needUpgrade" is not false.
     /// @param text name of the product
     void sigSetDownloadData(const QJsonObject& downloadData, const QString& text);
     void sigShowToast(const QString& text);
@@ -38,12 +42,17 @@ signals:
 private:
     void initHttpReq();
     void takeAnswer(const QJsonObject& answer);
+    void takeFailure();
+    /// Calls @p take on the GUI thread, unless @p request is no longer the current one by then.
+    void deliver(const std::weak_ptr<Brivane::STHTTPRequest>& request,
+                 const std::function<void()>& take);
     void setAsking(bool asking);
 
     std::unique_ptr<Ui::DeviceInfoPage> ui;
     DeviceWidgetInfo m_device;
     std::string mBody;
     QJsonObject mDownloadData;
-    /// Last, so that its callbacks end before anything they use is gone.
+    std::shared_ptr<Brivane::STHTTPRequest> m_request; ///< null when no answer is expected
+    /// The last member, so that it is destroyed first: its callbacks use the members above.
     Brivane::CHttpClient m_client;
 };

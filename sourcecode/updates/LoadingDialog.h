@@ -19,7 +19,7 @@ public:
     explicit LoadingDialog(QWidget* parent = nullptr);
     ~LoadingDialog() override;
 
-    /// Does nothing: as long as a camera is being written it is not the user's to close.
+    /// Does nothing: the user cannot close the dialog while a camera is being written.
     void reject() override;
 
 protected:

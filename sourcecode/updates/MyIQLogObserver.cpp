@@ -1,11 +1,12 @@
 #include "MyIQLogObserver.h"
 
-#include <QDebug>
+#include "transfer/Log.h"
+
 #include <QString>
 
 void MyIQLogObserver::onPrintLog(int level, std::string text)
 {
     Q_UNUSED(level)
-    // One line, whatever a server has put into it.
-    qDebug().noquote() << QString::fromStdString(text).simplified();
+    // The text may quote a server, which must not be able to insert line feeds into the log.
+    qCDebug(Brivane::netLog).noquote() << QString::fromStdString(text).simplified();
 }

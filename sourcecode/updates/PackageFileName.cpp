@@ -7,10 +7,10 @@ namespace {
 
 constexpr int kMaxBytes = 255; // of a name, on the common file systems
 
-/// Names that open a device on Windows, whatever extension follows.
+/// Whether Windows opens a device for @p name; an extension makes no difference.
 bool isReservedDevice(const QString& name)
 {
-    // Blanks before the extension do not keep the name from meaning the device.
+    // Windows ignores blanks before the extension.
     const QString stem = name.section(QLatin1Char('.'), 0, 0).trimmed().toUpper();
     static const QStringList plainDevices{QStringLiteral("CON"),    QStringLiteral("PRN"),
                                           QStringLiteral("AUX"),    QStringLiteral("NUL"),
@@ -20,17 +20,22 @@ bool isReservedDevice(const QString& name)
         return true;
     const bool port =
         stem.startsWith(QLatin1String("COM")) || stem.startsWith(QLatin1String("LPT"));
-    // Superscript digits count as digits there.
+    // Windows treats superscript digits as digits.
     static const QString portDigits = QStringLiteral("0123456789\u00B9\u00B2\u00B3");
     return port && stem.size() == 4 && portDigits.contains(stem.at(3));
 }
 
-/// Characters that Windows forbids in names, or that lead out of a directory somewhere.
+/// Separators of any platform, and control characters.
 bool isForbidden(QChar character)
 {
-    static const QString forbidden = QStringLiteral("/\\:*?\"<>|");
-    return character < QLatin1Char(' ') || character == QChar(0x7F) ||
-           character.category() == QChar::Other_Control || forbidden.contains(character);
+    return character == QLatin1Char('/') || character == QLatin1Char('\\') ||
+           character.category() == QChar::Other_Control;
+}
+
+/// "C:name" is a file of the current folder of drive C on Windows.
+bool hasDrive(const QString& name)
+{
+    return name.size() >= 2 && name.at(1) == QLatin1Char(':') && name.at(0).isLetter();
 }
 
 } // namespace
@@ -49,5 +54,5 @@ bool PackageFileName::isPlain(const QString& name)
         return false;
     if (!name.isValidUtf16() || std::any_of(name.cbegin(), name.cend(), isForbidden))
         return false;
-    return !isReservedDevice(name);
+    return !hasDrive(name) && !isReservedDevice(name);
 }

@@ -1,6 +1,6 @@
 #include "PackageSize.h"
 
-#include <QDebug>
+#include "LogCategories.h"
 
 namespace {
 
@@ -18,13 +18,13 @@ PackageSize::PackageSize(const QString& text)
     : m_unit(text.right(kUnitLength))
 {
     const QString number = text.chopped(qMin(kUnitLength, text.size()));
-    qDebug() << number;
+    qCDebug(updateLog) << number;
     m_total = number.toFloat();
 }
 
 QString PackageSize::progressText(int percent) const
 {
     const float current = static_cast<float>(percent) / kWhole * m_total;
-    qDebug() << "current =" << current;
+    qCDebug(updateLog) << "current =" << current;
     return oneDecimal(current) + QLatin1Char('/') + oneDecimal(m_total) + m_unit;
 }

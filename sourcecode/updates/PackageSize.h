@@ -7,11 +7,11 @@
 class PackageSize
 {
 public:
-    /// The last two characters are the unit, whatever they are; a text without a number before them
-    /// is a size of 0.
+    /// The last two characters of @p text are always the unit. The size is 0 when the text before
+    /// them is not a number.
     explicit PackageSize(const QString& text);
 
-    /// How far a download is, "19.4/52.4MB".
+    /// The downloaded part and the total, "19.4/52.4MB".
     /// @param percent 0 to 100
     [[nodiscard]] QString progressText(int percent) const;
 

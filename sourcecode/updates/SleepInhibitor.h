@@ -3,12 +3,13 @@
 #include <memory>
 #include <QString>
 
-/// As long as one exists the computer does not go to sleep by itself. Where the system cannot be
-/// asked, that is logged and nothing is held. GUI thread; does not wait for the system's answer.
+/// While an object of this class exists, the computer does not go to sleep by itself. When the
+/// system does not support or refuses this, a warning is logged and there is no other effect. GUI
+/// thread; does not wait for the system's answer.
 class SleepInhibitor
 {
 public:
-    /// @param why shown to a user who asks what keeps the computer awake
+    /// @param why the reason, which the system's tools show to the user
     explicit SleepInhibitor(const QString& why);
     ~SleepInhibitor();
     SleepInhibitor(const SleepInhibitor&) = delete;

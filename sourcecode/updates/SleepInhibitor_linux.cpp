@@ -1,3 +1,4 @@
+#include "LogCategories.h"
 #include "SleepInhibitor.h"
 
 #include <QDBusConnection>
@@ -5,10 +6,9 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusUnixFileDescriptor>
-#include <QDebug>
 
-/// The inhibitor of logind: it holds until its file descriptor is closed, also when the program
-/// dies. See https://systemd.io/INHIBITOR_LOCKS.
+/// An inhibitor lock of logind. It ends when its file descriptor is closed, which the kernel does
+/// when the program ends in any way. See https://systemd.io/INHIBITOR_LOCKS.
 class SleepInhibitor::Hold
 {
 public:
@@ -24,7 +24,7 @@ private:
     {
         const QDBusPendingReply<QDBusUnixFileDescriptor> reply = m_watcher;
         if (reply.isError())
-            qWarning() << "the system may go to sleep:" << reply.error().message();
+            qCWarning(updateLog) << "the system may go to sleep:" << reply.error().message();
         else
             m_lock = reply.value();
     }
@@ -35,10 +35,10 @@ private:
 
 SleepInhibitor::SleepInhibitor(const QString& why)
 {
-    // A call without a bus is never told as finished.
+    // Without a connection to the bus, a pending call never emits finished().
     const QDBusConnection bus = QDBusConnection::systemBus();
     if (!bus.isConnected()) {
-        qWarning() << "the system may go to sleep:" << bus.lastError().message();
+        qCWarning(updateLog) << "the system may go to sleep:" << bus.lastError().message();
         return;
     }
     QDBusMessage message = QDBusMessage::createMethodCall(

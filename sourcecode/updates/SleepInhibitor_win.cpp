@@ -1,16 +1,16 @@
+#include "LogCategories.h"
 #include "SleepInhibitor.h"
 
-#include <QDebug>
 #include <qt_windows.h>
 
-/// The request is the thread's: Windows forgets it when the thread ends.
+/// The request belongs to the thread that makes it: Windows drops it when the thread ends.
 class SleepInhibitor::Hold
 {
 public:
     Hold()
     {
         if (::SetThreadExecutionState(ES_CONTINUOUS | ES_SYSTEM_REQUIRED) == 0)
-            qWarning() << "the system may go to sleep";
+            qCWarning(updateLog) << "the system may go to sleep";
     }
     ~Hold() { ::SetThreadExecutionState(ES_CONTINUOUS); }
     Hold(const Hold&) = delete;

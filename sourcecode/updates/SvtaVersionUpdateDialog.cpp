@@ -2,13 +2,14 @@
 
 #include "CHttpClient.h"
 #include "HttpError.h"
+#include "LogCategories.h"
 #include "PackageFileName.h"
+#include "PackageFiles.h"
 #include "PackageSize.h"
 #include "STHTTPDownloadRequest.h"
 #include "ui_SvtaVersionUpdateDialog.h"
 #include "UpdateCheck.h"
 
-#include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -18,6 +19,24 @@ namespace {
 
 constexpr int kUpdateAloneX = 100;
 constexpr int kUpdateBesideX = 151;
+
+/// Whether @p byte continues a character of UTF-8 that has begun before it.
+bool isContinuation(char byte)
+{
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
+/// The first kMaxDetailsBytes of @p details, cut before the character that does not fit.
+QString shortened(const QString& details)
+{
+    const QByteArray utf8 = details.toUtf8();
+    int end = SvtaVersionUpdateDialog::kMaxDetailsBytes;
+    if (utf8.size() <= end)
+        return details;
+    while (end > 0 && isContinuation(utf8.at(end)))
+        --end;
+    return QString::fromUtf8(utf8.constData(), end);
+}
 
 } // namespace
 
@@ -39,14 +58,14 @@ SvtaVersionUpdateDialog::SvtaVersionUpdateDialog(QWidget* parent)
 
 SvtaVersionUpdateDialog::~SvtaVersionUpdateDialog()
 {
-    m_client.reset(); // its callbacks end here, while the dialog is still whole
+    m_client.reset(); // its callbacks use the dialog, so they must end before the members go
 }
 
 void SvtaVersionUpdateDialog::setUpdateData(const QJsonObject& updateData, const QString& title,
                                             const QString& force)
 {
     m_updateData = updateData;
-    ui->labContent->setText(updateData.value(QLatin1String("details")).toString());
+    ui->labContent->setText(shortened(updateData.value(QLatin1String("details")).toString()));
     ui->labTitle->setText(title);
     m_forced = force == QLatin1String("Y");
     ui->btnPauseUpdate->setVisible(!m_forced);
@@ -101,12 +120,12 @@ void SvtaVersionUpdateDialog::setCurrentPage(int page)
 
 void SvtaVersionUpdateDialog::slotUpdate()
 {
-    m_client.reset(); // a download that still runs would write into the file that goes now
+    m_client.reset(); // a download that still runs could create the file again that is removed here
     const QStringList cachePaths = QStandardPaths::standardLocations(QStandardPaths::CacheLocation);
-    qDebug() << "系统缓存目录路径:" << cachePaths;
+    qCDebug(updateLog) << "系统缓存目录路径:" << cachePaths;
     const QString fileName = PackageFileName::fromUrl(packageUrl());
     if (PackageFileName::isPlain(fileName))
-        mSavePath = cachePaths.value(0) + QLatin1Char('/') + fileName;
+        mSavePath = cachePaths.value(0) + QLatin1Char('/') + PackageFileName::onDisk(fileName);
     removePackageFile();
     m_isStopDownload = false;
     setCurrentPage(DownloadPage);
@@ -118,7 +137,7 @@ void SvtaVersionUpdateDialog::reDownload()
     m_client.reset();
     setProgress(0);
     if (QFile::exists(mSavePath))
-        qDebug() << "mSavePath" << mSavePath;
+        qCDebug(updateLog) << "mSavePath" << mSavePath;
     removePackageFile();
     m_isStopDownload = false;
     HttpDownload();
@@ -149,7 +168,7 @@ QString SvtaVersionUpdateDialog::packageUrl() const
     return m_updateData.value(QLatin1String("downLoadUrl")).toString();
 }
 
-/// Every download starts from an empty file.
+/// Every download starts without an earlier file.
 void SvtaVersionUpdateDialog::removePackageFile() const
 {
     if (!mSavePath.isEmpty())
@@ -158,36 +177,39 @@ void SvtaVersionUpdateDialog::removePackageFile() const
 
 void SvtaVersionUpdateDialog::HttpDownload()
 {
-    // A name that leads anywhere but into the cache directory is not the service's to choose. No
-    // name at all leaves the path as it was.
+    // The service must not choose a file outside of the cache directory. An empty name leaves the
+    // path unchanged.
     const QString fileName = PackageFileName::fromUrl(packageUrl());
     if (!fileName.isEmpty() && !PackageFileName::isPlain(fileName)) {
-        qWarning() << "refused file name of a package:" << fileName;
+        qCWarning(updateLog) << "refused file name of a package:" << fileName;
         emit sigDownloadFailed();
         return;
     }
-    if (!mSavePath.isEmpty())
+    if (!mSavePath.isEmpty()) {
         QDir().mkpath(QFileInfo(mSavePath).path());
+        PackageFiles::add(mSavePath);
+    }
 
     m_client = std::make_unique<Brivane::CHttpClient>();
     m_client->setExtraCaFile(UpdateCheck::caFile().toStdString());
     m_request = std::make_shared<Brivane::STHTTPDownloadRequest>();
     m_request->url = packageUrl().toStdString();
     m_request->savePath = mSavePath.toStdString();
-    qDebug() << mSavePath;
-    m_request->onResponse = [this](const std::string& text) {
-        qDebug() << QString::fromStdString(text);
+    qCDebug(updateLog) << mSavePath;
+    m_request->onResponse = [this, path = mSavePath](const std::string& text) {
+        qCDebug(updateLog) << QString::fromStdString(text);
+        m_downloadedBytes = QFileInfo(path).size();
         emit sigDownloadSuccessed();
     };
     m_request->onError = [this](int code, const std::string& message) {
-        qDebug() << code << QString::fromStdString(message);
+        qCDebug(updateLog) << code << QString::fromStdString(message);
         if (code == Brivane::Cancelled)
             emit sigSetProgress(0);
         else
             emit sigDownloadFailed();
     };
     m_request->onProgress = [this](int percent) {
-        qDebug() << percent;
+        qCDebug(updateLog) << percent;
         emit sigSetProgress(percent);
     };
     std::shared_ptr<Brivane::STHTTPRequest> request = m_request;

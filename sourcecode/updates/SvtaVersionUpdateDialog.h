@@ -2,6 +2,7 @@
 
 #include "SvtaBaseDialog.h"
 
+#include <atomic>
 #include <memory>
 #include <QJsonObject>
 #include <QString>
@@ -15,12 +16,12 @@ namespace Ui {
 class SvtaVersionUpdateDialog;
 }
 
-/// Shows what an update brings and downloads its package into the user's cache directory. One
-/// dialog lives for the whole run and is used for every update; what becomes of a package is its
-/// owner's decision.
+/// Shows the details of an update and downloads its package into the user's cache directory. There
+/// is one dialog for the whole run of the program, used for every update. Its owner decides what to
+/// do with a downloaded package.
 ///
-/// GUI thread; sigDownloadFailed(), sigSetProgress() and sigDownloadSuccessed() come from the
-/// networking library's.
+/// GUI thread. sigDownloadFailed(), sigSetProgress() and sigDownloadSuccessed() are emitted on the
+/// networking library's thread.
 class SvtaVersionUpdateDialog : public SvtaBaseDialog
 {
     Q_OBJECT
@@ -28,17 +29,19 @@ class SvtaVersionUpdateDialog : public SvtaBaseDialog
 public:
     enum Status { Success = 0, Downloading = 1, Failed = 2 };
     enum Page { DownloadPage = 0, OfferPage = 1 };
+    /// A label that shows a megabyte of text blocks the window for seconds.
+    static constexpr int kMaxDetailsBytes = 64 * 1024;
 
     explicit SvtaVersionUpdateDialog(QWidget* parent = nullptr);
     ~SvtaVersionUpdateDialog() override;
 
-    /// Shows an offer.
+    /// Shows an offer. Of its details, at most the first kMaxDetailsBytes of UTF-8 are shown.
     /// @param updateData the service's answer
-    /// @param force "Y" leaves the user no choice but to update
+    /// @param force "Y": the dialog offers only to update, not to cancel
     void setUpdateData(const QJsonObject& updateData, const QString& title, const QString& force);
-    /// Shows or hides the button that asks to leave a forced update.
+    /// Shows or hides the close button of a forced update, which asks whether to end the program.
     void setCloseVisible(bool visible);
-    /// The text beside the progress; empty for a value that is no Status.
+    /// Sets the text beside the progress; it is empty when @p status is not a Status.
     void setStatus(int status);
     /// @param percent 0 to 100
     void setProgress(int percent);
@@ -46,12 +49,15 @@ public:
     void setCurrentPage(int page);
     /// Full path of the package file.
     [[nodiscard]] QString savePath() const { return mSavePath; }
-    /// Whether the user stopped the download; what it still brings is not to be installed.
+    /// Size of the package file when its download ended.
+    [[nodiscard]] qint64 downloadedBytes() const { return m_downloadedBytes; }
+    /// Whether the user stopped the download. A package that still arrives must not be installed.
     [[nodiscard]] bool isStopDownload() const { return m_isStopDownload; }
     /// Starts the download again, from the beginning.
     void reDownload();
 
-    /// The window manager's way to close it: the choice that the page's "Cancel" stands for.
+    /// Called when the window manager closes the dialog: does the same as the page's "Cancel"
+    /// button.
     void reject() override;
 
 public slots:
@@ -73,10 +79,11 @@ private:
     std::unique_ptr<Ui::SvtaVersionUpdateDialog> ui;
     QJsonObject m_updateData;
     QString mSavePath;
+    std::atomic<qint64> m_downloadedBytes{0}; ///< set on the networking library's thread
     int m_status = Success;
     bool m_forced = false;
     bool m_isStopDownload = false;
     std::shared_ptr<Brivane::STHTTPDownloadRequest> m_request; ///< null before the first download
-    /// Gone before the request and the signals that its callbacks use.
+    /// Destroyed before the request, because its callbacks use it.
     std::unique_ptr<Brivane::CHttpClient> m_client;
 };

@@ -1,9 +1,9 @@
 #include "UpdateCheck.h"
 
+#include "LogCategories.h"
 #include "Vendor.h"
 
 #include <QCoreApplication>
-#include <QDebug>
 #include <QDir>
 #include <QJsonDocument>
 #include <QUrl>
@@ -53,10 +53,10 @@ QJsonObject UpdateCheck::getJsonObjectFromString(const QString& answer)
 {
     const QJsonDocument document = QJsonDocument::fromJson(answer.toLocal8Bit());
     if (document.isNull())
-        qDebug() << "===> please check the string " << answer;
+        qCDebug(updateLog) << "===> please check the string " << answer;
     QJsonObject object = document.object();
-    qDebug() << object;
-    qDebug() << object.value(QLatin1String("details")).toString();
+    qCDebug(updateLog) << object;
+    qCDebug(updateLog) << object.value(QLatin1String("details")).toString();
     return object;
 }
 

@@ -4,21 +4,21 @@
 #include <QString>
 #include <string>
 
-/// The conversation with the update service: where it is, what it is asked, how its answer is
-/// understood. Callable on any thread.
+/// The protocol of the update service: its address, the bodies of requests, and the meaning of
+/// answers. Can be called on any thread.
 namespace UpdateCheck {
 
-/// Whether this build knows a service to ask; without one, no request is made.
+/// Whether this build has an update service; without one, no request is sent.
 [[nodiscard]] bool isConfigured();
 
-/// Address that the checks are posted to.
+/// Address to which a check is sent with POST.
 [[nodiscard]] std::string url();
 
 /// Path of the file with additional certificate authorities; empty for none.
 [[nodiscard]] QString caFile();
 
-/// Body of a check, UTF-8. The service's own form, which is not quite JSON: texts stand in it as
-/// they are, and a comma follows the last member.
+/// Body of a check, UTF-8, in the form that the service expects. It is not valid JSON: texts are
+/// inserted without escapes, and a comma follows the last member.
 /// @param terminalType model of a camera
 [[nodiscard]] std::string body(const QString& terminalType, const QString& version);
 
@@ -28,8 +28,8 @@ namespace UpdateCheck {
 /// The object in an answer of the service; empty when the answer is not a JSON object.
 [[nodiscard]] QJsonObject getJsonObjectFromString(const QString& answer);
 
-/// Whether an answer offers something. Only a plain "false" says no: a service that says anything
-/// else means to be heard.
+/// Whether an answer is an offer. Only "needUpgrade": false means that there is none; an answer
+/// without this member, or with another value, counts as an offer.
 [[nodiscard]] bool offersUpdate(const QJsonObject& answer);
 
 } // namespace UpdateCheck

@@ -1,6 +1,6 @@
 #pragma once
 
-/// What whoever ships a build says about itself and its services; set through CMake (see the
+/// Texts and addresses of the vendor of this build. They are set by CMake variables (see the
 /// README). Texts are UTF-8.
 namespace Vendor {
 
@@ -12,10 +12,10 @@ namespace Vendor {
 /// Base address of the update service, without a slash at its end. An empty one, or one under the
 /// reserved domain ".invalid", means that there is none.
 [[nodiscard]] const char* updateBaseUrl();
-/// A PEM file with certificate authorities that the update service may be certified by besides
-/// those of the system; empty for none. A relative path begins at the program's folder.
+/// A PEM file with certificate authorities that are trusted for the update service in addition to
+/// the system's; empty for none. A relative path is relative to the program's folder.
 [[nodiscard]] const char* updateCaFile();
-/// Whether the program looks for a newer version of itself. Not where a package manager does.
+/// Whether the program asks for newer versions of itself; false where a package manager updates it.
 [[nodiscard]] bool checksForApplicationUpdate();
 
 } // namespace Vendor

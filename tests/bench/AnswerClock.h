@@ -2,8 +2,8 @@
 
 #include <chrono>
 
-/// When the camera's last answer came. Stands before hidapi's hid_read_timeout() for the whole
-/// program, so that an exchange is timed to the same point whoever makes it.
+/// The time of the camera's last answer. Wraps hidapi's hid_read_timeout() for the whole program,
+/// so that every exchange is timed to the same point.
 namespace AnswerClock {
 
 using Clock = std::chrono::steady_clock;

@@ -13,7 +13,7 @@ constexpr int kRepetitions = 15;
 constexpr int kHeader = 12;
 constexpr int kWholeFrame = 1022;
 
-/// The device's rule as it is told: eight shifts for every byte.
+/// The device's rule as it is documented: eight shifts for every byte.
 std::uint16_t bitByBit(const std::uint8_t* data, std::size_t size)
 {
     std::uint16_t value = 0xFFFF;

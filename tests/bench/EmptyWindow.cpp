@@ -1,7 +1,7 @@
 #include <QApplication>
 #include <QWidget>
 
-/// The least that a program with a window of this toolkit does.
+/// The minimum of a program with a window of this toolkit.
 int main(int argc, char** argv)
 {
     const QApplication application(argc, argv);

@@ -1,6 +1,6 @@
-#include "BenchCamera.h"
-#include "HidCommands.h"
+#include "DeviceSettings.h"
 #include "HidFrame.h"
+#include "MeasuredCamera.h"
 #include "RatioTable.h"
 #include "UVCHid.h"
 
@@ -27,9 +27,9 @@ void logToNowhere(QtMsgType, const QMessageLogContext&, const QString&) {}
     std::exit(2);
 }
 
-/// The median of some exchanges. Each waits until the camera has seen the handle of the one before
-/// go, so that none of them pays for that.
-double secondsOf(BenchCamera& camera, const std::function<void()>& exchange)
+/// The median of some exchanges. Each waits until the camera has noticed that the handle of the
+/// previous one is closed, so that this time is not counted.
+double secondsOf(MeasuredCamera& camera, const std::function<void()>& exchange)
 {
     using Clock = std::chrono::steady_clock;
     std::vector<double> samples;
@@ -43,7 +43,7 @@ double secondsOf(BenchCamera& camera, const std::function<void()>& exchange)
     return RatioTable::median(samples);
 }
 
-/// What no program that opens the camera for every command can do without.
+/// The minimum for a program that opens the camera for every command.
 void bareExchange(const QByteArray& path, const HidFrame::Buffer& request)
 {
     HidFrame::Buffer answer{};
@@ -59,13 +59,13 @@ void bareExchange(const QByteArray& path, const HidFrame::Buffer& request)
 int main()
 {
     qInstallMessageHandler(logToNowhere);
-    BenchCamera camera("exchange");
+    MeasuredCamera camera("exchange");
     UVCHid hid;
     if (!hid.createHandleWithPath(camera.hidPath()))
         fail("the camera does not open");
     const QByteArray path = camera.hidPath().toUtf8();
-    const HidFrame::Buffer request =
-        HidFrame::packRequest(HidCommands::ReadCameraView, HidFrame::ReadOrFinal, {}, 0);
+    const HidFrame::Buffer request = HidFrame::packRequest(
+        DeviceSettings::row(DeviceSetting::CameraView).readCode, HidFrame::ReadOrFinal, {}, 0);
 
     RatioTable table;
     table.compare(
@@ -73,7 +73,9 @@ int main()
         [&] { return secondsOf(camera, [&] { bareExchange(path, request); }); },
         [&] {
             return secondsOf(camera, [&hid] {
-                if (hid.readInfoFromDevice(HidCommands::ReadCameraView) != QLatin1String("120"))
+                if (hid.readInfoFromDevice(
+                        DeviceSettings::row(DeviceSetting::CameraView).readCode) !=
+                    QLatin1String("120"))
                     fail("the camera does not answer");
             });
         },

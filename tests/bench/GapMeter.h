@@ -4,7 +4,7 @@
 #include <QTimer>
 #include <QWidget>
 
-/// A small window that wants to be painted every millisecond, and how long it had to wait for it.
+/// A small window that requests a repaint every millisecond and measures how long it waits for it.
 class GapMeter : public QWidget
 {
     Q_OBJECT
@@ -13,7 +13,7 @@ public:
     explicit GapMeter(QWidget* parent = nullptr);
 
     void start();
-    /// The largest time since start() between two turns of the event loop or two paintings, in
+    /// The largest time since start() between two passes of the event loop or two repaints, in
     /// seconds.
     [[nodiscard]] double largestGap() const;
 

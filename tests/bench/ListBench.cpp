@@ -1,5 +1,5 @@
-#include "BenchCamera.h"
 #include "DeviceHomePage.h"
+#include "MeasuredCamera.h"
 #include "RatioTable.h"
 #include "UVCCamera.h"
 
@@ -11,7 +11,7 @@
 namespace {
 
 constexpr int kRounds = 7;
-/// The list waits so long before it looks; it is not the list's own time.
+/// The list waits this long before it enumerates; not counted.
 constexpr double kPauseSeconds = 0.5;
 
 void logToNowhere(QtMsgType, const QMessageLogContext&, const QString&) {}
@@ -47,11 +47,11 @@ int main(int argc, char** argv)
     page.show();
 
     RatioTable table;
-    std::vector<std::unique_ptr<BenchCamera>> cameras;
+    std::vector<std::unique_ptr<MeasuredCamera>> cameras;
     for (const int count : {1, 4, 8}) {
         while (static_cast<int>(cameras.size()) < count)
             cameras.push_back(
-                std::make_unique<BenchCamera>("list" + std::to_string(cameras.size())));
+                std::make_unique<MeasuredCamera>("list" + std::to_string(cameras.size())));
         const std::string what = std::to_string(count) + (count == 1 ? " camera" : " cameras");
         table.addFigure("list rebuilt with " + what + ", over the pause of 500 ms",
                         RatioTable::kMilliseconds, rebuildSeconds(page, count));

@@ -16,7 +16,7 @@ public:
     /// Seconds of one iteration of the benchmark with this name; 0 when it did not run.
     [[nodiscard]] double seconds(const std::string& name) const;
 
-    /// Runs all registered benchmarks, their repetitions in turn with each other.
+    /// Runs all registered benchmarks; their repetitions alternate.
     /// @return false when the arguments are not understood
     bool run(int repetitions);
 

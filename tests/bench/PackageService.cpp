@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int kPatienceMs = 60000;
+constexpr int kStartTimeoutMs = 60000;
 
 [[noreturn]] void fail(const char* what)
 {
@@ -26,7 +26,7 @@ PackageService::PackageService(const QString& directory, qint64 packageBytes)
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_process.start(QCoreApplication::applicationDirPath() + "/updateservice",
                     {"--certificates", directory, "--package", package.fileName()});
-    if (!m_process.waitForReadyRead(kPatienceMs))
+    if (!m_process.waitForReadyRead(kStartTimeoutMs))
         fail("the service does not start");
     m_port = m_process.readLine().trimmed().split(' ').last();
 }

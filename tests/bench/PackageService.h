@@ -3,11 +3,12 @@
 #include <QProcess>
 #include <QString>
 
-/// The update service as a process of its own, with one package of zeros.
+/// The update service in its own process, with one package of zeros.
 class PackageService
 {
 public:
-    /// Keeps package and certificates in @p directory. Ends the process when it does not start.
+    /// Keeps package and certificates in @p directory. When the service does not start, it ends the
+    /// calling process.
     PackageService(const QString& directory, qint64 packageBytes);
     ~PackageService();
     PackageService(const PackageService&) = delete;

@@ -1,4 +1,4 @@
-#include "BenchCamera.h"
+#include "MeasuredCamera.h"
 #include "RatioTable.h"
 #include "UVCCamera.h"
 
@@ -28,7 +28,7 @@ constexpr const char* kShowOption = "--show";
 
 void logToNowhere(QtMsgType, const QMessageLogContext&, const QString&) {}
 
-/// The program's preview, alone in a process: shows the first camera until it is killed.
+/// The program's preview in a separate process: shows the first camera until it is killed.
 int showPreview(int argc, char** argv)
 {
     qInstallMessageHandler(logToNowhere);
@@ -56,8 +56,8 @@ double processorSeconds(qint64 process)
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
 
-/// Processor seconds per frame of a program that shows the camera, once it has settled.
-double secondsPerFrame(BenchCamera& camera, const QString& program, const QStringList& arguments)
+/// Processor seconds per frame of a program that shows the camera, after a settling time.
+double secondsPerFrame(MeasuredCamera& camera, const QString& program, const QStringList& arguments)
 {
     const std::uint64_t before = camera.frames();
     QProcess process;
@@ -84,13 +84,12 @@ double secondsPerFrame(BenchCamera& camera, const QString& program, const QStrin
 
 struct Pipeline
 {
-    const char* caps;
+    const char* caps = nullptr;
     QStringList decoder;
     QStringList scalerOptions;
 };
 
-/// The same road to the screen as the program's: scaled before it is converted, in the size of the
-/// window.
+/// The same processing as the program's: scaled to the size of the window before it is converted.
 QStringList launchArguments(const QString& node, const Pipeline& pipeline)
 {
     const QStringList source{"-q", "v4l2src", "device=" + node, "!", pipeline.caps, "!"};
@@ -108,7 +107,7 @@ void comparePreview(RatioTable& table, const std::string& what, const char* mode
                     const Pipeline& pipeline, std::optional<double> limit)
 {
     static int count = 0;
-    BenchCamera camera("preview" + std::to_string(++count), {{"modes", modes}});
+    MeasuredCamera camera("preview" + std::to_string(++count), {{"modes", modes}});
     const QStringList arguments = launchArguments(camera.videoNode(), pipeline);
     table.compare(
         "preview of 1920 x 1080 " + what, RatioTable::kMilliseconds,

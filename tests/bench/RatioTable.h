@@ -5,28 +5,28 @@
 #include <string>
 #include <vector>
 
-/// What a benchmark found, as rows of a Markdown table on standard output, and its verdict.
+/// The results of a benchmark, as rows of a Markdown table on standard output, and its exit status.
 ///
-/// Every figure is judged against a baseline that was measured in turn with it, in the same
-/// process run: a slow or busy machine slows both.
+/// Every figure is compared with a baseline that was measured alternately with it in the same
+/// process: a slow or busy machine slows both.
 class RatioTable
 {
 public:
     struct Unit
     {
         const char* name;
-        double perSecond; ///< how many of it a second has
+        double perSecond; ///< how many of the unit are in a second
         int digits;
     };
     static constexpr Unit kNanoseconds{"ns", 1e9, 0};
     static constexpr Unit kMicroseconds{"µs", 1e6, 0};
     static constexpr Unit kMilliseconds{"ms", 1e3, 2};
 
-    using Measure = std::function<double()>; ///< seconds of one round
+    using Measure = std::function<double()>; ///< returns the seconds of one round
 
-    /// Measures both in turn for @p rounds rounds and takes the best of each, which is what least
-    /// was in the way of. Beyond the limit it goes on for up to twice as many rounds more before
-    /// it says so. Without a limit it only reports.
+    /// Measures both alternately for @p rounds rounds and takes the best of each, which is
+    /// disturbed least. While the limit is exceeded it measures up to twice as many more rounds.
+    /// Without a limit it only reports.
     void compare(const std::string& what, const Unit& unit, const Measure& baseline,
                  const Measure& measured, int rounds, std::optional<double> limit);
 

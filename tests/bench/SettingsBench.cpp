@@ -1,5 +1,6 @@
 #include "AnswerClock.h"
 #include "CameraDesk.h"
+#include "DeviceSettings.h"
 #include "HidCommands.h"
 #include "HidFrame.h"
 #include "PendingTimers.h"
@@ -27,7 +28,8 @@ constexpr int kRounds = 12;
 constexpr int kClicks = 20;
 constexpr int kOpenings = 5;
 constexpr int kTimeoutMs = 3000;
-constexpr double kPreviewDelaySeconds = 0.1; // before the page starts its preview; not its own time
+constexpr double kPreviewDelaySeconds =
+    0.1; // the page starts its preview after this delay; not counted
 constexpr unsigned long kRestMs = 4;
 constexpr unsigned long kPaintMs = 12; // until the compositor has shown what was painted
 constexpr int kFramingDelayMs = 10;
@@ -35,7 +37,7 @@ constexpr int kFramingOffDelayMs = 100;
 constexpr int kIdleMs = 4000;
 constexpr int kSettleMs = 1500;
 constexpr const char* kOnlyThePersistentHandle = "hid=1";
-// Whose buttons send before they are painted.
+// Controls that send before they are painted.
 const QLatin1String kSubModes("autoFramingExpandWidget");
 
 constexpr RatioTable::Unit kShare{"%", 100.0, 2};
@@ -70,32 +72,35 @@ double secondsOf(const std::function<void()>& operation)
     return secondsBetween(start, Clock::now());
 }
 
-/// What is sent to the camera for one click, in its order.
+/// The commands that one click sends, in order.
 struct Step
 {
     enum Kind { Read, Write, Link };
 
     Kind kind;
     std::uint16_t command = 0;
-    std::array<std::uint8_t, 2> values{}; ///< to write, in turns
+    std::array<std::uint8_t, 2> values{}; ///< written alternately
 };
 
-/// A search for the camera's interface and a link to it, as before its stream is asked for.
+/// Searches for the camera's interface and links to it, as the page does before it reads the
+/// stream.
 constexpr Step kLink{Step::Link};
 
-constexpr Step read(std::uint16_t command)
+constexpr Step kReadStream{Step::Read, HidCommands::VideoFormat};
+
+Step read(DeviceSetting setting)
 {
-    return {Step::Read, command};
+    return {Step::Read, DeviceSettings::row(setting).readCode};
 }
 
-constexpr Step write(std::uint16_t command, std::uint8_t value, std::uint8_t inTurns)
+Step write(DeviceSetting setting, std::uint8_t value, std::uint8_t inTurns)
 {
-    return {Step::Write, command, {value, inTurns}};
+    return {Step::Write, DeviceSettings::row(setting).writeCode(), {value, inTurns}};
 }
 
-constexpr Step write(std::uint16_t command, std::uint8_t value)
+Step write(DeviceSetting setting, std::uint8_t value)
 {
-    return write(command, value, value);
+    return write(setting, value, value);
 }
 
 using Steps = std::vector<Step>;
@@ -103,13 +108,13 @@ using Steps = std::vector<Step>;
 /// Where the measurement of a click ends.
 enum class Until {
     Answer,   ///< when the camera has acknowledged the last write
-    Returned, ///< when the program has done all; picture controls are not acknowledged
+    Returned, ///< when the program has finished; picture controls are not acknowledged
 };
 
 /// Whose exchange is timed.
 enum class Way { Bare, Program };
 
-/// Does something when a widget is about to be given the release of the mouse button.
+/// Calls a function just before a widget receives the release of the mouse button.
 class ReleaseFilter : public QObject
 {
 public:
@@ -131,7 +136,7 @@ private:
     std::function<void()> m_action;
 };
 
-/// The settings page of one camera, and what is measured on it.
+/// The settings page of one camera, and its measurements.
 class SettingsBench
 {
 public:
@@ -139,7 +144,7 @@ public:
 
     void clicks(RatioTable& table);
     void openings(RatioTable& table);
-    /// @return false when the page paints although nothing changes
+    /// @return false when the page repaints although nothing changes
     [[nodiscard]] bool idle(RatioTable& table);
     void closePreview();
 
@@ -164,16 +169,16 @@ private:
     int m_turn = 0;
 };
 
-/// Every measurement begins after the same rest, and when the camera has seen the handle of the
-/// exchange before go.
+/// Every measurement begins after the same pause, when the camera has noticed that the handle of
+/// the previous exchange is closed.
 void SettingsBench::rest()
 {
     require(m_camera.waitFor(kOnlyThePersistentHandle), "a handle is left open");
     QThread::msleep(kRestMs);
 }
 
-/// What no program that opens the camera for every command can do without: the same commands, to
-/// the last answer.
+/// The minimum for a program that opens the camera for every command: the same commands, up to the
+/// last answer.
 double SettingsBench::bareSeconds(const Steps& steps)
 {
     const QByteArray path = m_camera.hidPath().toUtf8();
@@ -203,10 +208,10 @@ double SettingsBench::bareSeconds(const Steps& steps)
     return secondsBetween(start, AnswerClock::last());
 }
 
-/// One click on a control of the page, timed from when the control has it: a widget with its event,
-/// a button when it signals it, which it does after it was painted. The painting, and the server's
-/// and the compositor's work on it, is not the program's. A bare exchange is made and timed at the
-/// same moment, before the program's: caches and processors are then in the same state for both.
+/// One click on a control of the page. The time starts when a widget receives the event, or when a
+/// button emits its signal, which it does after it was painted: the painting and the work of server
+/// and compositor are not counted. A bare exchange is timed at the same moment, before that of the
+/// program, so that caches and processors are in the same state for both.
 double SettingsBench::secondsOfClick(QWidget* widget, Way way, const Steps& steps, Until until)
 {
     const QPoint position(qobject_cast<QRadioButton*>(widget) ? 8 : widget->width() / 2,
@@ -242,7 +247,7 @@ double SettingsBench::secondsOfClick(QWidget* widget, Way way, const Steps& step
     return way == Way::Bare ? bare : secondsBetween(taken, end);
 }
 
-/// A press is all that a slider needs.
+/// A slider acts on the press alone.
 double SettingsBench::sliderSeconds(const char* name)
 {
     QWidget* slider = m_desk.find(name);
@@ -263,6 +268,7 @@ void SettingsBench::compare(RatioTable& table, const std::string& what, const St
 {
     const auto median = [&](Way way) {
         std::vector<double> samples;
+        samples.reserve(kClicks);
         for (int i = 0; i < kClicks; ++i)
             samples.push_back(secondsOfClick(m_desk.find(target()), way, steps, until));
         return RatioTable::median(samples);
@@ -272,7 +278,7 @@ void SettingsBench::compare(RatioTable& table, const std::string& what, const St
         [&] { return median(Way::Program); }, kRounds, kLimit);
 }
 
-/// Switches the intelligent features off and on, and compares one of the two.
+/// Switches the intelligent features off and on, and compares one of the two steps.
 void SettingsBench::compareSwitch(RatioTable& table, const std::string& what, const Steps& steps,
                                   bool on)
 {
@@ -296,16 +302,15 @@ void SettingsBench::compareSwitch(RatioTable& table, const std::string& what, co
 
 void SettingsBench::clicks(RatioTable& table)
 {
-    using namespace HidCommands;
     const auto either = [this](const char* first, const char* second) {
         return [this, first, second] { return m_turn % 2 == 0 ? first : second; };
     };
     const auto always = [](const char* name) { return [name] { return name; }; };
-    const Steps mirror{write(WriteHorizontalMirror, 0, 1)};
+    const Steps mirror{write(DeviceSetting::HorizontalMirror, 0, 1)};
     compare(table, "mirror, to a bare exchange", mirror, always("btnHorizontalMirror"));
-    compare(table, "sensitivity, to a bare exchange", {write(WritePickupSensitivity, 30, 80)},
-            either("btnLow", "btnHeigh"));
-    compare(table, "field of view, to a bare exchange", {write(WriteCameraView, 90, 120)},
+    compare(table, "sensitivity, to a bare exchange",
+            {write(DeviceSetting::PickupSensitivity, 30, 80)}, either("btnLow", "btnHeigh"));
+    compare(table, "field of view, to a bare exchange", {write(DeviceSetting::CameraView, 90, 120)},
             either("btn90", "btn120"));
     compare(table, "preset, to a bare exchange", mirror, either("btnBrightMode", "btnVividMode"),
             Until::Returned);
@@ -316,25 +321,27 @@ void SettingsBench::clicks(RatioTable& table)
             [&] { return bareSeconds(mirror); }, [this, name] { return sliderSeconds(name); },
             kRounds, kLimit);
 
-    // The times that the program lets pass on purpose, 10 and 100 ms, are cut short.
+    // The program's intended delays, 10 and 100 ms, are skipped.
     require(m_desk.switchIntelligent() && m_desk.settle(), "the intelligent features stay off");
-    compare(table, "sub-mode, to a bare exchange", {write(WriteAutoFrameMode, 0, 1)},
+    compare(table, "sub-mode, to a bare exchange", {write(DeviceSetting::AutoFrameMode, 0, 1)},
             either("rbtnDivisionMaster", "rbtnPersonalTrack"));
     compare(table, "automatic framing without its 10 ms, to three bare exchanges",
-            {write(WriteFrameMaster, 0), write(WriteAutoFrameSwitch, 1), read(ReadAutoFrameMode)},
+            {write(DeviceSetting::FrameMaster, 0), write(DeviceSetting::AutoFrameSwitch, 1),
+             read(DeviceSetting::AutoFrameMode)},
             always("rbtnAutoFraming"));
     compare(table, "frame master without its 10 ms, to two bare exchanges",
-            {write(WriteAutoFrameSwitch, 0), write(WriteFrameMaster, 1)},
+            {write(DeviceSetting::AutoFrameSwitch, 0), write(DeviceSetting::FrameMaster, 1)},
             always("rbtnFrameMaster"));
     require(m_desk.choose("rbtnAutoFraming"), "no automatic framing");
     m_desk.unlockIntelligent();
-    compareSwitch(
-        table, "intelligent off without its 100 ms, to three bare exchanges",
-        {read(ReadAutoFrameSwitch), read(ReadFrameMaster), write(WriteAutoFrameSwitch, 0)}, false);
+    compareSwitch(table, "intelligent off without its 100 ms, to three bare exchanges",
+                  {read(DeviceSetting::AutoFrameSwitch), read(DeviceSetting::FrameMaster),
+                   write(DeviceSetting::AutoFrameSwitch, 0)},
+                  false);
     compareSwitch(table, "intelligent on without its 10 ms, to six bare exchanges and a search",
-                  {write(WriteCameraView, 120), read(ReadAutoFrameMode), kLink, read(VideoFormat),
-                   write(WriteFrameMaster, 0), write(WriteAutoFrameSwitch, 1),
-                   read(ReadAutoFrameMode)},
+                  {write(DeviceSetting::CameraView, 120), read(DeviceSetting::AutoFrameMode), kLink,
+                   kReadStream, write(DeviceSetting::FrameMaster, 0),
+                   write(DeviceSetting::AutoFrameSwitch, 1), read(DeviceSetting::AutoFrameMode)},
                   true);
 }
 
@@ -347,7 +354,7 @@ void SettingsBench::openings(RatioTable& table)
         const std::uint64_t frames = m_camera.stats().frames;
         samples.push_back(secondsOf([&] {
             require(m_desk.clickCard(m_camera), "no card");
-            // The first picture is waited for before the values are read.
+            // The page waits for the first picture before it reads the values.
             while (PendingTimers::count(100) > 0)
                 QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
             require(m_camera.waitFor("frames>=" + std::to_string(frames + 1)), "no picture");

@@ -13,13 +13,13 @@ namespace {
 
 constexpr double kLimit = 3.0;
 constexpr int kRounds = 8;
-constexpr std::chrono::seconds kPatience{30};
+constexpr std::chrono::milliseconds kTimeoutMs{30000};
 constexpr int kSmallestWindow = 100;
 
 template <typename T>
 using XcbReply = std::unique_ptr<T, decltype(&std::free)>;
 
-/// Sees what appears on a screen without a window manager.
+/// Detects windows on a screen without a window manager.
 class ScreenWatch
 {
 public:
@@ -96,7 +96,7 @@ double secondsToFirstPicture(const ScreenWatch& screen, const QString& program)
     const Clock::time_point start = Clock::now();
     process.start(program, QStringList());
     while (!screen.showsPaintedWindow()) {
-        if (Clock::now() - start > kPatience) {
+        if (Clock::now() - start > kTimeoutMs) {
             std::fprintf(stderr, "%s shows no window\n", qPrintable(program));
             std::exit(2);
         }

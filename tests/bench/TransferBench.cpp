@@ -1,10 +1,10 @@
-#include "BenchCamera.h"
-#include "FirmwareTransfer.h"
+#include "FirmwareWorker.h"
 #include "GapMeter.h"
 #include "HidCommands.h"
 #include "HidFrame.h"
 #include "LoadingDialog.h"
 #include "LogFile.h"
+#include "MeasuredCamera.h"
 #include "PackageService.h"
 #include "RatioTable.h"
 #include "SvtaVersionUpdateDialog.h"
@@ -52,10 +52,10 @@ double secondsSince(Clock::time_point start)
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-/// Exchanges of packets that nothing but hidapi has a part in.
-/// @param pause before each
+/// Exchanges packets through hidapi alone.
+/// @param pause waiting time before each packet
 /// @return the time of each with its pause, in seconds
-std::vector<double> bareExchanges(BenchCamera& camera, std::uint32_t count,
+std::vector<double> bareExchanges(MeasuredCamera& camera, std::uint32_t count,
                                   std::chrono::milliseconds pause)
 {
     hid_device* device = hid_open_path(camera.hidPath().toUtf8().constData());
@@ -83,8 +83,8 @@ std::vector<double> bareExchanges(BenchCamera& camera, std::uint32_t count,
     return samples;
 }
 
-/// What a transfer cannot do without, in seconds: its pauses, and exchanges at their best.
-double floorOf(BenchCamera& camera)
+/// The minimum time of a transfer in seconds: its pauses, and the fastest exchanges.
+double floorOf(MeasuredCamera& camera)
 {
     const auto exchanges = bareExchanges(camera, kBareExchanges, std::chrono::milliseconds(0));
     return kPackets * (kPause + RatioTable::median(exchanges));
@@ -92,15 +92,15 @@ double floorOf(BenchCamera& camera)
 
 /// Writes the image as the program does, under its loading dialog.
 /// @return seconds
-double transfer(BenchCamera& camera, const QString& file, GapMeter& gaps)
+double transfer(MeasuredCamera& camera, const QString& file, GapMeter& gaps)
 {
-    FirmwareTransfer transfer;
+    FirmwareWorker transfer;
     LoadingDialog loading;
     loading.show();
     QApplication::processEvents();
     QEventLoop loop;
     bool sent = false;
-    QObject::connect(&transfer, &FirmwareTransfer::finished, &loop, [&](bool success) {
+    QObject::connect(&transfer, &FirmwareWorker::finished, &loop, [&](bool success) {
         sent = success;
         loop.quit();
     });
@@ -154,7 +154,7 @@ int main(int argc, char** argv)
     const QApplication application(argc, argv);
     const PackageService service(directory.path(), kPackageBytes);
     TestVendor::setUpdateCaFile(service.authorityFile());
-    // Logged like in use, where nobody reads the standard error.
+    // Logged as in normal use, where the standard error is not read.
     const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
     ::dup2(nowhere, STDERR_FILENO);
     ::close(nowhere);
@@ -163,16 +163,16 @@ int main(int argc, char** argv)
     GapMeter gaps;
     gaps.show();
     RatioTable table;
-    std::unique_ptr<BenchCamera> camera;
+    std::unique_ptr<MeasuredCamera> camera;
     double gap = 1.0;
     double floor = 0.0;
     int number = 0;
     table.compare(
         "firmware of 2 MiB written, to its pauses and bare exchanges", RatioTable::kMilliseconds,
         [&] {
-            camera = std::make_unique<BenchCamera>(
+            camera = std::make_unique<MeasuredCamera>(
                 "transfer" + std::to_string(++number),
-                BenchCamera::Client::Options{{"dropdelay", "250"}, {"returndelay", "30"}});
+                MeasuredCamera::Client::Options{{"dropdelay", "250"}, {"returndelay", "30"}});
             return floor = floorOf(*camera);
         },
         [&] {
@@ -181,7 +181,7 @@ int main(int argc, char** argv)
             return seconds;
         },
         1, kTransferLimit);
-    // How much of that the machine takes for itself, by waking late and slowly.
+    // The part of it that the machine needs, because it wakes threads late.
     const std::vector<double> bare =
         bareExchanges(*camera, kBarePackets, std::chrono::milliseconds(10));
     table.addRatio("the same pauses and exchanges without the program", RatioTable::kMilliseconds,

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int kPatienceMs = 20000;
+constexpr int kTimeoutMs = 20000;
 
 /// The list page with its hot-plug watch, as the program has them.
 class ListPage
@@ -65,7 +65,7 @@ class DeviceListTest : public QObject
 private slots:
     void initTestCase()
     {
-        // What the main window registers; both travel from the watcher's thread.
+        // The main window registers both types, because they are queued from the watcher's thread.
         qRegisterMetaType<QList<UVCDeviceInfo>>("QList<UVCDeviceInfo>");
         qRegisterMetaType<QMap<QString, HidDevices>>("QMap<QString,HidDevices>");
     }
@@ -89,10 +89,10 @@ private slots:
         ListPage page;
         QVERIFY(!page.list()->isVisible());
         auto camera = std::make_unique<PluggedCamera>();
-        QTRY_COMPARE_WITH_TIMEOUT(page.states(), QStringList{kConnected}, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(page.states(), QStringList{kConnected}, kTimeoutMs);
         QVERIFY(page.list()->isVisible());
         camera.reset();
-        QTRY_COMPARE_WITH_TIMEOUT(page.states(), QStringList(), kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(page.states(), QStringList(), kTimeoutMs);
         QVERIFY(!page.list()->isVisible());
         QVERIFY(page.page().findChild<QWidget*>("noDeviceWidget")->isVisible());
         QTest::qWait(300);
@@ -103,7 +103,7 @@ private slots:
     {
         const ListPage page;
         PluggedCamera camera{{"probe", "1"}};
-        QTRY_COMPARE_WITH_TIMEOUT(page.states(), QStringList{kFailed}, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(page.states(), QStringList{kFailed}, kTimeoutMs);
         QVERIFY(page.cards()
                     .first()
                     ->findChild<QLabel*>("labStatus")
@@ -116,11 +116,11 @@ private slots:
         const ListPage page;
         PluggedCamera camera;
         camera.fault("open-error");
-        QTRY_COMPARE_WITH_TIMEOUT(page.states(), QStringList{kFailed}, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(page.states(), QStringList{kFailed}, kTimeoutMs);
         camera.clearFaults();
         camera.unplug();
         camera.plug();
-        QTRY_COMPARE_WITH_TIMEOUT(page.states(), QStringList{kConnected}, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(page.states(), QStringList{kConnected}, kTimeoutMs);
     }
 
     void connectedCardOpensTheSettingsAndFailedCardTheInformation()
@@ -146,7 +146,7 @@ private slots:
         const ListPage page;
         PluggedCamera stranger{{"vid", "1111"}};
         PluggedCamera camera;
-        QTRY_COMPARE_WITH_TIMEOUT(page.rebuilds(), 2, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(page.rebuilds(), 2, kTimeoutMs);
         QCOMPARE(page.cards().size(), 1);
         QCOMPARE(page.cards().first()->data().path, camera.videoPath());
     }
@@ -155,7 +155,7 @@ private slots:
     {
         const ListPage page;
         PluggedCamera camera{{"video", "0"}};
-        QTRY_COMPARE_WITH_TIMEOUT(page.rebuilds(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(page.rebuilds(), 1, kTimeoutMs);
         QCOMPARE(page.cards().size(), 0);
     }
 
@@ -174,7 +174,7 @@ private slots:
         ListPage page;
         QSignalSpy finished(&page.page(), &DeviceHomePage::sigUpdateCameraListFinished);
         PluggedCamera second;
-        QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, kTimeoutMs);
         const QList<QVariant> arrival = finished.takeFirst();
         QCOMPARE(arrival.at(0).value<QList<UVCDeviceInfo>>().size(), 2);
         QCOMPARE(arrival.at(1).value<QList<UVCDeviceInfo>>().size(), 1);
@@ -182,7 +182,7 @@ private slots:
         QCOMPARE(arrival.at(3).value<HidDeviceMap>().size(), 1);
         QCOMPARE(arrival.at(4).toInt(), 0);
         second.unplug();
-        QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, kTimeoutMs);
         QCOMPARE(finished.first().at(0).value<QList<UVCDeviceInfo>>().size(), 1);
         QCOMPARE(finished.first().at(4).toInt(), 1);
     }
@@ -192,11 +192,11 @@ private slots:
         const ListPage page;
         PluggedCamera camera;
         camera.fault("unplug-at 1");
-        QTRY_COMPARE_WITH_TIMEOUT(page.rebuilds(), 2, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(page.rebuilds(), 2, kTimeoutMs);
         QCOMPARE(page.cards().size(), 0);
         camera.clearFaults();
         camera.plug();
-        QTRY_COMPARE_WITH_TIMEOUT(page.states(), QStringList{kConnected}, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(page.states(), QStringList{kConnected}, kTimeoutMs);
     }
 };
 

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// A camera that leaves before the test ends.
+/// A camera that is unplugged before the test ends.
 std::unique_ptr<PluggedCamera> pluggedIn(std::initializer_list<PluggedCamera::Option> options)
 {
     return std::make_unique<PluggedCamera>(options);
@@ -180,7 +180,7 @@ private slots:
         PluggedCamera first;
         webcam.reset();
         PluggedCamera second;
-        // The numbers that became free make the orders of the two kinds of nodes disagree.
+        // Because of the freed numbers, the two kinds of nodes have different orders.
         QVERIFY(first.hidPath() < second.hidPath());
         QVERIFY(first.videoNode() > second.videoNode());
         QCOMPARE(videoNodes(), (QStringList{first.videoNode(), second.videoNode()}));
@@ -201,6 +201,7 @@ private slots:
     void pairingHoldsWhereTheTenthInterfaceSortsBeforeTheNinth()
     {
         std::vector<std::unique_ptr<PluggedCamera>> others;
+        others.reserve(9);
         for (int i = 0; i < 9; ++i)
             others.push_back(pluggedIn({{"vid", "1111"}, {"video", "0"}}));
         PluggedCamera ninth;

@@ -16,12 +16,12 @@ constexpr int kReadMirror = 0x5090;
 constexpr int kWriteMirror = 0x5091;
 constexpr int kStore = 0x5100;
 constexpr int kVideoFormat = 0x5020;
-/// The camera's mirror register in these tests, and what a good answer reads as.
+/// The value of the camera's mirror register in these tests, as a good answer is read.
 constexpr int kMirror = 5;
 
 constexpr qint64 kReadTimeoutMs = 3000;
 constexpr qint64 kWriteTimeoutMs = 1000;
-/// What a busy machine may add.
+/// Additional time that a busy machine may need.
 constexpr qint64 kSlackMs = 900;
 
 const QString kOpenFailed(QChar(0xFFFF));
@@ -36,7 +36,7 @@ public:
     {
         m_camera.setValue("HorizontalMirror", kMirror);
         m_hid.createHandleWithPath(m_camera.hidPath());
-        // What an old report can be a copy of.
+        // A request whose answer an old report can repeat.
         m_hid.readInfoFromDevice(0x5001);
     }
 
@@ -46,13 +46,13 @@ public:
         m_camera.fault(fault.toStdString());
         QElapsedTimer timer;
         timer.start();
-        const auto result = operation(m_hid, m_camera.hidPath().toUtf8());
+        auto result = operation(m_hid, m_camera.hidPath().toUtf8());
         m_elapsedMs = timer.elapsed();
         return result;
     }
 
     [[nodiscard]] qint64 elapsedMs() const { return m_elapsedMs; }
-    /// Nothing but the persistent handle is left open.
+    /// Whether only the persistent handle is open.
     [[nodiscard]] bool isClosed() { return m_camera.waitFor("hid=1"); }
     PluggedCamera& camera() { return m_camera; }
     UVCHid& hid() { return m_hid; }
@@ -95,28 +95,28 @@ QByteArray garbage(int size)
 
 } // namespace
 
-/// Every operation against every way in which a camera can fail to answer.
+/// Every operation with every way in which a camera can fail to answer.
 class ExchangeFaultTest : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void faultGivesTheFailureValueOfTheRead_data();
-    void faultGivesTheFailureValueOfTheRead();
-    void faultGivesTheFailureValueOfTheVideoFormat_data();
-    void faultGivesTheFailureValueOfTheVideoFormat();
-    void faultGivesTheResultOfTheWrite_data();
-    void faultGivesTheResultOfTheWrite();
-    void faultGivesTheResultOfTheProbe_data();
-    void faultGivesTheResultOfTheProbe();
-    void faultIsOverWhenTheCameraRecovers();
-    void lateAnswerIsNeverTakenForAnotherCommand();
+    void faultMakesTheReadReturnItsFailureValue_data();
+    void faultMakesTheReadReturnItsFailureValue();
+    void faultMakesTheVideoFormatReturnItsFailureValue_data();
+    void faultMakesTheVideoFormatReturnItsFailureValue();
+    void faultDeterminesTheResultOfTheWrite_data();
+    void faultDeterminesTheResultOfTheWrite();
+    void faultDeterminesTheResultOfTheProbe_data();
+    void faultDeterminesTheResultOfTheProbe();
+    void exchangesSucceedWhenTheFaultIsCleared();
+    void lateAnswerIsNeverUsedForAnotherCommand();
     void silentCameraIsLogged();
     void failedWriteIsLogged();
     void interfaceThatCannotBeOpenedIsLogged();
     void linkToAnInterfaceThatCannotBeOpenedFails();
-    void serialNumberOfGarbageIsReadToItsEndAndNotFurther();
-    void claimedLengthBeyondTheReportReadsNothingBeyondIt();
+    void garbageSerialNumberIsReadUpToItsEnd();
+    void tooLargeLengthReadsNothingBeyondTheReport();
     void cameraThatLeavesDuringAnExchangeEndsIt();
     void cameraThatLeavesDuringTheWaitEndsIt();
     void cameraThatLeftAndCameBackAnswersAgain();
@@ -151,7 +151,7 @@ constexpr qint64 kAtOnceMs = 900;
         QVERIFY((faulty).isClosed());                                                              \
     } while (false)
 
-void ExchangeFaultTest::faultGivesTheFailureValueOfTheRead_data()
+void ExchangeFaultTest::faultMakesTheReadReturnItsFailureValue_data()
 {
     addColumns();
     const QString good = QString::number(kMirror);
@@ -163,7 +163,7 @@ void ExchangeFaultTest::faultGivesTheFailureValueOfTheRead_data()
     addRow("status 1", {}, 0, kAtOnceMs);
     addRow("status 0x01000000", {}, 0, kAtOnceMs);
     addRow("short 1", {}, 0, kAtOnceMs);
-    addRow("short 5", QStringLiteral("0"), 0, kAtOnceMs); // the echo is all that has come
+    addRow("short 5", QStringLiteral("0"), 0, kAtOnceMs); // only the echo has arrived
     addRow("oversize 65535", QStringLiteral("0"), 0, kAtOnceMs);
     addRow("oversize 1011", QStringLiteral("0"), 0, kAtOnceMs);
     addRow("oversize 0", QStringLiteral("0"), 0, kAtOnceMs);
@@ -175,7 +175,7 @@ void ExchangeFaultTest::faultGivesTheFailureValueOfTheRead_data()
     addRow("open-error", kOpenFailed, 0, kAtOnceMs);
 }
 
-void ExchangeFaultTest::faultGivesTheFailureValueOfTheRead()
+void ExchangeFaultTest::faultMakesTheReadReturnItsFailureValue()
 {
     QFETCH(QString, fault);
     QFETCH(QString, value);
@@ -184,7 +184,7 @@ void ExchangeFaultTest::faultGivesTheFailureValueOfTheRead()
     VERIFY_DURATION(faulty);
 }
 
-void ExchangeFaultTest::faultGivesTheFailureValueOfTheVideoFormat_data()
+void ExchangeFaultTest::faultMakesTheVideoFormatReturnItsFailureValue_data()
 {
     addColumns();
     const QString good = QStringLiteral("real");
@@ -202,7 +202,7 @@ void ExchangeFaultTest::faultGivesTheFailureValueOfTheVideoFormat_data()
     addRow("open-error", QStringLiteral("untouched"), 0, kAtOnceMs);
 }
 
-void ExchangeFaultTest::faultGivesTheFailureValueOfTheVideoFormat()
+void ExchangeFaultTest::faultMakesTheVideoFormatReturnItsFailureValue()
 {
     QFETCH(QString, fault);
     QFETCH(QString, value);
@@ -216,7 +216,7 @@ void ExchangeFaultTest::faultGivesTheFailureValueOfTheVideoFormat()
     VERIFY_DURATION(faulty);
 }
 
-void ExchangeFaultTest::faultGivesTheResultOfTheWrite_data()
+void ExchangeFaultTest::faultDeterminesTheResultOfTheWrite_data()
 {
     addColumns();
     const QString good = QStringLiteral("0");
@@ -231,12 +231,12 @@ void ExchangeFaultTest::faultGivesTheResultOfTheWrite_data()
     addRow("oversize 65535", good, 0, kAtOnceMs);
     addRow("badcrc", good, 0, kAtOnceMs);
     addRow("stale 1", good, 0, kAtOnceMs);
-    addRow("readerror", good, 0, kAtOnceMs); // the camera has the value
+    addRow("readerror", good, 0, kAtOnceMs); // the camera has received the value
     addRow("writeerror", failed, kWriteTimeoutMs, kWriteTimeoutMs + kSlackMs);
     addRow("open-error", failed, 0, kAtOnceMs);
 }
 
-void ExchangeFaultTest::faultGivesTheResultOfTheWrite()
+void ExchangeFaultTest::faultDeterminesTheResultOfTheWrite()
 {
     QFETCH(QString, fault);
     QFETCH(QString, value);
@@ -250,7 +250,7 @@ void ExchangeFaultTest::faultGivesTheResultOfTheWrite()
     VERIFY_DURATION(faulty);
 }
 
-void ExchangeFaultTest::faultGivesTheResultOfTheProbe_data()
+void ExchangeFaultTest::faultDeterminesTheResultOfTheProbe_data()
 {
     addColumns();
     const QString good = QStringLiteral("connected");
@@ -260,7 +260,7 @@ void ExchangeFaultTest::faultGivesTheResultOfTheProbe_data()
     addRow("status 1", {}, 0, kAtOnceMs);
     addRow("short 1", {}, 0, kAtOnceMs);
     addRow("oversize 65535", good, 0, kAtOnceMs);
-    addRow("oversize 0", {}, 0, kAtOnceMs); // an answer without payload tells nothing
+    addRow("oversize 0", {}, 0, kAtOnceMs); // an answer without payload has no information
     addRow("badcrc", good, 0, kAtOnceMs);
     addRow("stale 1", {}, 0, kAtOnceMs);
     addRow("readerror", {}, 0, kAtOnceMs);
@@ -268,7 +268,7 @@ void ExchangeFaultTest::faultGivesTheResultOfTheProbe_data()
     addRow("open-error", {}, 0, kAtOnceMs);
 }
 
-void ExchangeFaultTest::faultGivesTheResultOfTheProbe()
+void ExchangeFaultTest::faultDeterminesTheResultOfTheProbe()
 {
     QFETCH(QString, fault);
     QFETCH(QString, value);
@@ -277,7 +277,7 @@ void ExchangeFaultTest::faultGivesTheResultOfTheProbe()
     VERIFY_DURATION(faulty);
 }
 
-void ExchangeFaultTest::faultIsOverWhenTheCameraRecovers()
+void ExchangeFaultTest::exchangesSucceedWhenTheFaultIsCleared()
 {
     FaultyCamera faulty;
     QCOMPARE(faulty.run(QStringLiteral("status 1 times=2"), readMirror), QString());
@@ -285,11 +285,11 @@ void ExchangeFaultTest::faultIsOverWhenTheCameraRecovers()
     QCOMPARE(faulty.hid().readInfoFromDevice(kReadMirror), QString::number(kMirror));
 }
 
-void ExchangeFaultTest::lateAnswerIsNeverTakenForAnotherCommand()
+void ExchangeFaultTest::lateAnswerIsNeverUsedForAnotherCommand()
 {
     FaultyCamera faulty;
     faulty.camera().setValue("CameraView", 90);
-    // The answer to the write comes while the read behind it waits for its own.
+    // The answer to the write arrives while the following read waits for its own.
     QCOMPARE(faulty.run(QStringLiteral("late 1300 cmd=0x5091"), writeMirror), -1);
     faulty.camera().fault("late 600");
     QCOMPARE(faulty.hid().readInfoFromDevice(0x50A0), QString());
@@ -341,7 +341,7 @@ void ExchangeFaultTest::linkToAnInterfaceThatCannotBeOpenedFails()
     QVERIFY(camera.isReleased());
 }
 
-void ExchangeFaultTest::serialNumberOfGarbageIsReadToItsEndAndNotFurther()
+void ExchangeFaultTest::garbageSerialNumberIsReadUpToItsEnd()
 {
     const QByteArray serial = garbage(1010);
     PluggedCamera camera{{"serial", serial.toStdString()}};
@@ -350,7 +350,7 @@ void ExchangeFaultTest::serialNumberOfGarbageIsReadToItsEndAndNotFurther()
     QCOMPARE(hid.readInfoFromDevice(0x5010), QString::fromLocal8Bit(serial));
 }
 
-void ExchangeFaultTest::claimedLengthBeyondTheReportReadsNothingBeyondIt()
+void ExchangeFaultTest::tooLargeLengthReadsNothingBeyondTheReport()
 {
     PluggedCamera camera{{"serial", std::string(1010, 's')}};
     UVCHid hid;
@@ -380,9 +380,9 @@ void ExchangeFaultTest::cameraThatLeavesDuringAnExchangeEndsIt()
 void ExchangeFaultTest::cameraThatLeavesDuringTheWaitEndsIt()
 {
     FaultyCamera faulty;
-    std::thread puller([&faulty] {
+    std::thread puller([] {
         std::this_thread::sleep_for(std::chrono::milliseconds(400));
-        // A connection of its own: the camera's is in use on the other thread.
+        // A separate connection: the camera's is in use on the other thread.
         virtualcamera::VirtualCameraClient client;
         for (const auto& camera : client.list()) {
             if (camera.onBus)

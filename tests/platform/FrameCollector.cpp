@@ -6,9 +6,9 @@
 
 namespace {
 
-/// So many frames are under way between the camera and the collector.
+/// At most this many frames are queued between the camera and the collector.
 constexpr int kFramesUnderWay = 6;
-constexpr int kPatienceMs = 15000;
+constexpr int kTimeoutMs = 15000;
 
 } // namespace
 
@@ -39,6 +39,6 @@ QImage FrameCollector::newest() const
 QImage FrameCollector::next()
 {
     const int wanted = count() + kFramesUnderWay;
-    return QTest::qWaitFor([this, wanted] { return count() >= wanted; }, kPatienceMs) ? newest()
-                                                                                      : QImage();
+    return QTest::qWaitFor([this, wanted] { return count() >= wanted; }, kTimeoutMs) ? newest()
+                                                                                     : QImage();
 }

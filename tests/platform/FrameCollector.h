@@ -6,8 +6,7 @@
 
 class UVCCamera;
 
-/// Takes the frames of a preview as a program would that wants them all: on the streaming thread,
-/// with a copy of its own.
+/// Copies every frame of a preview on the streaming thread.
 class FrameCollector : public QObject
 {
 public:
@@ -16,7 +15,7 @@ public:
     [[nodiscard]] int count() const;
     [[nodiscard]] QImage newest() const;
 
-    /// Waits for frames that were made after this call; a null image when none come.
+    /// Waits for frames that were made after this call; a null image when none arrives.
     [[nodiscard]] QImage next();
 
 private:

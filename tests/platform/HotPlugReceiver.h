@@ -8,7 +8,7 @@
 #include <QVector>
 #include <vector>
 
-/// Stands where the device list stands: takes every hot-plug notification for its lifetime.
+/// Receives every hot-plug notification during its lifetime, in place of the device list.
 class HotPlugReceiver : public IDeviceNotify
 {
 public:

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int kPatienceMs = 20000;
+constexpr int kTimeoutMs = 20000;
 constexpr const char* kArrivalText = "检测到插入设备";
 constexpr const char* kRemovalText = "检测到拔出设备";
 
@@ -19,7 +19,7 @@ int linesWith(const LogCapture& log, const char* text)
     return log.texts().filter(QString::fromUtf8(text)).size();
 }
 
-/// The watch, running for the time of a test.
+/// The hot-plug watcher, running for the duration of a test.
 struct Watch
 {
     Watch() { DeviceManager::instance().start(); }
@@ -39,7 +39,7 @@ private slots:
         const Watch watch;
         const LogCapture log;
         PluggedCamera camera;
-        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kTimeoutMs);
         QTest::qWait(300);
         QCOMPARE(receiver.statuses(), QVector<int>{0});
         QCOMPARE(receiver.notifications().front().cameras.size(), 1);
@@ -56,7 +56,7 @@ private slots:
         const Watch watch;
         const LogCapture log;
         camera.unplug();
-        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kTimeoutMs);
         QTest::qWait(300);
         QCOMPARE(receiver.statuses(), QVector<int>{1});
         QVERIFY(receiver.notifications().front().cameras.isEmpty());
@@ -70,7 +70,7 @@ private slots:
         const Watch watch;
         const LogCapture log;
         PluggedCamera camera;
-        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kTimeoutMs);
         const QStringList lines = log.texts().filter(
             QRegularExpression(QStringLiteral("^DeviceManager::WndProc \\d+ 检测到插入设备")));
         QCOMPARE(lines.size(), 1);
@@ -89,7 +89,7 @@ private slots:
         webcam.unplug();
         webcam.plug();
         PluggedCamera camera;
-        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kTimeoutMs);
         QTest::qWait(300);
         QCOMPARE(receiver.count(), 1);
         QCOMPARE(receiver.notifications().front().cameras.size(), 2);
@@ -100,7 +100,7 @@ private slots:
         const HotPlugReceiver receiver;
         const Watch watch;
         PluggedCamera keyboard{{"vid", "1111"}, {"video", "0"}};
-        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kTimeoutMs);
         QVERIFY(receiver.notifications().front().cameras.isEmpty());
     }
 
@@ -110,7 +110,7 @@ private slots:
         const Watch watch;
         PluggedCamera camera;
         camera.unplug();
-        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 2, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 2, kTimeoutMs);
         const auto notifications = receiver.notifications();
         QVERIFY(notifications.at(0).thread != QThread::currentThread());
         QCOMPARE(notifications.at(0).thread, notifications.at(1).thread);
@@ -127,7 +127,7 @@ private slots:
             camera.plug();
             expected << 1 << 0;
         }
-        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), expected.size(), 3 * kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), expected.size(), 3 * kTimeoutMs);
         QCOMPARE(receiver.statuses(), expected);
         QCOMPARE(receiver.notifications().back().cameras.size(), 1);
     }
@@ -138,10 +138,10 @@ private slots:
         const Watch watch;
         auto first = std::make_unique<PluggedCamera>();
         auto second = std::make_unique<PluggedCamera>();
-        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 2, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 2, kTimeoutMs);
         QCOMPARE(receiver.notifications().back().cameras.size(), 2);
         first.reset();
-        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 3, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 3, kTimeoutMs);
         QCOMPARE(receiver.notifications().back().cameras.size(), 1);
         QCOMPARE(receiver.notifications().back().cameras.first().displayName, second->videoNode());
     }
@@ -151,7 +151,7 @@ private slots:
         const Watch watch;
         const LogCapture log;
         PluggedCamera camera;
-        QTRY_COMPARE_WITH_TIMEOUT(linesWith(log, kArrivalText), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(linesWith(log, kArrivalText), 1, kTimeoutMs);
     }
 
     void startedTwiceItStaysOneWatch()
@@ -165,7 +165,7 @@ private slots:
         manager.start();
         QTRY_VERIFY(ProcessUsage::threads() <= threads);
         PluggedCamera camera;
-        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kTimeoutMs);
         QTest::qWait(300);
         QCOMPARE(receiver.count(), 1);
         manager.stop();
@@ -179,7 +179,7 @@ private slots:
         for (int round = 0; round < 3; ++round) {
             manager.start();
             PluggedCamera camera;
-            QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), round + 1, kPatienceMs);
+            QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), round + 1, kTimeoutMs);
             manager.stop();
             camera.unplug();
             QTest::qWait(200);
@@ -190,7 +190,7 @@ private slots:
     void stopEndsTheThreadAtOnceAndLeavesNothing()
     {
         DeviceManager& manager = DeviceManager::instance();
-        manager.start(); // what the first start leaves loaded is not counted
+        manager.start(); // what the first start loads for good is not counted
         manager.stop();
         const int threads = ProcessUsage::threads();
         const int descriptors = ProcessUsage::openDescriptors();

@@ -120,7 +120,7 @@ private slots:
         QVERIFY((open.program.*control.set)(50));
         open.camera.fault("control-error");
         QVERIFY(!(open.program.*control.set)(90));
-        open.camera.unplug(); // leaves the stored value as the only answer
+        open.camera.unplug(); // only the stored value can be returned
         QCOMPARE((open.program.*control.get)(), 50);
     }
 

@@ -9,9 +9,9 @@
 
 namespace {
 
-constexpr std::chrono::milliseconds kPatience{5000};
+constexpr std::chrono::milliseconds kTimeoutMs{5000};
 
-/// Another process of the same bench may make cameras too.
+/// Another process on the same bus may make cameras too.
 std::string newId()
 {
     static int count = 0;
@@ -33,7 +33,7 @@ PluggedCamera::~PluggedCamera()
         if (m_client.stats(m_id).onBus)
             m_client.unplug(m_id);
     } catch (const std::exception&) {
-        // The bench is gone, and the camera with it.
+        // The virtual camera has ended, and its cameras with it.
     }
 }
 
@@ -70,5 +70,5 @@ PluggedCamera::Client::LogEntry PluggedCamera::lastRequest()
 
 bool PluggedCamera::waitFor(const std::string& condition)
 {
-    return m_client.wait(m_id, condition, kPatience);
+    return m_client.wait(m_id, condition, kTimeoutMs);
 }

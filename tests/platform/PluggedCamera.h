@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-/// A virtual camera that is plugged in for the time of a test. Every object is a new camera, with
-/// registers, log and serial number of its own.
+/// A virtual camera that is plugged in for the duration of a test. Every object is a new camera
+/// with its own registers, log and serial number.
 class PluggedCamera
 {
 public:
@@ -27,16 +27,16 @@ public:
     void plug() { m_client.plug(m_id); }
     void unplug() { m_client.unplug(m_id); }
 
-    /// Misbehaves from now on; replaces what was set before.
+    /// Sets a fault from now on, and clears those that were set before.
     void fault(const std::string& text);
-    /// Misbehaves in this way too.
+    /// Sets an additional fault.
     void addFault(const std::string& text) { m_client.fault(m_id, text); }
     void clearFaults() { m_client.clear(m_id); }
 
     [[nodiscard]] QString hidPath() { return nodePath(m_client.nodes(m_id).hid); }
     [[nodiscard]] QString videoNode() { return nodePath(m_client.nodes(m_id).video); }
     [[nodiscard]] QString metadataNode() { return nodePath(m_client.nodes(m_id).metadata); }
-    /// The path under which the program lists the camera's picture.
+    /// The path of the camera's video device in the program's list.
     [[nodiscard]] QString videoPath();
 
     [[nodiscard]] int value(const std::string& name);
@@ -62,7 +62,7 @@ public:
 
     /// Waits up to five seconds for a condition such as "frames>=10".
     [[nodiscard]] bool waitFor(const std::string& condition);
-    /// Whether nobody holds a node of the camera any more; a close arrives a moment later.
+    /// Whether all handles of the camera's nodes are closed; waits, because a close arrives late.
     [[nodiscard]] bool isReleased() { return waitFor("hid<=0") && waitFor("video<=0"); }
 
 private:

@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr int kPatienceMs = 15000;
-constexpr qint64 kStopPatienceMs = 2000;
+constexpr int kTimeoutMs = 15000;
+constexpr qint64 kStopTimeoutMs = 2000;
 
 /// A camera, a window for its picture, and the program's preview of it.
 struct Preview
@@ -133,7 +133,6 @@ private slots:
         QVERIFY(preview.isShown);
         QVERIFY(preview.open());
         QVERIFY(preview.program.isOpened());
-        QVERIFY(preview.program.isGraphBuilt());
         QCOMPARE(QSize(preview.program.width(), preview.program.height()), target);
         QVERIFY(preview.program.startCapture());
         QVERIFY(preview.program.isRunning());
@@ -162,7 +161,7 @@ private slots:
         QVERIFY(raw.start());
         Preview compressed(QSize(640, 360), {{"modes", "MJPG:640x360"}});
         QVERIFY(compressed.start());
-        // What moves in the picture is a small part of it.
+        // Only a small part of the picture moves.
         QVERIFY(differenceOf(raw.frames.next(), compressed.frames.next()) < 12);
     }
 
@@ -172,7 +171,7 @@ private slots:
         QVERIFY(preview.start());
         QTRY_VERIFY_WITH_TIMEOUT(
             colourCount(preview.window.grab().toImage().convertToFormat(QImage::Format_RGB32)) > 50,
-            kPatienceMs);
+            kTimeoutMs);
         const QImage shown = preview.window.grab().toImage().convertToFormat(QImage::Format_RGB32);
         QVERIFY(differenceOf(shown, preview.frames.newest()) < 12);
     }
@@ -274,7 +273,7 @@ private slots:
             QVERIFY(hasLine(log, kBusyLine));
         }
         QVERIFY(timer.elapsed() < 3000);
-        QVERIFY(preview.program.isGraphBuilt());
+        QVERIFY(preview.program.isOpened());
         preview.camera.clearFaults();
         QVERIFY(preview.program.startCapture());
         QVERIFY(preview.isDelivering());
@@ -331,7 +330,7 @@ private slots:
         const auto streamed = preview.camera.stats().frames;
         QTest::qWait(600);
         QCOMPARE(preview.frames.count(), before);
-        QVERIFY(preview.camera.stats().frames > streamed); // the camera goes on meanwhile
+        QVERIFY(preview.camera.stats().frames > streamed); // the camera still streams meanwhile
         preview.window.show();
         QVERIFY(preview.isDelivering());
     }
@@ -345,7 +344,7 @@ private slots:
             QVERIFY(preview.isDelivering());
             preview.program.stopCapture();
             QVERIFY(!preview.program.isRunning());
-            QVERIFY(preview.program.isGraphBuilt());
+            QVERIFY(preview.program.isOpened());
             QVERIFY(preview.camera.waitFor("idle"));
             const int before = preview.frames.count();
             QTest::qWait(150);
@@ -359,7 +358,6 @@ private slots:
         QVERIFY(preview.start());
         preview.program.closeDevice();
         QVERIFY(!preview.program.isOpened());
-        QVERIFY(!preview.program.isGraphBuilt());
         QVERIFY(!preview.program.startCapture());
         QVERIFY(preview.camera.isReleased());
     }
@@ -400,7 +398,7 @@ private slots:
         const FrameCollector frames(program);
         QVERIFY(program.openDevice(camera.videoPath(), window->winId()));
         QVERIFY(program.startCapture());
-        QTRY_VERIFY_WITH_TIMEOUT(frames.count() > 3, kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(frames.count() > 3, kTimeoutMs);
         window.reset();
         QTest::qWait(200);
         const int before = frames.count();
@@ -421,7 +419,7 @@ private slots:
         QVERIFY(timer.elapsed() < 3000);
         timer.restart();
         preview.program.stopCapture();
-        QVERIFY(timer.elapsed() < kStopPatienceMs);
+        QVERIFY(timer.elapsed() < kStopTimeoutMs);
         preview.camera.clearFaults();
         QVERIFY(preview.program.startCapture());
         QVERIFY(preview.isDelivering());
@@ -438,7 +436,7 @@ private slots:
         timer.start();
         preview.program.stopCapture();
         preview.program.closeDevice();
-        QVERIFY(timer.elapsed() < kStopPatienceMs);
+        QVERIFY(timer.elapsed() < kStopTimeoutMs);
         QVERIFY(preview.camera.isReleased());
     }
 
@@ -451,12 +449,12 @@ private slots:
             const QString path = preview.camera.videoPath();
             const LogCapture log;
             preview.camera.unplug();
-            QTRY_VERIFY_WITH_TIMEOUT(hasLine(log, "preview:"), kPatienceMs);
+            QTRY_VERIFY_WITH_TIMEOUT(hasLine(log, "preview:"), kTimeoutMs);
             QElapsedTimer timer;
             timer.start();
             preview.program.stopCapture();
             preview.program.closeDevice();
-            QVERIFY(timer.elapsed() < kStopPatienceMs);
+            QVERIFY(timer.elapsed() < kStopTimeoutMs);
             QVERIFY(!preview.program.openDevice(path, preview.window.winId()));
             QVERIFY(preview.camera.isReleased());
             preview.camera.plug();
@@ -467,7 +465,7 @@ private slots:
 
     void cameraWithoutModesForThePreviewIsNotOpened()
     {
-        // The node of a camera that was replaced by one without a picture.
+        // The node of a camera that was replaced by a camera without a picture.
         PluggedCamera camera{{"video", "0"}};
         QWidget window;
         UVCCamera program;

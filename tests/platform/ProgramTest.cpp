@@ -7,10 +7,10 @@
 
 namespace {
 
-constexpr int kStartPatienceMs = 40000;
-constexpr int kEndPatienceMs = 10000;
+constexpr int kStartTimeoutMs = 40000;
+constexpr int kEndTimeoutMs = 10000;
 
-/// The program as a user starts it. What it logs is read from its standard error.
+/// The program as a user starts it. The test reads its log from the standard error.
 class Program
 {
 public:
@@ -33,18 +33,18 @@ public:
 
     [[nodiscard]] bool isRunning() const { return m_process.state() == QProcess::Running; }
 
-    /// Waits for a line that contains @p text, after those that an earlier call has found.
+    /// Waits for a line with @p text after the line that an earlier call has found.
     [[nodiscard]] bool logs(const QString& text)
     {
-        return QTest::qWaitFor([this, text] { return find(text); }, kStartPatienceMs);
+        return QTest::qWaitFor([this, text] { return find(text); }, kStartTimeoutMs);
     }
 
-    /// Ends it as the system does; the time out is long enough for a sanitizer's report.
+    /// Ends it as the system does; the time-out is long enough for a sanitizer's report.
     [[nodiscard]] bool terminate()
     {
         m_process.terminate();
         return QTest::qWaitFor([this] { return m_process.state() == QProcess::NotRunning; },
-                               kEndPatienceMs);
+                               kEndTimeoutMs);
     }
 
     [[nodiscard]] QString output() const { return m_output; }
@@ -128,7 +128,7 @@ private slots:
         Program second;
         QVERIFY(
             QTest::qWaitFor([&second] { return second.process().state() == QProcess::NotRunning; },
-                            kStartPatienceMs));
+                            kStartTimeoutMs));
         QCOMPARE(second.process().exitCode(), 0);
         QVERIFY(first.isRunning());
         QVERIFY(first.terminate());

@@ -11,14 +11,14 @@
 
 namespace {
 
-constexpr int kPatienceMs = 20000;
+constexpr int kTimeoutMs = 20000;
 constexpr int kWarmUpRounds = 20;
 constexpr int kDefaultRounds = 200;
 constexpr int kListRounds = 20;
-/// What a heap may grow by fragmentation and caches, but not by anything that is lost every round.
-constexpr long kHeapSlack = 512 * 1024;
+/// The heap may grow this much by fragmentation and caches, but less than by a leak in every round.
+constexpr long kHeapSlack = 512L * 1024;
 
-/// MARVIK_REPLUG_ROUNDS chooses another number.
+/// MARVIK_REPLUG_ROUNDS changes the number.
 int rounds()
 {
     bool isNumber = false;
@@ -29,7 +29,8 @@ int rounds()
 class Usage
 {
 public:
-    /// Nothing has come on top since this was made; a thread that ends may still be on its way.
+    /// Fails the test when the usage has grown since this object was created. Waits until threads
+    /// that are ending have gone.
     void verifyUnchanged() const
     {
         QTRY_VERIFY(ProcessUsage::threads() <= m_threads);
@@ -46,7 +47,7 @@ private:
 
 } // namespace
 
-/// A camera that is pulled and plugged in again and again leaves nothing behind in the program.
+/// A camera that is unplugged and plugged in repeatedly leaks nothing in the program.
 class ReplugTest : public QObject
 {
     Q_OBJECT
@@ -62,7 +63,7 @@ private slots:
         window.show();
         UVCCamera program;
         const FrameCollector frames(program);
-        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kTimeoutMs);
 
         const auto round = [&](int number) {
             program.setCurrentDevicePath(camera.hidPath());
@@ -74,16 +75,16 @@ private slots:
             const int before = frames.count();
             QVERIFY(program.startCapture());
             if (number % 10 == 0)
-                QTRY_VERIFY_WITH_TIMEOUT(frames.count() > before, kPatienceMs);
+                QTRY_VERIFY_WITH_TIMEOUT(frames.count() > before, kTimeoutMs);
             const int notified = receiver.count();
-            // Every other time the camera goes with the picture running.
+            // In every second round the camera is unplugged while the picture is running.
             if (number % 2 == 0)
                 program.closeDevice();
             camera.unplug();
             program.closeDevice();
             QCOMPARE(program.getCameraView(), 0);
             camera.plug();
-            QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), notified + 2, kPatienceMs);
+            QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), notified + 2, kTimeoutMs);
         };
         for (int i = 0; i < kWarmUpRounds; ++i)
             round(i);
@@ -110,13 +111,13 @@ private slots:
                 [&rebuilds] { ++rebuilds; });
         DeviceManager::instance().start();
         PluggedCamera camera;
-        QTRY_COMPARE_WITH_TIMEOUT(rebuilds, 1, kPatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(rebuilds, 1, kTimeoutMs);
 
         const auto round = [&] {
             const int before = rebuilds;
             camera.unplug();
             camera.plug();
-            QTRY_COMPARE_WITH_TIMEOUT(rebuilds, before + 2, kPatienceMs);
+            QTRY_COMPARE_WITH_TIMEOUT(rebuilds, before + 2, kTimeoutMs);
             QCOMPARE(page.entryCount(), 1);
         };
         for (int i = 0; i < 3; ++i)

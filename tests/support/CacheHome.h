@@ -4,8 +4,8 @@
 #include <QString>
 #include <QTemporaryDir>
 
-/// While it exists, the cache location is one of the test's own, which nobody has made yet. Where
-/// the platform lets a test choose it, its path has blanks.
+/// While it exists, the cache location is a path of the test that does not exist yet. Where the
+/// platform lets the test choose the path, it contains blanks.
 class CacheHome
 {
 public:
@@ -14,7 +14,7 @@ public:
     CacheHome(const CacheHome&) = delete;
     CacheHome& operator=(const CacheHome&) = delete;
 
-    /// A folder that goes with it; on Linux the one around the cache location.
+    /// A folder that is removed with this object; on Linux the parent of the cache location.
     [[nodiscard]] QString path() const { return m_directory.path(); }
 
 private:

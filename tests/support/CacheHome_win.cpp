@@ -12,7 +12,7 @@ void removeAll()
 
 } // namespace
 
-// Windows knows the folder by no variable of the process; Qt has another one for tests.
+// On Windows no environment variable sets the folder; Qt has a separate one for tests.
 CacheHome::CacheHome()
 {
     QStandardPaths::setTestModeEnabled(true);

@@ -22,17 +22,18 @@ LogCapture::~LogCapture()
     s_current = nullptr;
 }
 
-/// Systems and users may switch debug messages off for every program; the tests need the program's.
+/// A system or a user may disable debug messages of all programs; the tests need them.
 void LogCapture::enable(QLoggingCategory* category)
 {
-    if (qstrcmp(category->categoryName(), "default") == 0)
+    const QLatin1String name(category->categoryName());
+    if (name == QLatin1String("default") || name.startsWith(QLatin1String("marvik.")))
         category->setEnabled(QtDebugMsg, true);
 }
 
 void LogCapture::take(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
     const std::lock_guard<std::mutex> locker(s_mutex);
-    if (s_current) // another thread may have been on its way here when the capture ended
+    if (s_current) // another thread may have entered this function before the capture ended
         s_current->m_lines.push_back(
             {type, text, QString::fromUtf8(context.function), context.line});
 }

@@ -8,8 +8,8 @@
 #include <QtGlobal>
 #include <vector>
 
-/// Takes all messages of the program for its lifetime; none reaches the terminal. Messages may come
-/// from any thread. One at a time.
+/// Captures all messages of the program during its lifetime; none is printed. Messages may come
+/// from any thread. Only one object may exist at a time.
 class LogCapture
 {
 public:
@@ -39,7 +39,7 @@ private:
     static std::mutex s_mutex;
     static LogCapture* s_current;
 
-    std::vector<Line> m_lines; // shares nothing with what lines() has given away
+    std::vector<Line> m_lines; // never shared with a copy that lines() returned
     QtMessageHandler m_previous;
     QLoggingCategory::CategoryFilter m_previousFilter;
 };

@@ -6,8 +6,8 @@
 
 class QWidget;
 
-/// Where windows really are: what the X server says. Qt may take a window that was just shown to be
-/// at the origin of the frame that the window manager has put around it.
+/// The real positions of windows, from the X server. For a window that was just shown, Qt may
+/// report the origin of the frame that the window manager has put around it.
 namespace OnScreen {
 
 [[nodiscard]] QRect placeOf(const QWidget& window);

@@ -14,7 +14,7 @@ struct Pending
     int id = 0;
 };
 
-/// A single shot is an object of its own, which Qt hangs under the event dispatcher.
+/// Qt makes an object for every single shot, a child of the event dispatcher.
 std::vector<Pending> pending(int intervalMs)
 {
     std::vector<Pending> found;

@@ -4,8 +4,8 @@
 
 class QWidget;
 
-/// The desktop's real pointer: what it does goes through the X server and the window manager, as a
-/// user's hand does. Positions are those of the screen. Each call returns once the server has it.
+/// The desktop's real pointer: its actions go through the X server and the window manager, like a
+/// user's. Positions are screen positions. Each call returns when the server has processed it.
 namespace Pointer {
 
 void moveTo(const QPoint& position);
@@ -13,10 +13,10 @@ void press(int button = 1);
 void release(int button = 1);
 void clickAt(const QPoint& position, int button = 1);
 
-/// Away from where tests show windows, so that none of them is entered.
+/// Moves the pointer away from the windows of the tests.
 void park();
 
-/// Middle of @p widget on the screen.
+/// The centre of @p widget on the screen.
 [[nodiscard]] QPoint middleOf(const QWidget& widget);
 
 } // namespace Pointer

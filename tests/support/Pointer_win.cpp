@@ -2,15 +2,12 @@
 
 #include <qt_windows.h>
 #include <QtGlobal>
-#include <QWidget>
 
 namespace {
 
-constexpr QPoint kParking(2, 1000);
-
 void send(DWORD flags, const QPoint& position = QPoint())
 {
-    // The pointer's own scale divides the screen into 65536 parts each way.
+    // Pointer coordinates divide the width and the height of the screen into 65536 parts.
     constexpr int parts = 65536;
     const auto scaled = [](int at, int size) { return (at * parts + size / 2) / size; };
     INPUT input{};
@@ -43,21 +40,4 @@ void Pointer::release(int button)
     send(button == 1   ? MOUSEEVENTF_LEFTUP
          : button == 2 ? MOUSEEVENTF_MIDDLEUP
                        : MOUSEEVENTF_RIGHTUP);
-}
-
-void Pointer::clickAt(const QPoint& position, int button)
-{
-    moveTo(position);
-    press(button);
-    release(button);
-}
-
-void Pointer::park()
-{
-    moveTo(kParking);
-}
-
-QPoint Pointer::middleOf(const QWidget& widget)
-{
-    return widget.mapToGlobal(widget.rect().center());
 }

@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <cstring>
 #include <hidapi/hidapi.h>
+#include <thread>
 
 struct hid_device_
 {
     int number = 0;
     bool isOpen = true;
-    std::optional<QByteArray> unanswered; ///< the frame written last
+    std::thread::id thread = std::this_thread::get_id(); ///< that opened it
+    std::optional<QByteArray> unanswered;                ///< the frame written last
 };
 
 struct ScriptedHidapi::Enumeration
@@ -67,7 +69,7 @@ QByteArray ScriptedReply::report(std::uint16_t cmd) const
     putLittleEndian(result, 5, 0x02, 1);
     putLittleEndian(result, 6, dataLen.value_or(static_cast<std::uint16_t>(payload.size())), 2);
     putLittleEndian(result, 8, status, 4);
-    // Nobody checks the checksum of an answer: bytes 12 and 13 stay zero.
+    // The checksum of an answer is not checked: bytes 12 and 13 stay zero.
     result.replace(kHeaderSize, payload.size(), payload);
     return result;
 }
@@ -198,7 +200,7 @@ void ScriptedHidapi::note(const QString& call)
     m_calls << call;
 }
 
-/// The call as far as its handle; a handle that must not be used any more is misuse.
+/// The start of a call's text, up to its handle; records misuse when the handle is closed.
 QString ScriptedHidapi::nameOf(const char* function, hid_device_* device)
 {
     const QString name = QString::fromLatin1(function);
@@ -208,6 +210,8 @@ QString ScriptedHidapi::nameOf(const char* function, hid_device_* device)
     }
     if (!device->isOpen)
         m_misuse << name + QStringLiteral(" on a closed device");
+    if (device->thread != std::this_thread::get_id())
+        m_misuse << name + QStringLiteral(" on another thread than the device was opened on");
     return name + QStringLiteral("(#%1").arg(device->number);
 }
 
@@ -282,7 +286,7 @@ hid_device_* ScriptedHidapi::openPath(const char* path)
 void ScriptedHidapi::close(hid_device_* device)
 {
     const std::lock_guard lock(m_mutex);
-    // The real function takes a null handle.
+    // The real function accepts a null handle.
     note(device ? nameOf("hid_close", device) + QLatin1Char(')')
                 : QStringLiteral("hid_close(null)"));
     if (device)
@@ -359,7 +363,7 @@ int ScriptedHidapi::setNonblocking(hid_device_* device, int nonblock)
 const wchar_t* ScriptedHidapi::error(hid_device_* device)
 {
     const std::lock_guard lock(m_mutex);
-    // Without a device the function tells about the last opening.
+    // Without a device the function reports the error of the last open.
     note(device ? nameOf("hid_error", device) + QLatin1Char(')')
                 : QStringLiteral("hid_error(null)"));
     return m_errorText ? m_errorText->c_str() : nullptr;

@@ -17,26 +17,26 @@
 struct hid_device_;
 struct hid_device_info;
 
-/// What a scripted camera answers.
+/// The answer of a scripted camera.
 struct ScriptedReply
 {
     QByteArray payload = {};
     std::uint32_t status = 0;
-    /// The command answered; by default the one that was asked.
+    /// The command in the answer; by default that of the request.
     std::optional<std::uint16_t> echo = std::nullopt;
-    /// The payload length claimed; by default the true one.
+    /// The payload length in the answer; by default the true one.
     std::optional<std::uint16_t> dataLen = std::nullopt;
 
     /// The whole report that answers @p cmd.
     [[nodiscard]] QByteArray report(std::uint16_t cmd) const;
 };
 
-/// Stands in for the HID library: while one exists, the hid_* functions of the test program follow
-/// its script and write down what they are called with. Without a script they find no device.
+/// Replaces the HID library: while an object exists, the hid_* functions of the test program follow
+/// its script and record their calls. Without an object they find no device.
 ///
-/// By default every path opens, every write takes the whole report, and a read finds, in this
-/// order, the next queued answer, the scripted reply to the frame written last, or silence: a
-/// time-out that does not wait. Callable from any thread. One at a time.
+/// By default every path opens, every write accepts the whole report, and a read returns, in this
+/// order, the next queued answer, the scripted reply to the last written frame, or a time-out
+/// without waiting. Thread-safe. Only one object may exist at a time.
 class ScriptedHidapi
 {
 public:
@@ -49,7 +49,7 @@ public:
         std::optional<std::wstring> manufacturer = std::nullopt;
     };
 
-    /// The strings of every device; one that is missing cannot be read.
+    /// The strings of every device; reading a missing one fails.
     struct Strings
     {
         std::optional<std::wstring> manufacturer = std::nullopt;
@@ -63,43 +63,43 @@ public:
     ScriptedHidapi(const ScriptedHidapi&) = delete;
     ScriptedHidapi& operator=(const ScriptedHidapi&) = delete;
 
-    /// Appends an interface to the inventory. Being there and being openable are independent.
+    /// Appends an interface to the inventory. Whether it can be opened is independent of that.
     void plugIn(const Interface& interface);
     void unplugAll();
 
     void setInitResult(int result);
-    /// Decides which paths open.
+    /// Decides which paths can be opened.
     void setOpenRule(std::function<bool(const QByteArray& path)> rule);
-    /// The result of every write; the whole report arrives only by default (nullopt).
+    /// The result of every write; with nullopt (the default) the write succeeds.
     void setWriteResult(std::optional<int> result);
-    /// What the library knows about its last failure.
+    /// The library's text about its last failure.
     void setErrorText(std::optional<std::wstring> text);
     void setStrings(const Strings& strings);
 
-    /// Queues a report that one read finds; the read's result is its size.
+    /// Queues a report for one read; the read returns its size.
     void queueAnswer(const QByteArray& report);
-    /// Queues a read that brings nothing: 0 for a time-out, -1 for an error.
+    /// Queues the result of a read without a report: 0 for a time-out, -1 for an error.
     void queueReadResult(int result);
-    /// Every frame with @p cmd is answered by @p reply from now on.
+    /// From now on @p reply answers every frame with @p cmd.
     void respondTo(std::uint16_t cmd, const ScriptedReply& reply);
 
     /// Every call so far in order, with its arguments: "hid_init()", "hid_open_path(/dev/hidraw0)",
     /// "hid_read_timeout(#1, 1024, 3000)". Handles are numbered from 1 in the order of opening.
     [[nodiscard]] QStringList calls() const;
-    /// What the writes brought, in order and in full length.
+    /// The written reports in order and in full length.
     [[nodiscard]] QList<QByteArray> writtenFrames() const;
     void forgetCalls();
 
     [[nodiscard]] int openHandles() const;
-    /// Inventories that were taken and not given back.
+    /// Enumerations that were not freed.
     [[nodiscard]] int openEnumerations() const;
     /// hid_init() calls less hid_exit() calls.
     [[nodiscard]] int initBalance() const;
     /// Calls that the real library would have answered with undefined behaviour or lost data: a
-    /// handle that is not open, a buffer too short for the report.
+    /// handle that is not open or belongs to another thread, a buffer too short for the report.
     [[nodiscard]] QStringList misuse() const;
 
-    /// @name The library's side; see ScriptedHidapiFunctions.cpp
+    /// @name Called by the hid_* functions; see ScriptedHidapiFunctions.cpp
     /// @{
     static ScriptedHidapi* current();
     int init();
@@ -118,7 +118,7 @@ public:
     int productString(hid_device_* device, wchar_t* string, std::size_t size);
     int serialNumberString(hid_device_* device, wchar_t* string, std::size_t size);
     int indexedString(hid_device_* device, int index, wchar_t* string, std::size_t size);
-    /// Notes a call of a function that no script covers.
+    /// Records a call of a function that has no script.
     int unsupported(const char* function, hid_device_* device);
     /// @}
 
@@ -151,6 +151,7 @@ private:
     QList<QByteArray> m_writtenFrames;
     QStringList m_misuse;
     int m_initBalance = 0;
-    std::vector<std::unique_ptr<hid_device_>> m_handles; ///< kept after closing, to notice late use
+    std::vector<std::unique_ptr<hid_device_>>
+        m_handles; ///< kept after closing, to detect later use
     std::map<hid_device_info*, std::unique_ptr<Enumeration>> m_enumerations;
 };

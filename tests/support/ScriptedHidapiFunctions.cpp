@@ -2,8 +2,8 @@
 
 #include <hidapi/hidapi.h>
 
-// Every function of the library is defined: one left out would come from the real library, which
-// knows nothing about a scripted handle.
+// Every function of the library is defined here: a missing one would come from the real library,
+// which cannot handle a scripted handle.
 
 namespace {
 

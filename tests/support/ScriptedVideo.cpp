@@ -47,7 +47,7 @@ std::vector<VideoDevices::Properties> ScriptedVideo::list()
     return m_devices;
 }
 
-// The program's two ways to the platform's video side.
+// The two functions through which the program reaches the platform's video devices.
 
 std::vector<VideoDevices::Properties> VideoDevices::list()
 {

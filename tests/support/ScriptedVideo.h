@@ -7,11 +7,11 @@
 #include <mutex>
 #include <vector>
 
-/// Stands in for the platform's video side: while one exists, the program finds the devices that
-/// are plugged in here, and every preview it builds is a recording one. Without one it finds no
-/// device.
+/// Replaces the platform's video devices: while an object exists, the program finds the devices
+/// that are plugged in here, and every preview uses a RecordingCaptureGraph. Without an object it
+/// finds no device.
 ///
-/// plugIn(), unplugAll() and listings() are callable from any thread. One at a time.
+/// plugIn(), unplugAll() and listings() are thread-safe. Only one object may exist at a time.
 class ScriptedVideo
 {
 public:
@@ -23,13 +23,13 @@ public:
     /// Appends a device to the inventory.
     void plugIn(const VideoDevices::Properties& device);
     void unplugAll();
-    /// How often the inventory was taken.
+    /// How often the devices were enumerated.
     [[nodiscard]] int listings() const;
 
-    /// The script of all previews. GUI thread.
+    /// The script of all previews. To be used on the GUI thread.
     [[nodiscard]] CaptureScript& preview() { return *m_preview; }
 
-    /// @name The program's side
+    /// @name Called by the program
     /// @{
     static ScriptedVideo* current();
     std::vector<VideoDevices::Properties> list();

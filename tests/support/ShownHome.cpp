@@ -19,13 +19,13 @@ constexpr int kAttemptMs = 2000;
 } // namespace
 
 ShownHome::ShownHome(int cameras)
-    : m_bench(cameras)
+    : m_cameras(cameras)
 {
     Pointer::park();
     m_window.setWindowTitle(QStringLiteral("MarvikTools"));
     m_window.move(kPlace);
     m_window.show();
-    // The end of the window that was active before may take the activation with it.
+    // Destroying the previously active window may deactivate this one.
     bool active = false;
     for (int attempt = 0; attempt < kAttempts && !active; ++attempt) {
         m_window.activateWindow();
@@ -36,19 +36,19 @@ ShownHome::ShownHome(int cameras)
 
 ShownHome::~ShownHome() = default;
 
-bool ShownHome::passStart()
+bool ShownHome::passStart() const
 {
     return PendingTimers::fire(kStartAnimationMs) && page() == SvtaPagesView::HomePage;
 }
 
 bool ShownHome::openSettings(const DeviceWidgetInfo& camera)
 {
-    PendingTimers::drop(kStartAnimationMs); // its end would lead to the list
+    PendingTimers::drop(kStartAnimationMs); // when it expires, it shows the list
     m_window.showDeviceSettingPages(camera);
     return PendingTimers::fire(kPreviewDelayMs) && page() == SvtaPagesView::SettingPage;
 }
 
-bool ShownHome::passBackLock()
+bool ShownHome::passBackLock() const
 {
     return PendingTimers::fire(kBackLockMs) && find<QPushButton>("backBtn")->isEnabled();
 }
@@ -91,8 +91,8 @@ DeviceWidgetInfo ShownHome::connectedCamera()
     camera.status = 1;
     camera.name = QStringLiteral("NOVA EDGE");
     camera.model = QStringLiteral("RQ-T47K");
-    camera.path = CameraBench::videoPath(0);
-    camera.hidPath = CameraBench::hidPath(0);
+    camera.path = ScriptedCameras::videoPath(0);
+    camera.hidPath = ScriptedCameras::hidPath(0);
     return camera;
 }
 

@@ -1,14 +1,14 @@
 #pragma once
 
-#include "CameraBench.h"
 #include "DeviceWidgetInfo.h"
+#include "ScriptedCameras.h"
 #include "SorvantaHome.h"
 #include "SvtaPagesView.h"
 
 #include <QString>
 #include <QWidget>
 
-/// The main window on the screen, with scripted cameras and the pointer out of its way.
+/// The main window on the screen, with scripted cameras and the pointer outside of it.
 class ShownHome
 {
 public:
@@ -22,19 +22,19 @@ public:
     ShownHome(const ShownHome&) = delete;
     ShownHome& operator=(const ShownHome&) = delete;
 
-    /// Ends the start animation before its time; the list is up afterwards.
-    [[nodiscard]] bool passStart();
-    /// Opens the settings of @p camera, whatever was shown, and lets its preview start.
+    /// Ends the start animation early; the list is shown afterwards.
+    [[nodiscard]] bool passStart() const;
+    /// Opens the settings of @p camera from any page, and lets its preview start.
     [[nodiscard]] bool openSettings(const DeviceWidgetInfo& camera = connectedCamera());
-    /// Closes the window by its button, into the tray, and waits until its focus is gone, which Qt
-    /// notices late: a window that comes back before is not told that it is active again.
+    /// Closes the window into the tray by its button, and waits until Qt has noticed that it lost
+    /// the focus: a window that is restored earlier gets no activation event.
     void closeToTray() const;
     static void waitForLossOfFocus();
-    /// Ends the time in which the back button is locked.
-    [[nodiscard]] bool passBackLock();
+    /// Ends the lock of the back button.
+    [[nodiscard]] bool passBackLock() const;
 
     [[nodiscard]] SorvantaHome& window() { return m_window; }
-    [[nodiscard]] CameraBench& bench() { return m_bench; }
+    [[nodiscard]] ScriptedCameras& cameras() { return m_cameras; }
     [[nodiscard]] int page() const;
 
     /// The one child of this class or this name.
@@ -46,19 +46,19 @@ public:
             qFatal("no %s %s", Widget::staticMetaObject.className(), name ? name : "");
         return widget;
     }
-    /// The text of the toast that is up; empty when none is.
+    /// The text of the visible toast; empty when there is none.
     [[nodiscard]] QString toast() const;
     /// Clicks the button @p name.
     void click(const char* name) const;
 
-    /// Whether the window has the place on the screen that it was given.
+    /// Whether the window is at its requested position on the screen.
     [[nodiscard]] bool isPlaced() const { return m_placed; }
 
     static DeviceWidgetInfo connectedCamera();
     static DeviceWidgetInfo failedCamera();
 
 private:
-    CameraBench m_bench;
+    ScriptedCameras m_cameras;
     SorvantaHome m_window;
     bool m_placed = false;
 };

@@ -2,11 +2,11 @@
 
 #include <QString>
 
-/// Stands in for what a shipped build says about itself: the addresses of a test's own services. An
-/// object library, so that it wins over the values of the build.
+/// Replaces the vendor values of a shipped build by the addresses of a test's services. An object
+/// library, so that the linker prefers it to the values of the build.
 namespace TestVendor {
 
-/// Empty, as from the start, for a build that knows no service.
+/// Empty (the initial value) means a build without an update service.
 void setUpdateBaseUrl(const QString& url);
 void setUpdateCaFile(const QString& path);
 void setChecksForApplicationUpdate(bool checks);

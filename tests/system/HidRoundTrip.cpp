@@ -1,4 +1,4 @@
-#include "HidCommands.h"
+#include "DeviceSettings.h"
 #include "HidFrame.h"
 #include "UVCHid.h"
 
@@ -48,8 +48,8 @@ int main(int argc, char** argv)
         fail("usage: HidRoundTrip /dev/hidrawN");
     qInstallMessageHandler(logToNowhere);
 
-    const HidFrame::Buffer request =
-        HidFrame::packRequest(HidCommands::ReadCameraView, HidFrame::ReadOrFinal, {}, 0);
+    const HidFrame::Buffer request = HidFrame::packRequest(
+        DeviceSettings::row(DeviceSetting::CameraView).readCode, HidFrame::ReadOrFinal, {}, 0);
     const std::unique_ptr<hid_device, decltype(&hid_close)> device(hid_open_path(argv[1]),
                                                                    &hid_close);
     if (!device)
@@ -65,7 +65,8 @@ int main(int argc, char** argv)
     if (!hid.createHandleWithPath(QString::fromLocal8Bit(argv[1])))
         fail("the camera does not open");
     measure("setting read by the program", [&hid] {
-        if (hid.readInfoFromDevice(HidCommands::ReadCameraView).isEmpty())
+        if (hid.readInfoFromDevice(DeviceSettings::row(DeviceSetting::CameraView).readCode)
+                .isEmpty())
             fail("the camera does not answer");
     });
     return 0;

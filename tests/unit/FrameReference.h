@@ -3,11 +3,11 @@
 #include <cstdint>
 #include <QByteArray>
 
-/// The frame as the device understands it, written a second time and as plainly as possible: what
-/// the program sends is held against this.
+/// A second, simple implementation of the frame, from the device's view. Tests compare the frames
+/// of the program with it.
 namespace FrameReference {
 
-/// The checksum bit by bit.
+/// The checksum, computed bit by bit.
 [[nodiscard]] std::uint16_t checksum(const QByteArray& bytes);
 
 /// The 1024 bytes of a request.

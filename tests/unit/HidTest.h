@@ -1,16 +1,16 @@
 #pragma once
 
+#include "CameraModels.h"
 #include "LogCapture.h"
 #include "QtPrinters.h"
 #include "ScriptedHidapi.h"
-#include "SupportedCameras.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <QByteArray>
 
-/// A test against a scripted HID library. Whatever the test does, the program must give back what
-/// it took and use the library as it may be used.
+/// A test with a scripted HID library. In every test the program must release what it acquired and
+/// must not misuse the library.
 class HidTest : public ::testing::Test
 {
 protected:
@@ -23,7 +23,8 @@ protected:
 
     static ScriptedHidapi::Interface camera(const QByteArray& path)
     {
-        return {path, SupportedCameras::kVendorId, SupportedCameras::kProductId, L"Maker"};
+        return {path, CameraModels::rows().begin()->vendorId,
+                CameraModels::rows().begin()->productId, L"Maker"};
     }
 
     ScriptedHidapi hidapi;

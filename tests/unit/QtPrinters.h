@@ -5,7 +5,7 @@
 #include <QSize>
 #include <QString>
 
-// How GoogleTest shows Qt's values in a failure.
+// Lets GoogleTest print Qt's values in failure messages.
 
 inline void PrintTo(const QString& text, std::ostream* out)
 {

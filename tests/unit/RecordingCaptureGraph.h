@@ -9,27 +9,27 @@
 #include <QStringList>
 #include <set>
 
-/// What a recording graph is told to do, and what was asked of it. Outlives the graph, which
-/// belongs to the camera.
+/// The script of a recording graph, and its recorded calls. Outlives the graph, which belongs to
+/// the camera.
 struct CaptureScript
 {
-    QStringList steps;         ///< in the order they were asked for, with their arguments
+    QStringList steps;         ///< calls in order, with their arguments
     std::set<QString> failing; ///< names of the steps that fail
 
     int screenColourDepth = 32;
     QSize frameSize{1280, 720};
     SampleGrabberCallback* callback = nullptr;
-    std::function<void()> onRelease; ///< runs inside release(), the last moment of the stream
+    std::function<void()> onRelease; ///< called by release(), when the stream ends
 
-    bool hasSource = true; ///< whether a helper for the picture properties can be made
-    std::map<int, VideoProcAmpRecord> properties; ///< what the camera tells, by property id
+    bool hasSource = true; ///< whether a helper for the picture properties can be created
+    std::map<int, VideoProcAmpRecord> properties; ///< the camera's answers, by property id
     std::vector<std::pair<VideoProcAmpRecord, long>> propertyWrites;
 
-    /// Forgets the steps so far and gives them back.
+    /// Returns the recorded steps and clears them.
     QStringList takeSteps();
 };
 
-/// Makes none of the platform's calls; records what the camera wants and follows a script.
+/// Makes no calls to the platform; records the camera's calls and follows a script.
 class RecordingCaptureGraph : public CaptureGraph
 {
 public:

@@ -40,7 +40,7 @@ protected:
         return callback.bufferCallback(0.5, buffer.data(), static_cast<long>(length));
     }
 
-    static constexpr std::size_t kFrameBytes = 4 * 3 * 4;
+    static constexpr std::size_t kFrameBytes = std::size_t{4} * 3 * 4;
 
     SampleGrabberCallback callback;
     std::vector<unsigned char> buffer = std::vector<unsigned char>(kFrameBytes + 64, 0x11);
@@ -104,13 +104,13 @@ TEST_F(SampleGrabberCallbackTest, BufferShorterThanTheFrameIsRefused)
     EXPECT_EQ(received.count, 0);
 }
 
-TEST_F(SampleGrabberCallbackTest, LongerBufferIsAFrameWithARest)
+TEST_F(SampleGrabberCallbackTest, BytesAfterTheFrameAreIgnored)
 {
     EXPECT_TRUE(deliver(kFrameBytes + 64));
     EXPECT_EQ(received.size, QSize(4, 3));
 }
 
-TEST_F(SampleGrabberCallbackTest, NewFrameSizeHoldsFromTheNextFrame)
+TEST_F(SampleGrabberCallbackTest, NewFrameSizeAppliesFromTheNextFrame)
 {
     callback.setFrameSize({2, 2});
     EXPECT_TRUE(deliver(16));
@@ -130,7 +130,7 @@ TEST_F(SampleGrabberCallbackTest, EveryFrameIsEmitted)
 
 TEST_F(SampleGrabberCallbackTest, LargestFrameIsCountedWithoutOverflow)
 {
-    // 4 bytes for each of these pixels do not fit 32 bits.
+    // With 4 bytes per pixel the size does not fit into 32 bits.
     callback.setFrameSize({40000, 40000});
     EXPECT_FALSE(deliver(buffer.size()));
     EXPECT_EQ(received.count, 0);

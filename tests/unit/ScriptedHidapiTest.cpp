@@ -4,6 +4,7 @@
 #include <array>
 #include <gtest/gtest.h>
 #include <hidapi/hidapi.h>
+#include <thread>
 
 namespace {
 
@@ -44,7 +45,7 @@ TEST_F(ScriptedHidapiTest, OpenHandlesAreCounted)
     EXPECT_EQ(hidapi.misuse(), QStringList());
 }
 
-TEST_F(ScriptedHidapiTest, UseAfterClosingIsNoticed)
+TEST_F(ScriptedHidapiTest, UseAfterClosingIsRecorded)
 {
     hid_device* device = open();
     hid_close(device);
@@ -54,7 +55,7 @@ TEST_F(ScriptedHidapiTest, UseAfterClosingIsNoticed)
               (QStringList{"hid_write on a closed device", "hid_close on a closed device"}));
 }
 
-TEST_F(ScriptedHidapiTest, BufferTooShortForTheReportIsNoticed)
+TEST_F(ScriptedHidapiTest, BufferTooShortForTheReportIsRecorded)
 {
     hid_device* device = open();
     hidapi.queueAnswer(QByteArray(1024, '\x01'));
@@ -64,7 +65,7 @@ TEST_F(ScriptedHidapiTest, BufferTooShortForTheReportIsNoticed)
     EXPECT_EQ(hidapi.misuse(), QStringList{"hid_read_timeout of 1024 bytes into 64"});
 }
 
-TEST_F(ScriptedHidapiTest, InventoryThatIsNotGivenBackIsCounted)
+TEST_F(ScriptedHidapiTest, InventoryThatIsNotFreedIsCounted)
 {
     hidapi.plugIn({QByteArray("a"), 1, 2});
     hidapi.plugIn({QByteArray("b"), 3, 4});
@@ -103,7 +104,7 @@ TEST_F(ScriptedHidapiTest, QueuedAnswersComeBeforeTheReplyToTheCommand)
     hid_close(device);
 }
 
-TEST_F(ScriptedHidapiTest, ReplyIsFoundOnceForEveryFrameWritten)
+TEST_F(ScriptedHidapiTest, ReplyIsReadOnceForEveryFrameWritten)
 {
     hid_device* device = open();
     hidapi.respondTo(0x5001, {});
@@ -135,6 +136,14 @@ TEST_F(ScriptedHidapiTest, ReportHasTheFieldsOfTheReply)
     reply.echo = 0x1234;
     reply.dataLen = 0xFFFE;
     EXPECT_EQ(reply.report(0x5010).left(14), QByteArray::fromHex("015a5a341202feff010203040000"));
+}
+
+TEST_F(ScriptedHidapiTest, HandleOfAnotherThreadIsMisuse)
+{
+    hid_device* device = open();
+    std::thread([device] { hid_close(device); }).join();
+    EXPECT_EQ(hidapi.misuse(),
+              QStringList("hid_close on another thread than the device was opened on"));
 }
 
 TEST(ScriptedHidapiWithoutAScript, FindsNoDevice)

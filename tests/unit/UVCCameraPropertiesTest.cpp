@@ -4,7 +4,7 @@
 
 namespace {
 
-/// One picture property with the operations of the camera that reach it.
+/// One picture property, with the camera's functions to read and write it.
 struct Property
 {
     const char* name;
@@ -87,14 +87,14 @@ TEST_P(UVCCameraProperty, ValueIsWrittenOnce)
     EXPECT_EQ(script->propertyWrites.front().second, 120);
 }
 
-TEST_P(UVCCameraProperty, WriteCarriesTheFlagsOfTheRange)
+TEST_P(UVCCameraProperty, WriteUsesTheFlagsOfTheRange)
 {
     range();
     set(120);
     EXPECT_EQ(script->propertyWrites.back().first.flags, 3);
 }
 
-TEST_P(UVCCameraProperty, WriteCarriesTheFlagsOfTheLastReading)
+TEST_P(UVCCameraProperty, WriteUsesTheFlagsOfTheLastReading)
 {
     range();
     script->properties[GetParam().id].flags = 1;
@@ -108,7 +108,7 @@ TEST_P(UVCCameraProperty, WriteCarriesTheFlagsOfTheLastReading)
     EXPECT_EQ(script->propertyWrites.back().first.flags, 2);
 }
 
-TEST_P(UVCCameraProperty, WriteBeforeAnyReadingCarriesNoFlags)
+TEST_P(UVCCameraProperty, WriteBeforeAnyReadingHasNoFlags)
 {
     set(120);
     EXPECT_EQ(script->propertyWrites.back().first.flags, 0);
@@ -138,6 +138,20 @@ TEST_P(UVCCameraProperty, RefusedReadingGivesTheStoredValue)
     script->failing = {"get"};
     script->properties[GetParam().id].value = 11;
     EXPECT_EQ(get(), 88);
+}
+
+TEST_P(UVCCameraProperty, ValueOfOneDeviceIsNotThatOfTheNext)
+{
+    EXPECT_EQ(get(), 88);
+    script->failing = {"get"};
+    EXPECT_EQ(camera->readPicture(static_cast<PictureProperty>(GetParam().id)), std::nullopt);
+    ASSERT_TRUE(camera->openDevice("device", 1));
+    camera->initVideoProcAmp();
+    EXPECT_EQ(get(), 88); // the same device
+    ASSERT_TRUE(camera->openDevice("another device", 1));
+    camera->initVideoProcAmp();
+    EXPECT_EQ(get(), 0);
+    EXPECT_EQ(camera->readPicture(static_cast<PictureProperty>(GetParam().id)), std::nullopt);
 }
 
 TEST_P(UVCCameraProperty, RefusedRangeIsZeroAndKeepsTheFlags)
@@ -176,7 +190,7 @@ TEST_P(UVCCameraProperty, OtherPropertiesKeepTheirOwnValues)
         EXPECT_EQ((camera.get()->*other.get)(), other.id == GetParam().id ? 120 : 0) << other.name;
 }
 
-TEST_P(UVCCameraProperty, WithoutAHelperNothingIsAsked)
+TEST_P(UVCCameraProperty, WithoutAHelperTheCameraIsNotAccessed)
 {
     get();
     camera->closeDevice();

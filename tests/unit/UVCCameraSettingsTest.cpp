@@ -53,7 +53,7 @@ protected:
         log.clear();
     }
 
-    /// The one frame that was written; a command is one exchange.
+    /// The only frame that was written, because a command is one exchange.
     QByteArray onlyFrame() const
     {
         const QList<QByteArray> frames = hidapi.writtenFrames();
@@ -154,7 +154,7 @@ TEST_F(UVCCameraSettings, WithoutALinkEveryCommandIsNeutral)
     expectNeutral();
 }
 
-TEST_F(UVCCameraSettings, LinkKeepsItsPathWhenThePreviewIsPointedElsewhere)
+TEST_F(UVCCameraSettings, LinkKeepsItsPathWhenThePreviewOpensAnotherDevice)
 {
     link();
     camera->setCurrentDevicePath("/dev/video0");
@@ -198,7 +198,7 @@ TEST_P(UVCCameraReader, NegativeValueStaysNegative)
 TEST_P(UVCCameraReader, EveryFailureReadsAsZero)
 {
     link();
-    EXPECT_EQ(read(), 0); // silence
+    EXPECT_EQ(read(), 0); // no answer
     hidapi.respondTo(GetParam().cmd, {QByteArray(1, 90), 1});
     EXPECT_EQ(read(), 0); // refusal
     hidapi.setOpenRule([](const QByteArray&) { return false; });
@@ -237,7 +237,7 @@ TEST_F(UVCCameraSettings, SerialNumberIsRead)
     EXPECT_EQ(commandOf(onlyFrame()), 0x5010);
 }
 
-TEST_F(UVCCameraSettings, TextsKeepTheMarkOfAnInterfaceThatCannotBeOpened)
+TEST_F(UVCCameraSettings, TextsOfAnInterfaceThatCannotBeOpenedAreTheNoncharacter)
 {
     link();
     hidapi.setOpenRule([](const QByteArray&) { return false; });
@@ -347,4 +347,10 @@ TEST_F(UVCCameraSettings, StoringThatIsRefusedFails)
     link();
     hidapi.respondTo(0x5100, {{}, 1});
     EXPECT_FALSE(camera->saveDeviceParam());
+}
+
+TEST_F(UVCCameraSettings, WithoutALinkNoFirmwareIsSent)
+{
+    EXPECT_FALSE(camera->updateFile(QStringLiteral("firmware.bin")));
+    EXPECT_EQ(hidapi.calls(), QStringList());
 }

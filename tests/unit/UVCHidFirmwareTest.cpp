@@ -230,10 +230,9 @@ TEST_F(UVCHidFirmware, RefusedWriteEndsThePackets)
     EXPECT_TRUE(log.texts().contains(QStringLiteral("hid_write error")));
 }
 
-TEST_F(UVCHidFirmware, PathOutsideTheCodePageCannotBeOpened)
+TEST_F(UVCHidFirmware, FileThatCannotBeOpenedIsReported)
 {
-    const QString path = writeFile(image(10), QStringLiteral("ひ😀.bin"));
-    EXPECT_FALSE(hid->updateFilePacket(path));
+    EXPECT_FALSE(hid->updateFilePacket(folder.filePath(QStringLiteral("nothing.bin"))));
     EXPECT_EQ(packets().size(), 0);
     EXPECT_FALSE(log.texts().filter(QStringLiteral("打开升级文件失败：")).isEmpty());
 }
@@ -244,7 +243,7 @@ TEST_F(UVCHidFirmware, MissingFileStillGetsTheEndCommand)
     EXPECT_EQ(commands(), (QList<int>{0x4000, 0x4300}));
 }
 
-TEST_F(UVCHidFirmware, ImageThatNoDeviceHasRoomForIsRefusedUnread)
+TEST_F(UVCHidFirmware, TooLargeImageIsRefusedUnread)
 {
     QFile file(folder.filePath(QStringLiteral("large.bin")));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -261,6 +260,110 @@ TEST_F(UVCHidFirmware, EveryPacketIsPrecededByItsPause)
     clock.start();
     EXPECT_TRUE(hid->updateFilePacket(path));
     EXPECT_GE(clock.elapsed(), 10 * count);
+}
+
+TEST_F(UVCHidFirmware, EveryResendIsPrecededByItsPause)
+{
+    constexpr int resends = 5;
+    const QString path = writeFile(image(10));
+    answer(0x4200, refusal(), resends);
+    QElapsedTimer clock;
+    clock.start();
+    EXPECT_TRUE(hid->updateFilePacket(path));
+    EXPECT_GE(clock.elapsed(), 10 + 20 * resends);
+}
+
+TEST_F(UVCHidFirmware, EveryStepOfAPacketIsLogged)
+{
+    ScriptedReply reply;
+    reply.status = 0x2A;
+    answer(0x4200, reply);
+    EXPECT_TRUE(hid->updateFilePacket(writeFile(image(10))));
+    const QByteArray frame = packets().constFirst();
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(frame.constData());
+    const std::uint16_t head = HidFrame::checksum(bytes, 12);
+    const std::uint16_t whole = HidFrame::checksum(bytes + kHeader, 10, head);
+    const QStringList texts = log.texts();
+    ASSERT_GE(texts.size(), 8);
+    EXPECT_EQ(texts.mid(0, 4), (QStringList{"packNUm:1\n", "data_len:10\n",
+                                            QStringLiteral("headCRC1_%1\n").arg(head, 0, 16),
+                                            QStringLiteral("headCRC2_%1\n").arg(whole, 0, 16)}));
+    EXPECT_TRUE(
+        texts.at(4).startsWith(QLatin1String("host_send:\treport_id:1,magic:5a5a,cmd:420,")));
+    EXPECT_EQ(texts.at(5), QStringLiteral("respon:2a\n"));
+    EXPECT_TRUE(texts.at(6).startsWith(QLatin1String("report_id:1,magic:5a5a,cmd:4200,")));
+    EXPECT_EQ(texts.at(7), QStringLiteral("retryCount:0\n"));
+}
+
+TEST_F(UVCHidFirmware, AnswerToAControlCommandIsLogged)
+{
+    EXPECT_TRUE(hid->updateStartEnd(0x4000));
+    const QByteArray report = ScriptedReply().report(0x4000);
+    const QStringList texts = log.texts();
+    ASSERT_EQ(texts.size(), 22);
+    EXPECT_TRUE(texts.constFirst().startsWith(QLatin1String("host_send:\t")));
+    for (int i = 0; i < 20; ++i)
+        EXPECT_EQ(texts.at(i + 1), QString::number(static_cast<quint8>(report.at(i)), 16));
+    EXPECT_TRUE(texts.constLast().startsWith(QLatin1String("report_id:1,magic:5a5a,cmd:4000,")));
+}
+
+TEST_F(UVCHidFirmware, LibrarysTextOfAFailureIsLogged)
+{
+    const QString text = QStringLiteral("\"no such device\"");
+    hidapi.setErrorText(L"no such device");
+    hidapi.queueReadResult(-1);
+    EXPECT_FALSE(hid->updateStartEnd(0x4000));
+    EXPECT_EQ(log.texts().count(text), 1);
+
+    log.clear();
+    hidapi.queueReadResult(-1);
+    EXPECT_FALSE(hid->updateFilePacket(writeFile(image(10))));
+    EXPECT_EQ(log.texts().count(text), 1);
+
+    log.clear();
+    hidapi.setWriteResult(-1);
+    EXPECT_FALSE(hid->updateStartEnd(0x4000));
+    const QStringList refused = log.texts().filter(text);
+    ASSERT_EQ(refused.size(), 1);
+    EXPECT_TRUE(refused.constFirst().startsWith(QLatin1String("UVCHid::updateStartEnd ")));
+    EXPECT_TRUE(log.texts().contains(QStringLiteral("hid_write error")));
+
+    log.clear();
+    EXPECT_FALSE(hid->updateFilePacket(writeFile(image(10))));
+    EXPECT_EQ(log.texts().count(text), 1);
+}
+
+TEST_F(UVCHidFirmware, FailuresOfControlCommandsAreCritical)
+{
+    ScriptedReply status;
+    status.status = 42;
+    answer(0x4000, status);
+    ScriptedReply echo;
+    echo.echo = 0x4300;
+    answer(0x4000, echo);
+    hidapi.queueReadResult(0);
+    EXPECT_FALSE(hid->updateFile(writeFile(image(10))));
+    EXPECT_EQ(log.texts(QtCriticalMsg),
+              (QStringList{QStringLiteral("42"), QStringLiteral("返回失败状态"),
+                           QStringLiteral("设备返回指令不区配：17152 -> 16384"),
+                           QStringLiteral("上位机收不到设备端的数据"),
+                           QStringLiteral("重试3次发送升级开始命令失败，退出升级。")}));
+
+    log.clear();
+    answer(0x4000, {});
+    answer(0x4200, {});
+    answer(0x4300, refusal());
+    EXPECT_FALSE(hid->updateFile(writeFile(image(10))));
+    EXPECT_EQ(log.texts(QtCriticalMsg),
+              (QStringList{QStringLiteral("1"), QStringLiteral("返回失败状态"),
+                           QStringLiteral("发送升级结束命令失败")}));
+}
+
+TEST_F(UVCHidFirmware, FileThatCannotBeOpenedIsNotCritical)
+{
+    EXPECT_FALSE(hid->updateFilePacket(folder.filePath(QStringLiteral("nothing.bin"))));
+    EXPECT_EQ(log.texts(QtCriticalMsg), QStringList());
+    EXPECT_EQ(log.texts(QtDebugMsg).filter(QStringLiteral("打开升级文件失败：")).size(), 1);
 }
 
 TEST_F(UVCHidFirmware, WithoutAnOpenHandleNothingIsSent)

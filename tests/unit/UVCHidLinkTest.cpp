@@ -78,7 +78,7 @@ TEST_F(UVCHidLink, BothIdsMustBeThoseOfACamera)
     EXPECT_EQ(hidapi.calls().filter("hid_open").size(), 0);
 }
 
-TEST_F(UVCHidLink, LogTellsEveryInterfaceUpToTheFirstCamera)
+TEST_F(UVCHidLink, LogListsEveryInterfaceUpToTheFirstCamera)
 {
     plugInOther("/dev/hidraw0");
     hidapi.plugIn({QByteArray("/dev/hidraw1"), 0x3333, 0x4444, L"Somebody"});
@@ -120,7 +120,7 @@ TEST_F(UVCHidLink, PathThatCannotBeOpenedIsCritical)
     EXPECT_EQ(log.texts(QtCriticalMsg), QStringList{"Open device hid failed."});
 }
 
-TEST_F(UVCHidLink, PathTravelsAsUtf8)
+TEST_F(UVCHidLink, PathIsPassedAsUtf8)
 {
     hidapi.plugIn(camera("/dev/hidraw1"));
     QByteArray opened;

@@ -156,7 +156,7 @@ TEST_F(UVCHidProbe, FailureWithoutAReasonIsLoggedAsEmptyText)
     EXPECT_EQ(log.texts().mid(32), (QStringList{R"("")", "hid_read error"}));
 }
 
-TEST_F(UVCHidProbe, LogTellsRequestThirtyReceivedBytesAndAnswer)
+TEST_F(UVCHidProbe, LogContainsRequestThirtyReceivedBytesAndAnswer)
 {
     QByteArray payload(20, '\0');
     for (int i = 1; i < payload.size(); ++i)

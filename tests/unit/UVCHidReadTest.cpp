@@ -75,7 +75,7 @@ TEST_F(UVCHidRead, NeedsNoPersistentHandle)
     hid.reset();
 }
 
-TEST_F(UVCHidRead, PathTravelsAsUtf8)
+TEST_F(UVCHidRead, PathIsPassedAsUtf8)
 {
     const LocaleCodec latin("ISO-8859-1");
     const QString path = QStringLiteral("/dev/kamera-\u00E9\u4E2D");
@@ -347,14 +347,21 @@ TEST_F(UVCHidRead, SerialNumberOfGarbageFillsTheWholeReport)
     }
 }
 
-TEST_F(UVCHidRead, SerialNumberPaddedWithZerosEndsAtTheFirst)
+TEST_F(UVCHidRead, ZerosAtTheEndOfTheSerialNumberArePadding)
 {
     EXPECT_EQ(readPayload(kSerial, "4142430000"), "ABC");
+    EXPECT_EQ(readPayload(kSerial, "0000"), "");
+}
+
+TEST_F(UVCHidRead, ZeroInsideTheSerialNumberBelongsToIt)
+{
+    const QString expected = QStringLiteral("AB") + QChar(0) + QStringLiteral("C");
+    EXPECT_EQ(readPayload(kSerial, "4142004300"), expected);
 }
 
 // --- Log lines
 
-TEST_F(UVCHidRead, LogTellsRequestAnswerAndEveryPayloadByteTwice)
+TEST_F(UVCHidRead, LogContainsRequestAnswerAndEveryPayloadByteTwice)
 {
     readPayload(kVersion, "01ff");
     EXPECT_EQ(log.texts(),

@@ -20,7 +20,7 @@ protected:
 
     void TearDown() override
     {
-        // An exchange leaves nothing open but the persistent handle.
+        // After an exchange only the persistent handle is open.
         EXPECT_EQ(hidapi.openHandles(), hid ? 1 : 0);
         hid.reset();
         HidTest::TearDown();
@@ -63,6 +63,6 @@ protected:
     std::unique_ptr<UVCHid> hid = std::make_unique<UVCHid>();
 };
 
-/// Status values of a refusal: any of the four bytes makes one.
+/// Status values of a refusal: any of the four bytes may be set.
 inline const auto kRefusals =
     ::testing::Values(1U, 0x80U, 0x100U, 0x10000U, 0x1000000U, 0xFFFFFFFFU);

@@ -8,7 +8,7 @@ constexpr int kWriteMirror = 0x5091;
 constexpr int kWriteView = 0x50A1;
 constexpr int kStore = 0x5100;
 
-/// The two writes differ in their payload alone; what becomes of an exchange is one rule.
+/// The two writes differ only in their payload; the same rules decide about success.
 struct WriteOperation
 {
     const char* name;
@@ -127,14 +127,14 @@ TEST_F(UVCHidWrite, TextLongerThanAFrameIsRefusedWithoutTouchingTheDevice)
 
 TEST_F(UVCHidWrite, BytesDecideWhetherATextFits)
 {
-    constexpr QChar accented(0xE9); // one byte or two, as the platform's encoding has it
+    constexpr QChar accented(0xE9); // one byte or two, depending on the platform's encoding
     const int most = 1010 / CodePages::encode(QString(accented)).size();
     hidapi.respondTo(kStore, {});
     EXPECT_EQ(hid->writeInfoToDevice(QString(most, accented), kStore), 0);
     EXPECT_EQ(hid->writeInfoToDevice(QString(most + 1, accented), kStore), -1);
 }
 
-// --- What comes of it
+// --- The result
 
 TEST_P(UVCHidAnyWrite, OpensWritesReadsAndClosesInThisOrder)
 {

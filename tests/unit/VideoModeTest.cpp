@@ -16,7 +16,7 @@ VideoMode mode(int width, int height, double framesPerSecond = 30.0, Format form
 
 const QSize kTarget{1280, 720};
 
-/// The choice among @p modes, which must not depend on their order.
+/// The chosen mode of @p modes; the choice must not depend on their order.
 std::optional<VideoMode> select(std::vector<VideoMode> modes, const QSize& target = kTarget)
 {
     const std::optional<VideoMode> chosen = selectVideoMode(modes, target);

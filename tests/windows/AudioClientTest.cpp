@@ -23,7 +23,7 @@ class AudioClientTest : public QObject
     Q_OBJECT
 
 private slots:
-    void answersForItsInterfacesOnly();
+    void returnsItsInterfacesOnly();
     void countsItsReferences();
     void everyNotificationIsLogged_data();
     void everyNotificationIsLogged();
@@ -36,7 +36,7 @@ private:
     ComApartment m_com;
 };
 
-void AudioClientTest::answersForItsInterfacesOnly()
+void AudioClientTest::returnsItsInterfacesOnly()
 {
     const ComPtr<SDMMNotificationClient> client(new SDMMNotificationClient);
     QVERIFY(client.query<IUnknown>());

@@ -56,7 +56,7 @@ private:
     Qt::HANDLE m_thread = nullptr;
 };
 
-/// The window that a preview was put into, or null.
+/// The window that contains a preview, or null.
 HWND videoWindowIn(const QWidget& target)
 {
     return ::GetWindow(reinterpret_cast<HWND>(target.effectiveWinId()), GW_CHILD);
@@ -73,7 +73,7 @@ QRect placeIn(HWND child, const QWidget& target)
 
 } // namespace
 
-/// The preview through the system's own graph, grabber and renderer, from a software camera.
+/// The preview of a software camera through the system's graph, grabber and renderer.
 class DirectShowPreviewTest : public QObject
 {
     Q_OBJECT
@@ -88,23 +88,23 @@ private slots:
     void framesArriveWithTheCamerasPicture();
     void everyFormatIsAskedFor_data();
     void everyFormatIsAskedFor();
-    void framesComeOnAnotherThread();
-    void framesComeAsFastAsTheCamera();
+    void framesArriveOnAnotherThread();
+    void framesArriveAtTheRateOfTheCamera();
     void pictureFillsTheWindow();
     void pictureFollowsItsWindow();
-    void windowThatIsNoneLeavesTheGraphRunning();
+    void invalidWindowLeavesTheGraphRunning();
     void stopEndsTheStreamAndHidesThePicture();
     void streamCanBeStartedAgain();
-    void closingGivesTheCameraBack();
+    void closingReleasesTheCamera();
     void openingAgainReplacesTheGraph();
     void failedAttemptLeavesNothingBehind();
-    void cameraInUseIsNoticed_data();
-    void cameraInUseIsNoticed();
+    void cameraInUseIsDetected_data();
+    void cameraInUseIsDetected();
     void cameraThatCannotBeBoundDoesNotOpen();
-    void amplifierTellsRanges();
-    void amplifierTakesValues();
+    void amplifierReturnsRanges();
+    void amplifierAcceptsValues();
     void amplifierRefusesValuesOutOfRange();
-    void writeCarriesTheFlagsLastRead();
+    void writeUsesTheFlagsReadLast();
     void cameraWithoutAmplifierHasNoValues();
     void amplifierNeedsAnOpenDevice();
 
@@ -146,7 +146,6 @@ void DirectShowPreviewTest::unknownPathDoesNotOpen()
 {
     QVERIFY(!m_camera->openDevice(SoftCamera::supportedPath(2), m_window->winId()));
     QVERIFY(!m_camera->isOpened());
-    QVERIFY(!m_camera->isGraphBuilt());
     QCOMPARE(m_device->script().binds.load(), 0);
 }
 
@@ -178,7 +177,7 @@ void DirectShowPreviewTest::framesArriveWithTheCamerasPicture()
     QTRY_VERIFY(frames.count() >= 3);
     m_camera->stopCapture();
 
-    // The image is the buffer as it is, so rows from below come upside down.
+    // The image is the unchanged buffer, so rows that start at the bottom are upside down.
     const QImage image = frames.last();
     QCOMPARE(image.size(), size);
     for (const QPoint& at :
@@ -200,7 +199,7 @@ void DirectShowPreviewTest::everyFormatIsAskedFor_data()
     QTest::newRow("32 bits") << int(PreviewFormat::Rgb32) << QUuid(MEDIASUBTYPE_RGB32);
 }
 
-// No screen of today has every depth; the graph is the one that the depth of the screen chooses.
+// No current screen has every depth, so the test chooses the graph instead of the screen.
 void DirectShowPreviewTest::everyFormatIsAskedFor()
 {
     QFETCH(const int, format);
@@ -219,7 +218,7 @@ void DirectShowPreviewTest::everyFormatIsAskedFor()
     QCOMPARE(graph.connectedFrameSize().value_or(QSize()), m_device->script().size);
 }
 
-void DirectShowPreviewTest::framesComeOnAnotherThread()
+void DirectShowPreviewTest::framesArriveOnAnotherThread()
 {
     const Frames frames(*m_camera);
     QVERIFY(open());
@@ -228,14 +227,14 @@ void DirectShowPreviewTest::framesComeOnAnotherThread()
     QVERIFY(frames.thread() != QThread::currentThreadId());
 }
 
-void DirectShowPreviewTest::framesComeAsFastAsTheCamera()
+void DirectShowPreviewTest::framesArriveAtTheRateOfTheCamera()
 {
     const Frames frames(*m_camera);
     QVERIFY(open());
     QVERIFY(m_camera->startCapture());
     QTRY_VERIFY(frames.count() >= 60);
     m_camera->stopCapture();
-    // None is left out and none doubled on the way.
+    // No frame is dropped or repeated.
     QVERIFY(qAbs(frames.count() - m_device->script().framesTaken) <= 1);
 }
 
@@ -282,7 +281,7 @@ void DirectShowPreviewTest::pictureFollowsItsWindow()
     QTRY_VERIFY(::IsWindowVisible(video));
 }
 
-void DirectShowPreviewTest::windowThatIsNoneLeavesTheGraphRunning()
+void DirectShowPreviewTest::invalidWindowLeavesTheGraphRunning()
 {
     const Frames frames(*m_camera);
     QVERIFY(m_camera->openDevice(SoftCamera::supportedPath(1), 0x7FFFFFFC));
@@ -301,7 +300,7 @@ void DirectShowPreviewTest::stopEndsTheStreamAndHidesThePicture()
     HWND video = videoWindowIn(*m_window);
     m_camera->stopCapture();
     QVERIFY(!m_camera->isRunning());
-    QVERIFY(m_camera->isGraphBuilt());
+    QVERIFY(m_camera->isOpened());
     QVERIFY(!::IsWindowVisible(video));
     QCOMPARE(m_device->script().streamsAlive.load(), 0);
     const int atStop = frames.count();
@@ -323,7 +322,7 @@ void DirectShowPreviewTest::streamCanBeStartedAgain()
     QCOMPARE(m_device->script().binds.load(), 1);
 }
 
-void DirectShowPreviewTest::closingGivesTheCameraBack()
+void DirectShowPreviewTest::closingReleasesTheCamera()
 {
     QVERIFY(open());
     QVERIFY(m_camera->startCapture());
@@ -350,21 +349,21 @@ void DirectShowPreviewTest::failedAttemptLeavesNothingBehind()
 {
     m_device->script().subtypes.clear();
     QVERIFY(!open());
-    QVERIFY(!m_camera->isGraphBuilt());
+    QVERIFY(!m_camera->isOpened());
     m_device->script().subtypes = PictureFormat::all();
     QVERIFY(open());
     QCOMPARE(m_device->script().filtersAlive.load(), 1);
     QVERIFY(m_camera->startCapture());
 }
 
-void DirectShowPreviewTest::cameraInUseIsNoticed_data()
+void DirectShowPreviewTest::cameraInUseIsDetected_data()
 {
     QTest::addColumn<int>("refusal");
     QTest::newRow("busy") << static_cast<int>(kBusy);
     QTest::newRow("no resources") << static_cast<int>(kNoResources);
 }
 
-void DirectShowPreviewTest::cameraInUseIsNoticed()
+void DirectShowPreviewTest::cameraInUseIsDetected()
 {
     QFETCH(int, refusal);
     m_device->script().reportsRefusal = isWine();
@@ -373,7 +372,7 @@ void DirectShowPreviewTest::cameraInUseIsNoticed()
     QVERIFY(!m_camera->startCapture());
     QVERIFY(!m_camera->isRunning());
 
-    m_device->script().pauseResult = S_OK; // the other program let go
+    m_device->script().pauseResult = S_OK; // the other program released the camera
     QVERIFY(m_camera->startCapture());
     QVERIFY(m_camera->isRunning());
 }
@@ -386,7 +385,7 @@ void DirectShowPreviewTest::cameraThatCannotBeBoundDoesNotOpen()
     QCOMPARE(m_device->script().filtersAlive.load(), 0);
 }
 
-void DirectShowPreviewTest::amplifierTellsRanges()
+void DirectShowPreviewTest::amplifierReturnsRanges()
 {
     QVERIFY(open());
     m_camera->initVideoProcAmp();
@@ -396,7 +395,7 @@ void DirectShowPreviewTest::amplifierTellsRanges()
     QCOMPARE(m_camera->getSharpnessRange(), qMakePair(0, 7));
 }
 
-void DirectShowPreviewTest::amplifierTakesValues()
+void DirectShowPreviewTest::amplifierAcceptsValues()
 {
     QVERIFY(open());
     m_camera->initVideoProcAmp();
@@ -424,7 +423,7 @@ void DirectShowPreviewTest::amplifierRefusesValuesOutOfRange()
     QCOMPARE(m_device->script().writes().size(), std::size_t{1});
 }
 
-void DirectShowPreviewTest::writeCarriesTheFlagsLastRead()
+void DirectShowPreviewTest::writeUsesTheFlagsReadLast()
 {
     QVERIFY(open());
     m_camera->initVideoProcAmp();

@@ -35,7 +35,7 @@ TEST_F(GrabberCallbackTest, ReferencesAreNotCounted)
     EXPECT_EQ(callback.Release(), 2U);
 }
 
-TEST_F(GrabberCallbackTest, AnswersForTwoInterfaces)
+TEST_F(GrabberCallbackTest, ReturnsTwoInterfaces)
 {
     void* object = nullptr;
     EXPECT_EQ(callback.QueryInterface(__uuidof(IUnknown), &object), S_OK);
@@ -48,7 +48,7 @@ TEST_F(GrabberCallbackTest, AnswersForTwoInterfaces)
     EXPECT_EQ(callback.QueryInterface(__uuidof(IUnknown), nullptr), E_POINTER);
 }
 
-TEST_F(GrabberCallbackTest, SamplesAreNotTaken)
+TEST_F(GrabberCallbackTest, SamplesAreRefused)
 {
     EXPECT_EQ(callback.SampleCB(0.0, nullptr), E_NOTIMPL);
 }

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Takes the notifications in the place of the list page.
+/// Receives the notifications instead of the list page.
 class Receiver : public IDeviceNotify
 {
 public:
@@ -62,7 +62,7 @@ QList<HWND> windows()
     return found;
 }
 
-/// What the system broadcasts about a HID interface.
+/// The system's broadcast about a HID interface.
 struct Broadcast
 {
     Broadcast()
@@ -76,7 +76,7 @@ struct Broadcast
 
 } // namespace
 
-/// The hidden window of the watcher, which is sent what the system sends.
+/// The hidden window of the watcher; the tests send it the messages of the system.
 class HotPlugWindowTest : public QObject
 {
     Q_OBJECT
@@ -85,17 +85,17 @@ private slots:
     void init();
     void cleanup();
 
-    void windowIsThereAndHidden();
+    void windowExistsAndIsHidden();
     void arrivalMakesOneEnumeration();
     void removalMakesOneEnumeration();
-    void otherEventsMakeNone_data();
-    void otherEventsMakeNone();
-    void eventsAreHandledOnTheWindowsThread();
-    void everyEventOfAStormMakesOne();
+    void otherEventsMakeNoEnumeration_data();
+    void otherEventsMakeNoEnumeration();
+    void eventsAreHandledOnTheThreadOfTheWindow();
+    void everyEventOfAStormMakesOneEnumeration();
     void startingTwiceMakesOneWindow();
-    void stoppingTakesTheWindowAway();
+    void stoppingRemovesTheWindow();
     void watcherCanBeStartedAgain();
-    void takenNameIsLogged();
+    void windowClassNameInUseIsLogged();
 
 private:
     static DeviceManager& manager() { return DeviceManager::instance(); }
@@ -125,7 +125,7 @@ void HotPlugWindowTest::cleanup()
     m_log.reset();
 }
 
-void HotPlugWindowTest::windowIsThereAndHidden()
+void HotPlugWindowTest::windowExistsAndIsHidden()
 {
     char title[64] = {};
     ::GetWindowTextA(window(), title, sizeof title);
@@ -155,7 +155,7 @@ void HotPlugWindowTest::removalMakesOneEnumeration()
     QCOMPARE(m_log->texts().filter(QStringLiteral("检测到插入设备")).size(), 0);
 }
 
-void HotPlugWindowTest::otherEventsMakeNone_data()
+void HotPlugWindowTest::otherEventsMakeNoEnumeration_data()
 {
     QTest::addColumn<uint>("event");
     QTest::newRow("configuration changed") << uint{DBT_CONFIGCHANGED};
@@ -165,7 +165,7 @@ void HotPlugWindowTest::otherEventsMakeNone_data()
     QTest::newRow("of a driver's own") << uint{DBT_CUSTOMEVENT};
 }
 
-void HotPlugWindowTest::otherEventsMakeNone()
+void HotPlugWindowTest::otherEventsMakeNoEnumeration()
 {
     QFETCH(uint, event);
     const Broadcast broadcast;
@@ -174,7 +174,7 @@ void HotPlugWindowTest::otherEventsMakeNone()
     QCOMPARE(m_log->texts().filter(QStringLiteral("检测到")).size(), 0);
 }
 
-void HotPlugWindowTest::eventsAreHandledOnTheWindowsThread()
+void HotPlugWindowTest::eventsAreHandledOnTheThreadOfTheWindow()
 {
     send(DBT_DEVICEARRIVAL);
     QVERIFY(m_receiver->thread() != QThread::currentThreadId());
@@ -182,7 +182,7 @@ void HotPlugWindowTest::eventsAreHandledOnTheWindowsThread()
              quintptr{::GetWindowThreadProcessId(window(), nullptr)});
 }
 
-void HotPlugWindowTest::everyEventOfAStormMakesOne()
+void HotPlugWindowTest::everyEventOfAStormMakesOneEnumeration()
 {
     QList<int> expected;
     for (int i = 0; i < 50; ++i) {
@@ -205,7 +205,7 @@ void HotPlugWindowTest::startingTwiceMakesOneWindow()
     QCOMPARE(m_receiver->statuses(), QList<int>{DevicePluggedIn});
 }
 
-void HotPlugWindowTest::stoppingTakesTheWindowAway()
+void HotPlugWindowTest::stoppingRemovesTheWindow()
 {
     manager().stop();
     QVERIFY(!manager().isRunning());
@@ -217,7 +217,7 @@ void HotPlugWindowTest::watcherCanBeStartedAgain()
 {
     for (int round = 0; round < 20; ++round) {
         manager().stop();
-        manager().start(); // and at once, before the window is there
+        manager().start(); // immediately, before the window exists
         manager().stop();
         QCOMPARE(windows().size(), 0);
         manager().start();
@@ -227,7 +227,7 @@ void HotPlugWindowTest::watcherCanBeStartedAgain()
     QCOMPARE(m_receiver->statuses(), QList<int>{DevicePluggedIn});
 }
 
-void HotPlugWindowTest::takenNameIsLogged()
+void HotPlugWindowTest::windowClassNameInUseIsLogged()
 {
     manager().stop();
     WNDCLASSA other{};

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int kPatience = 60000;
+constexpr int kTimeoutMs = 60000;
 
 QString localData()
 {
@@ -25,18 +25,18 @@ QVariant uninstallValue(const char* name)
         .value(QLatin1String(name));
 }
 
-/// Runs @p program and waits for it; -1 when it does not end by itself.
+/// Runs @p program and waits for it; -1 when it does not end in time.
 int run(const QString& program, const QString& arguments)
 {
     QProcess process;
     process.setNativeArguments(arguments);
     process.start(program, {});
-    return process.waitForFinished(kPatience) ? process.exitCode() : -1;
+    return process.waitForFinished(kTimeoutMs) ? process.exitCode() : -1;
 }
 
 } // namespace
 
-/// The installer, as a user runs it without questions. In a Wine prefix of its own.
+/// The installer, as a user runs it without questions, in a separate Wine prefix.
 class InstallerTest : public QObject
 {
     Q_OBJECT
@@ -44,13 +44,13 @@ class InstallerTest : public QObject
 private slots:
     void cleanup();
 
-    void installsForTheUserAlone();
+    void installsOnlyForTheUser();
     void installedProgramStarts();
     void folderWithSpacesCanBeChosen();
     void upgradeClosesTheRunningProgram();
-    void upgradeTakesOldFilesAway();
+    void upgradeRemovesOldFiles();
     void uninstallingKeepsTheSettings();
-    void uninstallingRemovesTheSettingsWhenTold();
+    void uninstallingRemovesTheSettingsOnRequest();
     void uninstallingKeepsFilesOfOthers();
 
 private:
@@ -60,8 +60,8 @@ private:
                    folder.isEmpty() ? QStringLiteral("/S")
                                     : QStringLiteral("/S /D=") + QDir::toNativeSeparators(folder));
     }
-    /// What the system's list of programs runs; removes itself through a copy, so the end shows in
-    /// the files.
+    /// Runs the uninstaller from the system's list of programs. It continues as a copy of itself,
+    /// so its end can be seen only from the removed files.
     static void uninstall(const QString& more = QString())
     {
         const QString command = uninstallValue("QuietUninstallString").toString();
@@ -92,13 +92,13 @@ void InstallerTest::cleanup()
     if (programWindow()) {
         const WindowProcess program(programWindow());
         program.quit();
-        QVERIFY(program.waitForEnd(kPatience));
+        QVERIFY(program.waitForEnd(kTimeoutMs));
     }
     uninstall(QStringLiteral("/SETTINGS"));
-    QTRY_VERIFY_WITH_TIMEOUT(folder().isEmpty(), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(folder().isEmpty(), kTimeoutMs);
 }
 
-void InstallerTest::installsForTheUserAlone()
+void InstallerTest::installsOnlyForTheUser()
 {
     QCOMPARE(install(), 0);
     QCOMPARE(QDir::cleanPath(QDir::fromNativeSeparators(folder())),
@@ -113,25 +113,25 @@ void InstallerTest::installsForTheUserAlone()
     QVERIFY(!uninstallValue("EstimatedSize").toString().isEmpty());
 
     uninstall();
-    QTRY_VERIFY_WITH_TIMEOUT(folder().isEmpty(), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(folder().isEmpty(), kTimeoutMs);
     QTRY_VERIFY_WITH_TIMEOUT(
-        !QFileInfo::exists(localData() + QStringLiteral("/Programs/MarvikTools")), kPatience);
+        !QFileInfo::exists(localData() + QStringLiteral("/Programs/MarvikTools")), kTimeoutMs);
     QVERIFY(!QFileInfo::exists(shortcut()));
 }
 
 void InstallerTest::installedProgramStarts()
 {
     QCOMPARE(install(), 0);
-    // With nothing but its own folder and the system's to find libraries in.
+    // Libraries can be found only in its own folder and in the system's.
     QProcess program;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("PATH"), QStringLiteral("C:\\windows\\system32;C:\\windows"));
     environment.remove(QStringLiteral("WINEPATH"));
     program.setProcessEnvironment(environment);
     program.start(file("MarvikTools.exe"), {});
-    QTRY_VERIFY_WITH_TIMEOUT(programWindow() && ::IsWindowVisible(programWindow()), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(programWindow() && ::IsWindowVisible(programWindow()), kTimeoutMs);
     WindowProcess(programWindow()).quit();
-    QVERIFY(program.waitForFinished(kPatience));
+    QVERIFY(program.waitForFinished(kTimeoutMs));
     QCOMPARE(program.exitCode(), 0);
 }
 
@@ -142,15 +142,15 @@ void InstallerTest::folderWithSpacesCanBeChosen()
     QCOMPARE(QDir::cleanPath(QDir::fromNativeSeparators(folder())), QDir::cleanPath(chosen));
     QVERIFY(QFileInfo::exists(chosen + QStringLiteral("/MarvikTools.exe")));
     uninstall();
-    QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(chosen), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(chosen), kTimeoutMs);
 }
 
 void InstallerTest::upgradeClosesTheRunningProgram()
 {
     QCOMPARE(install(), 0);
     QVERIFY(QProcess::startDetached(file("MarvikTools.exe"), {}));
-    QTRY_VERIFY_WITH_TIMEOUT(programWindow() && ::IsWindowVisible(programWindow()), kPatience);
-    QTRY_VERIFY_WITH_TIMEOUT(::FindWindowA("velmarin", nullptr), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(programWindow() && ::IsWindowVisible(programWindow()), kTimeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(::FindWindowA("velmarin", nullptr), kTimeoutMs);
     const WindowProcess program(programWindow());
     // As an open folder of that name has it.
     HWND folderWindow = ::CreateWindowExW(0, L"STATIC", L"MarvikTools", WS_POPUP, 0, 0, 10, 10,
@@ -163,7 +163,7 @@ void InstallerTest::upgradeClosesTheRunningProgram()
     QVERIFY(QFileInfo::exists(file("MarvikTools.exe")));
 }
 
-void InstallerTest::upgradeTakesOldFilesAway()
+void InstallerTest::upgradeRemovesOldFiles()
 {
     const QString before = localData() + QStringLiteral("/Old Place");
     QCOMPARE(install(before), 0);
@@ -180,17 +180,17 @@ void InstallerTest::uninstallingKeepsTheSettings()
     QCOMPARE(install(), 0);
     const QString settings = storeSettings();
     uninstall();
-    QTRY_VERIFY_WITH_TIMEOUT(folder().isEmpty(), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(folder().isEmpty(), kTimeoutMs);
     QVERIFY(QFileInfo::exists(settings));
 }
 
-void InstallerTest::uninstallingRemovesTheSettingsWhenTold()
+void InstallerTest::uninstallingRemovesTheSettingsOnRequest()
 {
     QCOMPARE(install(), 0);
     const QString settings = storeSettings();
     uninstall(QStringLiteral("/SETTINGS"));
-    QTRY_VERIFY_WITH_TIMEOUT(folder().isEmpty(), kPatience);
-    QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(settings), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(folder().isEmpty(), kTimeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(settings), kTimeoutMs);
 }
 
 void InstallerTest::uninstallingKeepsFilesOfOthers()
@@ -201,9 +201,9 @@ void InstallerTest::uninstallingKeepsFilesOfOthers()
     QVERIFY(other.open(QIODevice::WriteOnly));
     other.close();
     uninstall();
-    QTRY_VERIFY_WITH_TIMEOUT(folder().isEmpty(), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(folder().isEmpty(), kTimeoutMs);
     QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(place + QStringLiteral("/MarvikTools.exe")),
-                             kPatience);
+                             kTimeoutMs);
     QVERIFY(other.exists());
     QVERIFY(other.remove());
     QVERIFY(QDir().rmdir(place));

@@ -1,9 +1,9 @@
-#include "Desktop.h"
 #include "HighDpi.h"
+#include "WindowSystem.h"
 
 #include <QtTest>
 
-/// What is asked of the monitor before there is an application.
+/// Properties of the monitor that are read before the application object exists.
 class MonitorTest : public QObject
 {
     Q_OBJECT
@@ -19,12 +19,12 @@ private:
 void MonitorTest::monitorIsMeasuredInPixels()
 {
     QVERIFY(expectedWidth() > 0);
-    QCOMPARE(Desktop::monitorWidth().value_or(-1), expectedWidth());
+    QCOMPARE(WindowSystem::monitorWidth().value_or(-1), expectedWidth());
 }
 
 void MonitorTest::widthOfTheMonitorDecidesAboutScaling()
 {
-    QCOMPARE(HighDpi::wantsScaling(Desktop::monitorWidth()), expectedWidth() == 2048);
+    QCOMPARE(HighDpi::wantsScaling(WindowSystem::monitorWidth()), expectedWidth() == 2048);
 }
 
 QTEST_APPLESS_MAIN(MonitorTest)

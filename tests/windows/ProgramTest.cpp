@@ -9,11 +9,11 @@
 
 namespace {
 
-constexpr int kPatience = 30000;
+constexpr int kTimeoutMs = 30000;
 
 } // namespace
 
-/// The program as a process of its own.
+/// The program in a separate process.
 class ProgramTest : public QObject
 {
     Q_OBJECT
@@ -22,16 +22,16 @@ private slots:
     void init();
     void cleanup();
 
-    void listFollowsTheStart();
+    void listIsShownAfterTheStart();
     void watcherRunsBesideTheWindow();
-    void closingHidesInTheTray();
-    void clickInTheTrayRaises();
+    void closingHidesTheWindowInTheTray();
+    void clickInTheTrayRaisesTheWindow();
     void secondStartEndsAtOnceAndRaisesTheFirst();
     void quitInTheTraysMenuEndsTheProgram();
     void endOfTheEventLoopEndsTheProgram();
 
 private:
-    /// Tells the program of an event at its tray icon, as the shell does.
+    /// Sends the program an event of its tray icon, as the shell does.
     static void sendTrayEvent(WORD event, const QPoint& at = QPoint())
     {
         constexpr UINT trayMessage = WM_APP + 101; // the toolkit's
@@ -44,9 +44,9 @@ private:
     void hideInTheTray() const
     {
         ::PostMessageW(programWindow(), WM_CLOSE, 0, 0);
-        QTRY_VERIFY_WITH_TIMEOUT(!::IsWindowVisible(programWindow()), kPatience);
+        QTRY_VERIFY_WITH_TIMEOUT(!::IsWindowVisible(programWindow()), kTimeoutMs);
     }
-    /// Everything that the program has logged, in this start and those before.
+    /// The whole log of the program, of this start and earlier ones.
     static QString log()
     {
         QFile file(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
@@ -62,47 +62,47 @@ void ProgramTest::init()
     QVERIFY(!programWindow());
     m_program.start(QStringLiteral(MARVIK_PROGRAM), {});
     QVERIFY(m_program.waitForStarted());
-    QTRY_VERIFY_WITH_TIMEOUT(programWindow() && ::IsWindowVisible(programWindow()), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(programWindow() && ::IsWindowVisible(programWindow()), kTimeoutMs);
 }
 
 void ProgramTest::cleanup()
 {
     if (m_program.state() != QProcess::NotRunning) {
         WindowProcess(programWindow()).quit();
-        QVERIFY(m_program.waitForFinished(kPatience));
+        QVERIFY(m_program.waitForFinished(kTimeoutMs));
     }
     QTRY_VERIFY(!programWindow());
 }
 
-void ProgramTest::listFollowsTheStart()
+void ProgramTest::listIsShownAfterTheStart()
 {
     const auto listsBuilt = [] { return log().count(QStringLiteral("更新home页的设备列表")); };
     const int before = listsBuilt();
-    QTRY_COMPARE_WITH_TIMEOUT(listsBuilt(), before + 1, kPatience);
+    QTRY_COMPARE_WITH_TIMEOUT(listsBuilt(), before + 1, kTimeoutMs);
     QVERIFY(::IsWindowVisible(programWindow()));
 }
 
 void ProgramTest::watcherRunsBesideTheWindow()
 {
-    QTRY_VERIFY_WITH_TIMEOUT(::FindWindowA("velmarin", "velmarin window"), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(::FindWindowA("velmarin", "velmarin window"), kTimeoutMs);
     QVERIFY(!::IsWindowVisible(::FindWindowA("velmarin", "velmarin window")));
 }
 
-void ProgramTest::closingHidesInTheTray()
+void ProgramTest::closingHidesTheWindowInTheTray()
 {
     hideInTheTray();
     QVERIFY(!m_program.waitForFinished(500));
     QVERIFY(programWindow());
 }
 
-void ProgramTest::clickInTheTrayRaises()
+void ProgramTest::clickInTheTrayRaisesTheWindow()
 {
     hideInTheTray();
     sendTrayEvent(WM_MBUTTONUP);
     QTest::qWait(300);
     QVERIFY(!::IsWindowVisible(programWindow()));
     sendTrayEvent(NIN_SELECT);
-    QTRY_VERIFY_WITH_TIMEOUT(::IsWindowVisible(programWindow()), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(::IsWindowVisible(programWindow()), kTimeoutMs);
     QTRY_VERIFY(!::IsIconic(programWindow()));
 }
 
@@ -111,10 +111,10 @@ void ProgramTest::secondStartEndsAtOnceAndRaisesTheFirst()
     hideInTheTray();
     QProcess second;
     second.start(QStringLiteral(MARVIK_PROGRAM), {});
-    QVERIFY(second.waitForFinished(kPatience));
+    QVERIFY(second.waitForFinished(kTimeoutMs));
     QCOMPARE(second.exitStatus(), QProcess::NormalExit);
     QCOMPARE(second.exitCode(), 0);
-    QTRY_VERIFY_WITH_TIMEOUT(::IsWindowVisible(programWindow()), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(::IsWindowVisible(programWindow()), kTimeoutMs);
     QTRY_VERIFY(!::IsIconic(programWindow()));
     QCOMPARE(m_program.state(), QProcess::Running);
 }
@@ -129,20 +129,20 @@ void ProgramTest::quitInTheTraysMenuEndsTheProgram()
         return candidate != window && ::GetWindowThreadProcessId(candidate, nullptr) ==
                                           ::GetWindowThreadProcessId(window, nullptr);
     };
-    QTRY_VERIFY_WITH_TIMEOUT(isMenu(::WindowFromPoint({entry.x(), entry.y()})), kPatience);
+    QTRY_VERIFY_WITH_TIMEOUT(isMenu(::WindowFromPoint({entry.x(), entry.y()})), kTimeoutMs);
     ::SetCursorPos(entry.x(), entry.y());
     ::mouse_event(MOUSEEVENTF_LEFTDOWN, 0, 0, 0, 0);
     ::mouse_event(MOUSEEVENTF_LEFTUP, 0, 0, 0, 0);
-    QVERIFY(m_program.waitForFinished(kPatience));
+    QVERIFY(m_program.waitForFinished(kTimeoutMs));
     QCOMPARE(m_program.exitStatus(), QProcess::NormalExit);
     QCOMPARE(m_program.exitCode(), 0);
 }
 
-/// What the installer sends.
+/// The message that the installer sends.
 void ProgramTest::endOfTheEventLoopEndsTheProgram()
 {
     WindowProcess(programWindow()).quit();
-    QVERIFY(m_program.waitForFinished(kPatience));
+    QVERIFY(m_program.waitForFinished(kTimeoutMs));
     QCOMPARE(m_program.exitStatus(), QProcess::NormalExit);
     QCOMPARE(m_program.exitCode(), 0);
 }

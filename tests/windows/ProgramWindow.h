@@ -3,13 +3,13 @@
 #include <QString>
 #include <qt_windows.h>
 
-/// The main window of the program in whichever process; found while it hides in the tray, too.
+/// The main window of the program in any process; found even when it is hidden in the tray.
 inline HWND programWindow()
 {
     return ::FindWindowW(nullptr, L"MarvikTools");
 }
 
-/// The process of a window, from which its end can be waited for.
+/// The process of a window, to wait for its end.
 class WindowProcess
 {
 public:
@@ -24,11 +24,11 @@ public:
     WindowProcess(const WindowProcess&) = delete;
     WindowProcess& operator=(const WindowProcess&) = delete;
 
-    /// Asks for what "Quit" in the tray's menu does.
+    /// Requests the action of "Quit" in the tray's menu.
     void quit() const { ::PostThreadMessageW(m_thread, WM_QUIT, 0, 0); }
-    [[nodiscard]] bool waitForEnd(DWORD milliseconds) const
+    [[nodiscard]] bool waitForEnd(DWORD timeoutMs) const
     {
-        return ::WaitForSingleObject(m_process, milliseconds) == WAIT_OBJECT_0;
+        return ::WaitForSingleObject(m_process, timeoutMs) == WAIT_OBJECT_0;
     }
     [[nodiscard]] DWORD exitCode() const
     {

@@ -6,7 +6,7 @@
 #include <QWidget>
 #include <uuids.h>
 
-/// The preview asks the camera for the format of the screen, whatever depth that has.
+/// The preview requests the format of the screen from the camera, at any colour depth.
 class ScreenDepthTest : public QObject
 {
     Q_OBJECT

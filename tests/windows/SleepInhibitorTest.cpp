@@ -5,7 +5,7 @@
 
 namespace {
 
-/// What the thread has asked the system for; asks for the same again.
+/// The thread's current request to the system; reading it sets the same request again.
 EXECUTION_STATE requested()
 {
     const EXECUTION_STATE before = ::SetThreadExecutionState(ES_CONTINUOUS);

@@ -5,7 +5,7 @@
 #include <QtTest>
 #include <thread>
 
-/// The inventory of video inputs through the system's own device enumerator.
+/// The list of video inputs from the system's device enumerator.
 class VideoInputsTest : public QObject
 {
     Q_OBJECT
@@ -14,13 +14,13 @@ private slots:
     void unpluggedCamerasAreNotListed();
     void camerasComeInTheSystemsOrder();
     void propertiesArriveAsTheyAre();
-    void missingPropertyRepeatsTheOneBefore_data();
-    void missingPropertyRepeatsTheOneBefore();
+    void missingPropertyRepeatsThePreviousValue_data();
+    void missingPropertyRepeatsThePreviousValue();
     void identicalCamerasAreTwoEntries();
     void threadWithoutComCanEnumerate();
 
 private:
-    /// The software cameras of the list; a machine may have cameras of its own.
+    /// The software cameras in the list; a machine may also have real cameras.
     static QList<UVCDeviceInfo> listed()
     {
         QList<UVCDeviceInfo> all;
@@ -66,7 +66,7 @@ void VideoInputsTest::propertiesArriveAsTheyAre()
     QCOMPARE(cameras.front().devicePath, SoftCamera::supportedPath(1));
 }
 
-void VideoInputsTest::missingPropertyRepeatsTheOneBefore_data()
+void VideoInputsTest::missingPropertyRepeatsThePreviousValue_data()
 {
     QTest::addColumn<bool>("hasName");
     QTest::addColumn<bool>("hasPath");
@@ -75,7 +75,7 @@ void VideoInputsTest::missingPropertyRepeatsTheOneBefore_data()
     QTest::newRow("neither") << false << false;
 }
 
-void VideoInputsTest::missingPropertyRepeatsTheOneBefore()
+void VideoInputsTest::missingPropertyRepeatsThePreviousValue()
 {
     QFETCH(bool, hasName);
     QFETCH(bool, hasPath);

@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr int kPatienceMs = 5000;
+constexpr int kReplyTimeoutMs = 5000;
 
 int fail(const QString& text)
 {
@@ -16,7 +16,7 @@ int fail(const QString& text)
 } // namespace
 
 /// Sends one command to an update service, for scripts: updateservice-ctl SOCKET fault status 500
-/// Prints what the service has to say to it.
+/// Prints the reply of the service.
 int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
@@ -25,11 +25,11 @@ int main(int argc, char** argv)
         return fail("usage: updateservice-ctl SOCKET command...");
     QLocalSocket socket;
     socket.connectToServer(words.takeFirst());
-    if (!socket.waitForConnected(kPatienceMs))
-        return fail("the service is not there");
+    if (!socket.waitForConnected(kReplyTimeoutMs))
+        return fail("the service does not run");
     socket.write(words.join(QLatin1Char(' ')).toUtf8() + '\n');
     QByteArray reply;
-    while (socket.waitForReadyRead(kPatienceMs))
+    while (socket.waitForReadyRead(kReplyTimeoutMs))
         reply += socket.readAll();
     reply = reply.trimmed();
     if (reply != "ok" && !reply.startsWith("ok\n"))

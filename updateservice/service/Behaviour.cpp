@@ -11,10 +11,9 @@ template <typename Value>
 bool choose(const QMap<QString, Value>& values, const QString& name, Value& out)
 {
     const auto found = values.constFind(name);
-    if (found == values.constEnd())
-        return false;
-    out = *found;
-    return true;
+    if (found != values.constEnd())
+        out = *found;
+    return found != values.constEnd();
 }
 
 bool number(const QString& text, std::int64_t& out)
@@ -29,61 +28,22 @@ bool number(const QString& text, std::int64_t& out)
 bool answer(const QStringList& words, Behaviour& behaviour)
 {
     using Answer = Behaviour::Answer;
-    static const QMap<QString, Answer> answers{{"uptodate", Answer::UpToDate},
-                                               {"broken", Answer::Broken},
-                                               {"huge", Answer::Huge},
-                                               {"bomb", Answer::Bomb}};
-    if (!choose(answers, words.value(0), behaviour.answer))
+    if (!choose<Answer>({{"uptodate", Answer::UpToDate},
+                         {"broken", Answer::Broken},
+                         {"huge", Answer::Huge},
+                         {"bomb", Answer::Bomb}},
+                        words.value(0), behaviour.answer))
         return false;
     return words.size() == 1 ||
            (behaviour.answer == Answer::Huge && number(words.at(1), behaviour.hugeBytes));
 }
 
-bool certificate(const QString& name, Behaviour& behaviour)
-{
-    using Certificate = Behaviour::Certificate;
-    static const QMap<QString, Certificate> kinds{{"trusted", Certificate::Trusted},
-                                                  {"selfsigned", Certificate::SelfSigned},
-                                                  {"wronghost", Certificate::WrongHost},
-                                                  {"expired", Certificate::Expired},
-                                                  {"unknown", Certificate::Unknown}};
-    return choose(kinds, name, behaviour.certificate);
-}
-
-bool redirect(const QString& name, Behaviour& behaviour)
-{
-    using Redirect = Behaviour::Redirect;
-    static const QMap<QString, Redirect> kinds{{"once", Redirect::Once},
-                                               {"loop", Redirect::Loop},
-                                               {"http", Redirect::Http},
-                                               {"file", Redirect::File},
-                                               {"elsewhere", Redirect::Elsewhere}};
-    return choose(kinds, name, behaviour.redirect);
-}
-
-bool framing(const QString& name, Behaviour& behaviour)
-{
-    using Framing = Behaviour::Framing;
-    static const QMap<QString, Framing> kinds{
-        {"length", Framing::Length}, {"chunked", Framing::Chunked}, {"close", Framing::Close}};
-    return choose(kinds, name, behaviour.framing);
-}
-
-bool protocol(const QString& name, Behaviour& behaviour)
-{
-    static const QMap<QString, QSsl::SslProtocol> kinds{{"1.0", QSsl::TlsV1_0},
-                                                        {"1.1", QSsl::TlsV1_1},
-                                                        {"1.2", QSsl::TlsV1_2},
-                                                        {"1.3", QSsl::TlsV1_3}};
-    return choose(kinds, name, behaviour.protocol);
-}
-
 bool stall(const QStringList& words, Behaviour& behaviour)
 {
     using Stall = Behaviour::Stall;
-    static const QMap<QString, Stall> kinds{
-        {"handshake", Stall::Handshake}, {"head", Stall::Head}, {"body", Stall::Body}};
-    if (!choose(kinds, words.value(1), behaviour.stall))
+    if (!choose<Stall>(
+            {{"handshake", Stall::Handshake}, {"head", Stall::Head}, {"body", Stall::Body}},
+            words.value(1), behaviour.stall))
         return false;
     return words.size() == 2 ||
            (behaviour.stall == Stall::Body && number(words.at(2), behaviour.stallAt));
@@ -106,6 +66,9 @@ bool status(const QString& text, Behaviour& behaviour)
 
 bool applyWords(const QStringList& words, Behaviour& behaviour)
 {
+    using Certificate = Behaviour::Certificate;
+    using Redirect = Behaviour::Redirect;
+    using Framing = Behaviour::Framing;
     const QString name = words.value(0);
     const QString argument = words.value(1);
     if (name == QLatin1String("status"))
@@ -117,13 +80,29 @@ bool applyWords(const QStringList& words, Behaviour& behaviour)
     if (name == QLatin1String("stall"))
         return stall(words, behaviour);
     if (name == QLatin1String("redirect"))
-        return redirect(argument, behaviour);
+        return choose<Redirect>({{"once", Redirect::Once},
+                                 {"loop", Redirect::Loop},
+                                 {"http", Redirect::Http},
+                                 {"file", Redirect::File},
+                                 {"elsewhere", Redirect::Elsewhere}},
+                                argument, behaviour.redirect);
     if (name == QLatin1String("framing"))
-        return framing(argument, behaviour);
+        return choose<Framing>(
+            {{"length", Framing::Length}, {"chunked", Framing::Chunked}, {"close", Framing::Close}},
+            argument, behaviour.framing);
     if (name == QLatin1String("tls"))
-        return protocol(argument, behaviour);
+        return choose<QSsl::SslProtocol>({{"1.0", QSsl::TlsV1_0},
+                                          {"1.1", QSsl::TlsV1_1},
+                                          {"1.2", QSsl::TlsV1_2},
+                                          {"1.3", QSsl::TlsV1_3}},
+                                         argument, behaviour.protocol);
     if (name == QLatin1String("certificate"))
-        return certificate(argument, behaviour);
+        return choose<Certificate>({{"trusted", Certificate::Trusted},
+                                    {"selfsigned", Certificate::SelfSigned},
+                                    {"wronghost", Certificate::WrongHost},
+                                    {"expired", Certificate::Expired},
+                                    {"unknown", Certificate::Unknown}},
+                                   argument, behaviour.certificate);
     return answer(words, behaviour);
 }
 

@@ -6,7 +6,7 @@
 
 namespace updateservice {
 
-/// How the service departs from what it should do. The default is no departure.
+/// The faults that the service shows. By default it has none.
 struct Behaviour
 {
     enum class Certificate { Trusted, SelfSigned, WrongHost, Expired, Unknown };
@@ -16,7 +16,7 @@ struct Behaviour
     enum class Stall { None, Handshake, Head, Body };
 
     Certificate certificate = Certificate::Trusted;
-    QSsl::SslProtocol protocol = QSsl::SecureProtocols; ///< the only one, when it is a single one
+    QSsl::SslProtocol protocol = QSsl::SecureProtocols; ///< if it is a single version: the only one
     int status = 200;
     Answer answer = Answer::Offer;
     std::int64_t hugeBytes = 10'000'000;

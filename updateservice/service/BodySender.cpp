@@ -8,8 +8,8 @@ namespace updateservice {
 
 namespace {
 
-constexpr std::int64_t kPieceBytes = 256 * 1024;
-constexpr std::int64_t kQueuedBytes = 1024 * 1024;
+constexpr std::int64_t kPieceBytes = std::int64_t{256} * 1024;
+constexpr std::int64_t kQueuedBytes = std::int64_t{1024} * 1024;
 constexpr int kTicksPerSecond = 20;
 
 } // namespace
@@ -38,7 +38,7 @@ void BodySender::start()
         m_tick.start();
         return;
     }
-    // The second is for a socket that does not encrypt itself.
+    // The second signal is for a socket that does not encrypt, because another process does.
     connect(&m_socket, &QSslSocket::encryptedBytesWritten, this, &BodySender::onBytesWritten);
     connect(&m_socket, &QSslSocket::bytesWritten, this, &BodySender::onBytesWritten);
     onBytesWritten();
@@ -71,7 +71,7 @@ void BodySender::sendPiece(const QByteArray& piece)
         m_socket.write(piece);
         return;
     }
-    // Cut off inside a chunk: it announces one byte more than there is.
+    // To cut off inside a chunk, it announces one byte more than it sends.
     const bool cutOff =
         m_behaviour.truncateAt >= 0 && !m_behaviour.endAtPieces && m_sent + piece.size() >= m_last;
     m_socket.write(QByteArray::number(piece.size() + (cutOff ? 1 : 0), 16) + "\r\n" + piece);

@@ -11,7 +11,7 @@ class QSslSocket;
 
 namespace updateservice {
 
-/// Sends the body of an answer, as whole or as badly as it is told to, then ends the connection.
+/// Sends the body of an answer with the faults of a Behaviour, then ends the connection.
 class BodySender : public QObject
 {
     Q_OBJECT
@@ -38,7 +38,7 @@ private:
     Behaviour m_behaviour;
     QTimer m_tick;
     std::int64_t m_sent = 0;
-    std::int64_t m_last = 0; ///< where it stops, whole or not
+    std::int64_t m_last = 0; ///< where it stops
     bool m_ended = false;
 };
 

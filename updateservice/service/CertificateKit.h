@@ -8,8 +8,8 @@
 
 namespace updateservice {
 
-/// Certificates made for one run: an authority and what the service shows, in every kind. They are
-/// good for "localhost" and 127.0.0.1 for two days.
+/// The certificates of one run: an authority, and one certificate of each kind for the service.
+/// They are valid for "localhost" and 127.0.0.1 for two days.
 class CertificateKit
 {
 public:
@@ -19,20 +19,20 @@ public:
         QSslKey key;
     };
 
-    /// Makes what is not yet in @p directory, which has to exist.
-    /// @return false, see errorText(), when that fails
+    /// Makes the certificates in @p directory, which must exist, unless they are there.
+    /// @return false when that fails, see errorText()
     bool make(const QString& directory);
 
-    /// The authority to trust, a PEM file.
+    /// The authority that clients have to trust, a PEM file.
     [[nodiscard]] QString authorityFile() const;
-    /// What a certificate's files are called.
+    /// The name of a certificate's files, without their endings.
     [[nodiscard]] static QString name(Behaviour::Certificate kind);
     [[nodiscard]] Identity identity(Behaviour::Certificate kind) const;
     [[nodiscard]] const QString& errorText() const { return m_errorText; }
 
-    /// Lets this process speak TLS 1.0 and 1.1, which the system's settings forbid, so that a
-    /// service of that age can be shown. To be called before anything uses TLS.
-    /// @return false when the settings could not be written into @p directory
+    /// Lets this process speak TLS 1.0 and 1.1, which the system's settings forbid, so that the
+    /// service can behave like an old one. To be called before TLS is used.
+    /// @return false when the settings cannot be written into @p directory
     static bool allowOldProtocols(const QString& directory);
 
 private:

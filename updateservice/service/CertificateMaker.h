@@ -13,7 +13,7 @@ public:
     {
     }
 
-    /// @return false, see errorText(), when that fails
+    /// @return false when that fails, see errorText()
     bool make();
     [[nodiscard]] const QString& errorText() const { return m_errorText; }
 

@@ -1,6 +1,5 @@
 #include "CertificateMaker.h"
 
-#include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
 
@@ -10,14 +9,8 @@ namespace {
 
 constexpr int kDays = 2;
 constexpr int kYesterday = -1;
-const char* const kOwnHosts = "subjectAltName=DNS:localhost,IP:127.0.0.1\n";
-const char* const kOtherHosts = "subjectAltName=DNS:elsewhere.invalid\n";
-
-bool writeFile(const QString& path, const QByteArray& text)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(text) == text.size();
-}
+const char* const kOwnHosts = "subjectAltName=DNS:localhost,IP:127.0.0.1";
+const char* const kOtherHosts = "subjectAltName=DNS:elsewhere.invalid";
 
 } // namespace
 
@@ -34,7 +27,7 @@ bool CertificateMaker::openssl(const QStringList& arguments)
 {
     const QString program = QStandardPaths::findExecutable("openssl");
     QProcess process;
-    // Its defaults for requests are in the system's settings, not in those of allowOldProtocols().
+    // It takes its defaults from the system's settings, which those of allowOldProtocols() replace.
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.remove("OPENSSL_CONF");
     process.setProcessEnvironment(environment);
@@ -51,20 +44,19 @@ bool CertificateMaker::makeAuthority(const QString& name)
 {
     return openssl({"req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256",
                     "-nodes", "-days", QString::number(kDays), "-subj", "/CN=localhost " + name,
-                    "-addext", "subjectAltName=DNS:localhost,IP:127.0.0.1", "-keyout",
-                    path(name + ".key"), "-out", path(name + ".pem")});
+                    "-addext", kOwnHosts, "-keyout", path(name + ".key"), "-out",
+                    path(name + ".pem")});
 }
 
 bool CertificateMaker::makeSigned(const QString& name, const QString& authority,
                                   const QString& hosts, int days)
 {
-    return writeFile(path(name + ".ext"), hosts.toLatin1()) &&
-           openssl({"req", "-new", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256", "-nodes",
-                    "-subj", "/CN=" + name, "-keyout", path(name + ".key"), "-out",
-                    path(name + ".csr")}) &&
+    return openssl({"req", "-new", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256", "-nodes",
+                    "-subj", "/CN=" + name, "-addext", hosts, "-keyout", path(name + ".key"),
+                    "-out", path(name + ".csr")}) &&
            openssl({"x509", "-req", "-in", path(name + ".csr"), "-CA", path(authority + ".pem"),
                     "-CAkey", path(authority + ".key"), "-CAcreateserial", "-days",
-                    QString::number(days), "-extfile", path(name + ".ext"), "-out",
+                    QString::number(days), "-copy_extensions", "copy", "-out",
                     path(name + ".pem")});
 }
 

@@ -5,7 +5,7 @@
 
 namespace updateservice {
 
-/// What shows them has made them: see TlsEndpoint.
+/// The process that speaks TLS has made them, see TlsEndpoint.
 bool CertificateMaker::make()
 {
     const QDir made(qEnvironmentVariable("MARVIK_TLS_CERTIFICATES"));

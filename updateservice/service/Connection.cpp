@@ -19,7 +19,7 @@ Connection::Connection(qintptr descriptor, UpdateService& service, const Behavio
 
 Connection::~Connection()
 {
-    // It would tell its end to what is half gone.
+    // Otherwise it would emit disconnected() to this object while it is being destroyed.
     m_socket.disconnect(this);
 }
 

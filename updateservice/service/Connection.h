@@ -17,7 +17,7 @@ class Connection : public QObject
     Q_OBJECT
 
 public:
-    /// @param behaviour at the moment it was accepted, which decides about its handshake
+    /// @param behaviour of the service at the moment of the connection; it applies to the handshake
     Connection(qintptr descriptor, UpdateService& service, const Behaviour& behaviour);
     ~Connection() override;
 

@@ -7,7 +7,8 @@
 
 namespace updateservice {
 
-/// Takes commands over a local socket: a line for each connection, answered and closed.
+/// Takes commands over a local socket. Each connection sends one line, gets the reply and is
+/// closed.
 class ControlServer : public QObject
 {
     Q_OBJECT
@@ -15,7 +16,7 @@ class ControlServer : public QObject
 public:
     explicit ControlServer(UpdateService& service, QObject* parent = nullptr);
 
-    /// @param path of the socket; what a run that broke off has left there is replaced
+    /// @param path of the socket; one that a crashed run left there is replaced
     bool listen(const QString& path);
 
 private slots:

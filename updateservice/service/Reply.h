@@ -10,7 +10,7 @@ namespace updateservice {
 
 using Header = QPair<QByteArray, QByteArray>;
 
-/// What the service has to say to one request.
+/// The answer of the service to one request.
 struct Reply
 {
     int status = 200;

@@ -5,7 +5,7 @@
 
 namespace updateservice {
 
-/// A request as it came.
+/// A request as it was received.
 struct RequestRecord
 {
     QByteArray method;

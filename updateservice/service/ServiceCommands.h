@@ -6,7 +6,7 @@ namespace updateservice {
 
 class UpdateService;
 
-/// Lines that change a service while it runs.
+/// Runs commands, one a line, that change a service while it runs.
 class ServiceCommands
 {
 public:

@@ -7,7 +7,7 @@
 
 namespace updateservice {
 
-/// The sockets themselves do it.
+/// Not used: the sockets themselves speak TLS.
 class TlsEndpoint::Front
 {
 };

@@ -9,7 +9,7 @@ namespace updateservice {
 
 namespace {
 
-constexpr int kPatienceMs = 10000;
+constexpr int kFrontTimeoutMs = 10000;
 
 QByteArray protocolName(QSsl::SslProtocol protocol)
 {
@@ -29,18 +29,18 @@ QByteArray protocolName(QSsl::SslProtocol protocol)
 
 } // namespace
 
-/// A process that does it (tests/windows/tls-front): Wine's TLS knows clients alone. One connection
-/// to it stands for one port at which it listens; each line has an answer.
+/// The connection to a process that speaks TLS (tests/windows/tls-front), because Wine's TLS can
+/// only be a client. For each connection that process listens at one port; it answers every line.
 class TlsEndpoint::Front
 {
 public:
-    /// @return the port for clients whose connections are passed on to @p plainPort; 0 for none
+    /// @return the port for clients, whose connections are forwarded to @p plainPort; 0 on failure
     quint16 listen(quint16 plainPort, quint16 port)
     {
-        m_line.connectToHost(
+        m_connection.connectToHost(
             QHostAddress(QHostAddress::LocalHost),
             static_cast<quint16>(qEnvironmentVariableIntValue("MARVIK_TLS_FRONT")));
-        m_line.waitForConnected(kPatienceMs);
+        m_connection.waitForConnected(kFrontTimeoutMs);
         return static_cast<quint16>(
             ask(QByteArray::number(plainPort) + ' ' + QByteArray::number(port)).toUInt());
     }
@@ -49,15 +49,15 @@ public:
 private:
     QByteArray ask(const QByteArray& line)
     {
-        m_line.write(line + '\n');
-        while (!m_line.canReadLine()) {
-            if (!m_line.waitForReadyRead(kPatienceMs))
+        m_connection.write(line + '\n');
+        while (!m_connection.canReadLine()) {
+            if (!m_connection.waitForReadyRead(kFrontTimeoutMs))
                 return {};
         }
-        return m_line.readLine().trimmed();
+        return m_connection.readLine().trimmed();
     }
 
-    QTcpSocket m_line;
+    QTcpSocket m_connection;
 };
 
 TlsEndpoint::TlsEndpoint() = default;
@@ -83,7 +83,7 @@ void TlsEndpoint::close(QTcpServer& server)
 void TlsEndpoint::begin(QSslSocket& socket, const CertificateKit& certificates,
                         const Behaviour& behaviour)
 {
-    Q_UNUSED(certificates) // the process has its own
+    Q_UNUSED(certificates) // the process has its own certificates
     socket.write(CertificateKit::name(behaviour.certificate).toLatin1() + ' ' +
                  protocolName(behaviour.protocol) +
                  (behaviour.stall == Behaviour::Stall::Handshake ? " stall\n" : " go\n"));
@@ -91,7 +91,7 @@ void TlsEndpoint::begin(QSslSocket& socket, const CertificateKit& certificates,
 
 bool TlsEndpoint::isEncrypted(const QSslSocket& socket)
 {
-    Q_UNUSED(socket) // the process passes on nothing else
+    Q_UNUSED(socket) // the process forwards only what clients have encrypted
     return true;
 }
 

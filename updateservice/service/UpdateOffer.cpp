@@ -10,7 +10,7 @@ namespace {
 
 constexpr double kMegabyte = 1024.0 * 1024.0;
 
-// The check has a comma after its last member, which a JSON parser refuses.
+// No JSON parser: the body of a check has a comma after its last member, which JSON forbids.
 QString versionIn(const QByteArray& body)
 {
     static const QRegularExpression version(QStringLiteral("\"version\"\\s*:\\s*\"([^\"]*)\""));

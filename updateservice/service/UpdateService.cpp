@@ -25,7 +25,7 @@ std::unique_ptr<QIODevice> bufferOf(const QByteArray& content)
     return buffer;
 }
 
-/// Made once: that takes a second.
+/// Made once, because it takes a second.
 const QByteArray& bomb()
 {
     static const QByteArray bytes =
@@ -86,7 +86,7 @@ QString UpdateService::addPackageFile(const QString& name, const QString& file)
 bool UpdateService::fault(const QString& line)
 {
     const bool good = m_behaviour.apply(line);
-    // Not while a client waits for it.
+    // Made now and not while a client waits for it.
     if (m_behaviour.answer == Behaviour::Answer::Bomb)
         bomb();
     return good;
@@ -116,7 +116,7 @@ Reply UpdateService::replyTo(const RequestRecord& request)
 
 void UpdateService::incomingConnection(qintptr descriptor)
 {
-    // Owned by the service, and gone with its socket.
+    // Owned by the service; it deletes itself when its socket is disconnected.
     new Connection(descriptor, *this, m_behaviour);
 }
 

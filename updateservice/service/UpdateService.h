@@ -14,9 +14,9 @@
 
 namespace updateservice {
 
-/// The maker's update service on the loopback interface: answers the check and hands out packages,
-/// over HTTPS. It lives on one thread with an event loop. Faults take effect with the next
-/// connection or request.
+/// The maker's update service on the loopback interface: answers checks and serves packages over
+/// HTTPS. It is used on one thread, which needs an event loop. Faults apply from the next
+/// connection or request on.
 class UpdateService : public QTcpServer
 {
     Q_OBJECT
@@ -27,14 +27,14 @@ public:
     explicit UpdateService(const CertificateKit& certificates, QObject* parent = nullptr);
     ~UpdateService() override;
 
-    /// @param port 0 for a free one, or, after stop(), for the one it had
+    /// @param port 0: a free one or, after stop(), the same as before
     bool start(quint16 port = 0);
-    /// Connections are refused from now on; those there are go on.
+    /// From now on new connections are refused; open ones stay open.
     void stop();
 
-    /// Where clients connect.
+    /// The port for clients.
     [[nodiscard]] quint16 port() const { return m_port; }
-    /// "https://localhost:port", and @p path if there is one.
+    /// "https://localhost:port" followed by @p path.
     [[nodiscard]] QString address(const QString& path = {}) const;
     [[nodiscard]] const CertificateKit& certificates() const { return m_certificates; }
 
@@ -48,12 +48,12 @@ public:
     /// Serves @p content as "/packages/name".
     /// @return its address
     QString addPackage(const QString& name, const QByteArray& content);
-    /// The same from a file, which may change until it is asked for.
+    /// The same with the content of a file, which is read at each request.
     QString addPackageFile(const QString& name, const QString& file);
 
     [[nodiscard]] const QList<RequestRecord>& requests() const { return m_requests; }
     void clearRequests() { m_requests.clear(); }
-    /// How many have come over plain HTTP, to where "redirect http" leads.
+    /// How many connections the port for plain HTTP got, which is the target of "redirect http".
     [[nodiscard]] int insecureConnections() const { return m_insecureConnections; }
 
     /// Records the request and answers it.
@@ -84,7 +84,7 @@ private:
     QTcpServer m_insecure;
     int m_insecureConnections = 0;
     TlsEndpoint m_endpoint;
-    quint16 m_port = 0; ///< the clients'
+    quint16 m_port = 0; ///< for clients
 };
 
 } // namespace updateservice

@@ -109,7 +109,7 @@ std::string VirtualCameraClient::exchange(const std::string& line)
             fail("send");
         sent += static_cast<std::size_t>(count);
     }
-    std::array<char, 16384> chunk;
+    std::array<char, 16384> chunk{};
     std::size_t end = 0;
     while ((end = m_received.find('\n')) == std::string::npos) {
         const ssize_t count = ::recv(m_socket, chunk.data(), chunk.size(), 0);
@@ -118,7 +118,7 @@ std::string VirtualCameraClient::exchange(const std::string& line)
         if (count < 0)
             fail("receive");
         if (count == 0)
-            throw std::runtime_error("virtual camera: the bench has closed the connection");
+            throw std::runtime_error("virtual camera: the server closed the connection");
         m_received.append(chunk.data(), static_cast<std::size_t>(count));
     }
     std::string reply = m_received.substr(0, end);
@@ -271,10 +271,10 @@ VirtualCameraClient::Nodes VirtualCameraClient::nodes(const std::string& id)
 }
 
 bool VirtualCameraClient::wait(const std::string& id, const std::string& condition,
-                               std::chrono::milliseconds timeout)
+                               std::chrono::milliseconds timeoutMs)
 {
     const std::string line = command("wait", id) + ' ' + percentEncode(condition) + ' ' +
-                             std::to_string(timeout.count());
+                             std::to_string(timeoutMs.count());
     const std::string reply = exchange(line);
     if (reply == "error timeout")
         return false;

@@ -9,8 +9,8 @@
 
 namespace virtualcamera {
 
-/// Talks to a bench over its control socket. Every method throws std::runtime_error when the
-/// bench cannot be reached or refuses the request. Not thread-safe.
+/// Talks to virtualcamera or virtualcamera-usbip over the control socket. Every method throws
+/// std::runtime_error when the server cannot be reached or refuses the request. Not thread-safe.
 class VirtualCameraClient
 {
 public:
@@ -33,7 +33,7 @@ public:
         std::uint32_t packNumber = 0;
         std::vector<std::uint8_t> payload;
         std::string verdict;
-        /// Nothing when the device did not answer.
+        /// No value when the device did not answer.
         std::optional<std::uint32_t> answerStatus;
     };
 
@@ -48,7 +48,7 @@ public:
     struct Stats
     {
         bool onBus = false;
-        /// How often it has come onto the bus.
+        /// How often it has appeared on the bus.
         std::uint64_t connections = 0;
         bool streaming = false;
         int width = 0;
@@ -94,7 +94,7 @@ public:
     void fault(const std::string& id, const std::string& fault);
     void clear(const std::string& id);
     std::multimap<std::string, std::string> registers(const std::string& id);
-    /// The value of one register; throws when there is none of that name.
+    /// The value of one register; throws when no register has that name.
     std::string registerValue(const std::string& id, const std::string& name);
     void set(const std::string& id, const std::string& name, const std::string& value);
     void set(const std::string& id, const std::string& name, int value);
@@ -106,9 +106,9 @@ public:
     Firmware firmware(const std::string& id);
     Nodes nodes(const std::string& id);
 
-    /// False when the condition, such as "frames>=10" or "onbus", did not come true in time.
+    /// False when the condition, such as "frames>=10" or "onbus", did not become true in time.
     bool wait(const std::string& id, const std::string& condition,
-              std::chrono::milliseconds timeout);
+              std::chrono::milliseconds timeoutMs);
     void quit();
 
     /// Sends a raw request line; returns the words after "ok".

@@ -10,9 +10,10 @@ namespace virtualcamera {
 /// What all cameras of a bus share.
 struct BusContext
 {
-    /// Guards the state of all cameras. Held for moments only: the program waits for it.
+    /// Guards the state of all cameras. Held only for short times, because the program waits for
+    /// it.
     std::mutex mutex;
-    /// Something a client of the control socket may be waiting for has happened.
+    /// Notified when something has changed for which a client of the control socket may wait.
     std::condition_variable changed;
     Scheduler scheduler;
 };

@@ -8,16 +8,16 @@
 
 namespace virtualcamera {
 
-/// What leaves a camera's video interface.
+/// The state of a camera's video stream.
 struct StreamState
 {
     bool streaming = false;
-    /// The format that streams or was negotiated last.
+    /// The current format of the stream, or the format that was negotiated last.
     std::uint32_t width = 0;
     std::uint32_t height = 0;
     std::uint32_t fourcc = 0;
     std::uint32_t rate = 0;
-    /// Finished since the camera was made.
+    /// Frames that were finished since the camera was created.
     std::uint64_t frames = 0;
 };
 
@@ -45,7 +45,7 @@ public:
     Camera(const Camera&) = delete;
     Camera& operator=(const Camera&) = delete;
 
-    /// Applies what a later plug may change.
+    /// Applies the parts of the spec that a later plug may change.
     virtual void update(const CameraSpec& newSpec)
     {
         spec = newSpec;
@@ -53,7 +53,7 @@ public:
     }
     virtual StreamState stream() const = 0;
     virtual HandleState handles() const = 0;
-    /// Names and places by which programs reach it now, for example {"hid", "/dev/hidraw0"}.
+    /// Names and paths at which programs find the camera now, for example {"hid", "/dev/hidraw0"}.
     virtual std::vector<std::pair<std::string, std::string>> places() const = 0;
 
     const std::string id;
@@ -62,7 +62,7 @@ public:
 
     bool onBus = false;
     bool wasOnBus = false;
-    /// Counts the times on the bus, so that a planned return does not undo a later unplug.
+    /// Incremented with every plug, so that a scheduled return does not undo a later unplug.
     unsigned connection = 0;
 };
 

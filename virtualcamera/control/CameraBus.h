@@ -11,12 +11,12 @@
 
 namespace virtualcamera {
 
-/// The cameras and the bus they are plugged into; what kind of bus it is, a derived class says. May
-/// be used from several threads.
+/// The cameras and the bus they are plugged into; a derived class implements the kind of bus.
+/// Thread-safe.
 class CameraBus
 {
 public:
-    /// The context outlives the cameras.
+    /// The context must outlive the cameras.
     explicit CameraBus(BusContext& context)
         : m_context(context)
     {
@@ -28,8 +28,8 @@ public:
     BusContext& context() { return m_context; }
 
     using SpecEditor = std::function<void(CameraSpec&)>;
-    /// `edit` starts from the known camera's spec or from the defaults. Throws
-    /// std::runtime_error when the camera is on the bus already.
+    /// Plugs a camera in. `edit` changes the spec of the known camera, or the default spec of a new
+    /// one. Throws std::runtime_error when the camera is on the bus already.
     void plug(const std::string& id, const SpecEditor& edit);
     void unplug(const std::string& id);
 
@@ -44,13 +44,13 @@ protected:
     /// Without the context locked.
     virtual std::unique_ptr<Camera> create(const std::string& id, CameraSpec spec) = 0;
     /// Puts the camera onto the bus and takes it off. Called with the context locked; may unlock it
-    /// in between. What appear() throws leaves the camera off the bus.
+    /// in between. When appear() throws, the camera is not on the bus.
     virtual void appear(Camera& camera, Lock& lock) = 0;
     virtual void vanish(Camera& camera, Lock& lock) = 0;
 
-    /// The camera leaves the bus by itself. With the context locked.
+    /// Makes the camera leave the bus by itself. With the context locked.
     void scheduleDrop(const std::string& id, const BusDrop& drop);
-    /// For the end, while everything the cameras use is still there.
+    /// Destroys the cameras; a derived class calls it while everything that they use still exists.
     void forgetCameras();
 
 private:

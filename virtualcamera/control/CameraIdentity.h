@@ -5,7 +5,13 @@
 
 namespace virtualcamera {
 
-/// What the camera says about itself on the bus.
+/// The ids of the camera. They are deliberately not taken from the product's table of models: the
+/// virtual camera is an independent implementation of the device, so a wrong id in the product
+/// makes tests fail.
+constexpr std::uint16_t kVendorId = 0xB206;
+constexpr std::uint16_t kProductId = 0xB215;
+
+/// How the camera identifies itself on the bus.
 struct CameraIdentity
 {
     std::string card = "NOVA EDGE";
@@ -13,21 +19,21 @@ struct CameraIdentity
     std::string manufacturer = "Sorvanta";
     /// The USB string; the serial number of the HID command can differ from it.
     std::string usbSerial;
-    std::uint16_t vendorId = 0xB206;
-    std::uint16_t productId = 0xB215;
+    std::uint16_t vendorId = kVendorId;
+    std::uint16_t productId = kProductId;
     /// Whether the video node has a USB device above it.
     bool onUsb = true;
     /// The socket of the root hub it is plugged into.
     int port = 1;
 
-    /// "0000:00:14.0-1", as the kernel puts it into physical paths.
+    /// "0000:00:14.0-1", as in the kernel's physical paths.
     std::string usbLocation() const;
     std::string videoBusInfo() const;
     std::string hidName() const;
     std::string hidPhysicalPath() const;
 };
 
-/// A text as a USB string descriptor could hold it: no control characters, not longer than 126.
+/// A text that fits a USB string descriptor: no control characters, at most 126 bytes.
 std::string usbString(const std::string& text);
 
 } // namespace virtualcamera

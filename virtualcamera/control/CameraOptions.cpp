@@ -67,7 +67,7 @@ Bytes parseHex(const std::string& text)
     return *bytes;
 }
 
-/// A serial number can hold any bytes, a USB string cannot.
+/// A serial number may have any bytes, a USB string may not.
 std::string usbSerialOf(const std::string& serial)
 {
     std::string text = usbString(serial);
@@ -160,7 +160,7 @@ void applyOption(CameraSpec& spec, const std::string& key, const std::string& va
     if (found == setters().end())
         throw std::invalid_argument("unknown option: " + key);
     found->second(spec, value);
-    // Only the video node can do without a USB device.
+    // Only the video node can exist without a USB device.
     if (!spec.identity.onUsb)
         spec.hasHid = false;
 }
@@ -182,7 +182,7 @@ void applyRegister(Camera& camera, const std::string& name, const std::string& v
             return;
         }
     }
-    if (name == "streamon") { // as if another program streamed in the configured format
+    if (name == "streamon") { // as if another program streams in the configured format
         device.configuredFormat().streaming = parseInteger(value, 0, 1) != 0;
         return;
     }

@@ -9,7 +9,7 @@ namespace virtualcamera {
 /// Changes one option of a plug request; throws std::invalid_argument.
 void applyOption(CameraSpec& spec, const std::string& key, const std::string& value);
 
-/// Changes one register of a camera on the bench; throws std::invalid_argument.
+/// Changes one register of a camera; throws std::invalid_argument.
 void applyRegister(Camera& camera, const std::string& name, const std::string& value);
 
 /// A whole number between the limits; throws std::invalid_argument.

@@ -13,13 +13,13 @@ struct CommandLine
     std::string script;
     /// Requests "plug <id> key=value ...".
     std::vector<std::string> plugs;
-    /// What stands behind "--".
+    /// The words after "--".
     std::vector<std::string> program;
     bool wantsHelp = false;
-    /// The program's own options that were given, with their values.
+    /// The additional options that were given, with their values.
     std::map<std::string, std::string> options;
 
-    /// `own` names the options of the program, and whether a value follows them. Throws
+    /// `own` has the names of additional options, and whether a value follows each. Throws
     /// std::invalid_argument.
     static CommandLine parse(int argc, char** argv, const std::map<std::string, bool>& own = {});
 };

@@ -107,10 +107,20 @@ std::string ControlCommands::execute(const std::string& line)
     }
 }
 
+void ControlCommands::executeAll(const std::vector<std::string>& lines)
+{
+    for (const std::string& line : lines) {
+        std::string message = line + ": ";
+        const std::string reply = execute(line);
+        if (reply != "ok")
+            throw std::invalid_argument(message.append(reply));
+    }
+}
+
 std::string ControlCommands::dispatch(const Words& words)
 {
     if (m_stopping)
-        throw std::runtime_error("the bench is ending");
+        throw std::runtime_error("the virtual camera is ending");
     using Handler = std::string (ControlCommands::*)(const Words&);
     static const std::map<std::string, Handler> handlers{
         {"plug", &ControlCommands::plug},
@@ -218,7 +228,7 @@ std::string ControlCommands::set(const Words& words)
 {
     const std::lock_guard<std::mutex> lock(m_bus.context().mutex);
     Camera& camera = m_bus.camera(percentDecode(wordAt(words, 1)));
-    // An empty value leaves no word behind.
+    // Splitting drops an empty value.
     const std::string value = words.size() > 3 ? percentDecode(words[3]) : std::string();
     applyRegister(camera, percentDecode(wordAt(words, 2)), value);
     return "ok";
@@ -302,11 +312,11 @@ std::string ControlCommands::nodes(const Words& words)
 std::string ControlCommands::wait(const Words& words)
 {
     const WaitCondition condition = WaitCondition::parse(percentDecode(wordAt(words, 2)));
-    const std::chrono::milliseconds timeout(parseInteger(wordAt(words, 3), 0, INT_MAX));
+    const std::chrono::milliseconds timeoutMs(parseInteger(wordAt(words, 3), 0, INT_MAX));
     std::unique_lock<std::mutex> lock(m_bus.context().mutex);
     const Camera& camera = m_bus.camera(percentDecode(wordAt(words, 1)));
     const bool held = m_bus.context().changed.wait_for(
-        lock, timeout, [&] { return m_stopping || condition.holds(camera); });
+        lock, timeoutMs, [&] { return m_stopping || condition.holds(camera); });
     if (!held || m_stopping)
         throw std::runtime_error("timeout");
     return "ok";

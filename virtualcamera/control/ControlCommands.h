@@ -9,15 +9,17 @@
 
 namespace virtualcamera {
 
-/// The requests of the control socket and of scripts. May be used from several threads.
+/// The requests of the control socket and of scripts. Thread-safe.
 class ControlCommands
 {
 public:
     /// `onQuit` is called when a client asks the bus to end.
     ControlCommands(CameraBus& bus, std::function<void()> onQuit);
 
-    /// Carries a request line out; the reply begins with "ok" or "error".
+    /// Executes a request line; the reply begins with "ok" or "error".
     std::string execute(const std::string& line);
+    /// Executes request lines; throws std::invalid_argument for the first one that fails.
+    void executeAll(const std::vector<std::string>& lines);
     /// Ends all waiting requests and refuses new ones.
     void stop();
 

@@ -69,13 +69,7 @@ ControlServer::~ControlServer()
 
 void ControlServer::acceptClients()
 {
-    for (;;) {
-        FileDescriptor socket(::accept4(m_listener.get(), nullptr, nullptr, SOCK_CLOEXEC));
-        if (!socket) {
-            if (errno == EINTR || errno == ECONNABORTED)
-                continue;
-            return;
-        }
+    while (FileDescriptor socket = acceptConnection(m_listener)) {
         const std::lock_guard<std::mutex> lock(m_mutex);
         forgetFinished();
         Connection& connection = m_connections.emplace_back();
@@ -96,7 +90,7 @@ void ControlServer::forgetFinished()
 void ControlServer::serve(Connection& connection)
 {
     std::string pending;
-    std::array<char, 4096> chunk;
+    std::array<char, 4096> chunk{};
     bool alive = true;
     while (alive) {
         const ssize_t count = ::recv(connection.socket.get(), chunk.data(), chunk.size(), 0);

@@ -11,7 +11,7 @@ namespace virtualcamera {
 
 class ControlCommands;
 
-/// Serves the control socket, one thread per client: a client may wait for minutes.
+/// Serves the control socket with one thread per client, because a request may wait for minutes.
 class ControlServer
 {
 public:

@@ -39,4 +39,7 @@ private:
     int m_fd = -1;
 };
 
+/// Waits for a client of a listening socket; empty when the socket was shut down.
+FileDescriptor acceptConnection(const FileDescriptor& listener);
+
 } // namespace virtualcamera

@@ -8,7 +8,7 @@ namespace virtualcamera {
 struct CameraIdentity;
 class Device;
 
-/// What the camera shows in this format, with the settings it has now.
+/// The camera's picture in this format, with its current settings.
 PictureState pictureOf(const Device& device, const CameraIdentity& identity, std::uint32_t fourcc,
                        std::uint32_t width, std::uint32_t height);
 

@@ -13,7 +13,7 @@ namespace {
 constexpr unsigned kLargestWidth = 4096;
 constexpr unsigned kLargestHeight = 2304;
 
-/// Reads "1920x1080". The colour of two pixels is one, so a width is even.
+/// Parses "1920x1080". Two pixels share their colour, so the width must be even.
 FrameSize parseFrameSize(const std::string& text)
 {
     FrameSize size{};

@@ -24,13 +24,13 @@ struct PixelFormat
 /// In the order the camera lists them; the first one is its default. Never empty.
 using PixelFormats = std::vector<PixelFormat>;
 
-/// What a camera has that was not told otherwise.
+/// The default formats of a camera.
 const PixelFormats& defaultPixelFormats();
-/// Reads "YUYV:1920x1080+MJPG:3840x2160"; throws std::invalid_argument.
+/// Parses "YUYV:1920x1080+MJPG:3840x2160"; throws std::invalid_argument.
 PixelFormats parsePixelFormats(const std::string& text);
 
 const PixelFormat* findPixelFormat(const PixelFormats& formats, std::uint32_t fourcc);
-/// Changes a wish into the nearest format the camera has, as VIDIOC_TRY_FMT does.
+/// Changes a requested format into the nearest one that the camera has, as VIDIOC_TRY_FMT does.
 void adjustFormat(const PixelFormats& formats, v4l2_pix_format& format);
 std::string fourccText(std::uint32_t fourcc);
 

@@ -42,7 +42,7 @@ void Scheduler::run()
         }
         const auto next = m_tasks.begin();
         if (next->first > Clock::now()) {
-            // A copy: the node may be gone from the map while this waits.
+            // A copy, because the map entry may be erased during the wait.
             const Clock::time_point time = next->first;
             m_changed.wait_until(lock, time);
             continue;

@@ -10,7 +10,7 @@
 
 namespace virtualcamera {
 
-/// Runs tasks at their time, one after the other on a thread of its own.
+/// Runs tasks at their due time, one after the other, on its own thread.
 class Scheduler
 {
 public:
@@ -21,7 +21,7 @@ public:
     Scheduler(const Scheduler&) = delete;
     Scheduler& operator=(const Scheduler&) = delete;
 
-    /// Waits for the running task and forgets the others, for good.
+    /// Waits for the running task and drops all others; later tasks are never run.
     void stop();
     void after(std::chrono::milliseconds delay, Task task);
 

@@ -6,8 +6,8 @@
 
 namespace virtualcamera {
 
-/// A file of control requests. The line "start" separates those carried out before the program
-/// starts from those carried out while it runs; without it all run beside the program.
+/// A file of control requests. The requests above the line "start" are executed before
+/// the program starts, those below it while the program runs; without the line, all while it runs.
 class Script
 {
 public:
@@ -17,7 +17,7 @@ public:
     const std::vector<std::string>& before() const { return m_before; }
     const std::vector<std::string>& beside() const { return m_beside; }
 
-    /// "sleep <ms>" is done by `sleep`, everything else by `execute`, which returns the reply.
+    /// Calls `sleep` for "sleep <ms>" and `execute`, which returns the reply, for any other line.
     /// Failed requests are reported on stderr with their line.
     static void run(const std::vector<std::string>& lines,
                     const std::function<std::string(const std::string&)>& execute,

@@ -5,12 +5,12 @@
 
 namespace virtualcamera {
 
-/// Lets a script sleep, until the program ends. For several threads.
+/// Lets a script sleep, but not beyond the end of the program. Thread-safe.
 class StopFlag
 {
 public:
     void raise();
-    /// False when the flag was raised.
+    /// False when the flag was raised before the time was over.
     bool sleep(long milliseconds);
 
 private:

@@ -5,7 +5,7 @@ namespace virtualcamera {
 std::uint16_t checksum(const std::uint8_t* data, std::size_t size, std::uint16_t start)
 {
     // The firmware shifts to the right but keeps the left-shift form of the polynomial (0x1021
-    // instead of its mirror image 0x8408), so no table of a textbook CRC-16 fits.
+    // instead of its mirror image 0x8408), so no table of a standard CRC-16 can be used.
     constexpr std::uint16_t polynomial = 0x1021;
     std::uint16_t value = start;
     for (std::size_t i = 0; i < size; ++i) {

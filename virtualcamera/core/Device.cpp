@@ -1,7 +1,7 @@
 #include "Device.h"
 
 #include "Commands.h"
-#include "FirmwareImage.h"
+#include "DeviceFirmware.h"
 
 #include <algorithm>
 #include <utility>
@@ -39,7 +39,7 @@ bool isFirmware(std::uint16_t command)
            command == command::kFirmwareEnd;
 }
 
-/// Header rules that hold for every command but the firmware packet, which checks its own.
+/// Checks the header of every command except the firmware packet, which has its own check.
 Verdict checkHeader(const Request& request)
 {
     const std::uint16_t command = request.command;
@@ -60,7 +60,7 @@ Verdict checkHeader(const Request& request)
     return Verdict::Ok;
 }
 
-/// A refusal decided by faults before the command is looked at.
+/// A refusal because of a fault, before the command is executed.
 std::optional<std::uint32_t> refusal(const std::vector<FaultRule>& faults)
 {
     for (const FaultRule& fault : faults) {
@@ -95,7 +95,7 @@ Reaction Device::handleReport(const std::uint8_t* data, std::size_t size)
     LogEntry& entry = m_log.append(request, parsed.verdict);
     Reaction reaction;
     const std::vector<FaultRule> faults =
-        m_faults.strikeRequest(request.command, request.packNumber);
+        m_faults.countRequest(request.command, request.packNumber);
 
     if (findFault(faults, FaultKind::WriteError)) {
         entry.verdict = Verdict::Refused;
@@ -271,8 +271,8 @@ Bytes Device::videoFormatPayload() const
 
 BusDrop Device::restartAfterUpdate()
 {
-    // The device restarts whatever it received; what it then runs depends on the image.
-    const auto image = FirmwareImage::decode(m_receiver.image());
+    // The device restarts after any image; the version that runs then depends on the image.
+    const auto image = DeviceFirmware::decode(m_receiver.image());
     if (m_receiver.isComplete() && image && !m_faults.isActive(FaultKind::OldVersion))
         m_pendingVersion = image->version;
     BusDrop drop;

@@ -17,11 +17,11 @@ struct DeviceConfig
     Bytes firmwareVersion{1, 0, 5};
     /// Payload byte 0 of the probe's answer; 0 means connected.
     std::uint8_t probe = 0;
-    /// Bytes the device puts before the value in the answer to a settings read.
+    /// Bytes before the value in the answer to a settings read.
     Bytes replyPrefix;
     std::array<ControlRange, kControlCount> controlRanges{};
-    /// Time from acknowledging the end of a firmware transfer to leaving the bus. A host must be
-    /// able to fetch the acknowledgement before the device takes its queue with it.
+    /// Time from acknowledging the end of a firmware transfer to leaving the bus. The host needs
+    /// time to read the acknowledgement, because the queue goes with the device.
     std::chrono::milliseconds dropDelay{150};
     std::chrono::milliseconds returnDelay{1000};
 };
@@ -36,11 +36,11 @@ struct VideoFormat
 struct BusDrop
 {
     std::chrono::milliseconds after{0};
-    /// Nothing when the device stays away.
+    /// No value when the device does not return.
     std::optional<std::chrono::milliseconds> returnsAfter;
 };
 
-/// What happens on the bus because of one request.
+/// What happens on the bus as the result of one request.
 struct Reaction
 {
     bool writeFails = false;
@@ -50,17 +50,16 @@ struct Reaction
     std::optional<BusDrop> drop;
 };
 
-/// The camera behind the HID interface: its registers, firmware and request log. Knows nothing of
-/// operating systems; a front end brings reports in and carries the reactions out. Not
-/// thread-safe.
+/// The camera behind the HID interface: its registers, firmware and request log. Independent of the
+/// operating system: a front end passes reports in and executes the reactions. Not thread-safe.
 class Device
 {
 public:
     explicit Device(DeviceConfig config);
 
     Reaction handleReport(const std::uint8_t* data, std::size_t size);
-    /// The device was without power: stored settings come back, a firmware that was received
-    /// intact is running now.
+    /// Called after the device was without power: loads the stored settings and runs a firmware
+    /// that was received intact.
     void powerCycle();
 
     DeviceConfig& config() { return m_config; }
@@ -70,10 +69,10 @@ public:
     const SettingsBank& stored() const { return m_stored; }
     const ControlRange& range(Control control) const;
 
-    /// The format reported while nothing streams.
+    /// The format that is reported while the camera does not stream.
     VideoFormat& configuredFormat() { return m_configuredFormat; }
     const VideoFormat& configuredFormat() const { return m_configuredFormat; }
-    /// Told by the video front end; nothing when the stream stopped.
+    /// Set by the video front end; no value when the stream has stopped.
     void setStream(std::optional<VideoFormat> stream) { m_stream = stream; }
     VideoFormat reportedFormat() const;
 

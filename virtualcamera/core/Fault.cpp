@@ -55,8 +55,8 @@ void setOption(FaultRule& rule, const std::string& key, const std::string& value
     }
 }
 
-/// Gives the arguments that are counts their place in the common from/times/cmd scheme.
-void spreadArguments(FaultRule& rule)
+/// Copies arguments that are counts into the common members from, times and command.
+void assignArguments(FaultRule& rule)
 {
     switch (rule.kind) {
     case FaultKind::UnplugAt:
@@ -85,15 +85,15 @@ void spreadArguments(FaultRule& rule)
 const std::vector<FaultInfo>& faultInfos()
 {
     static const std::vector<FaultInfo> infos{
-        {FaultKind::NoReply, "noreply", {}, "carries the request out but does not answer"},
+        {FaultKind::NoReply, "noreply", {}, "executes the request but does not answer"},
         {FaultKind::Late, "late", {"ms"}, "answers late"},
         {FaultKind::WrongEcho, "wrongecho", {}, "answers with another command code"},
         {FaultKind::Status, "status", {"value"}, "refuses with this status"},
-        {FaultKind::Short, "short", {"bytes"}, "answers with a report of so many bytes"},
+        {FaultKind::Short, "short", {"bytes"}, "answers with a report of this many bytes"},
         {FaultKind::Oversize, "oversize", {"length"}, "claims this payload length"},
         {FaultKind::ReadError, "readerror", {}, "the next read fails"},
         {FaultKind::WriteError, "writeerror", {}, "the write fails"},
-        {FaultKind::UnplugAt, "unplug-at", {"request"}, "drops off the bus at this request"},
+        {FaultKind::UnplugAt, "unplug-at", {"request"}, "leaves the bus at this request"},
         {FaultKind::RefuseStart, "refuse-start", {"times"}, "refuses the firmware start"},
         {FaultKind::NackPacket, "nack-packet", {"packet", "times"}, "refuses a firmware packet"},
         {FaultKind::OldVersion, "old-version", {}, "an update leaves the old firmware in place"},
@@ -144,7 +144,7 @@ FaultRule FaultRule::parse(const std::vector<std::string>& words)
         rule.second = arguments[1];
     for (const auto& [key, value] : options)
         setOption(rule, key, value);
-    spreadArguments(rule);
+    assignArguments(rule);
     return rule;
 }
 
@@ -176,7 +176,7 @@ void FaultPlan::add(const FaultRule& rule)
     m_rules.push_back(rule);
 }
 
-bool FaultPlan::strike(FaultRule& rule)
+bool FaultPlan::count(FaultRule& rule)
 {
     ++rule.seen;
     if (rule.seen < rule.from || (rule.times != 0 && rule.applied >= rule.times))
@@ -185,29 +185,29 @@ bool FaultPlan::strike(FaultRule& rule)
     return true;
 }
 
-std::vector<FaultRule> FaultPlan::strikeRequest(std::uint16_t command, std::uint32_t packNumber)
+std::vector<FaultRule> FaultPlan::countRequest(std::uint16_t command, std::uint32_t packNumber)
 {
-    std::vector<FaultRule> striking;
+    std::vector<FaultRule> applying;
     for (FaultRule& rule : m_rules) {
         if (!isEvent(rule.kind) || (rule.command && *rule.command != command))
             continue;
         if (rule.kind == FaultKind::NackPacket && rule.first != packNumber)
             continue;
-        // "nack-packet 3 0" and "refuse-start 0" mean never, not without end.
+        // "nack-packet 3 0" and "refuse-start 0" mean never, not without limit.
         if (rule.times == 0 &&
             (rule.kind == FaultKind::NackPacket || rule.kind == FaultKind::RefuseStart))
             continue;
-        if (strike(rule))
-            striking.push_back(rule);
+        if (count(rule))
+            applying.push_back(rule);
     }
-    return striking;
+    return applying;
 }
 
-bool FaultPlan::strikeOpen()
+bool FaultPlan::countOpen()
 {
     bool fails = false;
     for (FaultRule& rule : m_rules)
-        if (rule.kind == FaultKind::OpenError && strike(rule))
+        if (rule.kind == FaultKind::OpenError && count(rule))
             fails = true;
     return fails;
 }

@@ -42,15 +42,15 @@ struct FaultInfo
 const std::vector<FaultInfo>& faultInfos();
 const FaultInfo& faultInfo(FaultKind kind);
 
-/// One way to misbehave. Occasions (requests, or opens for OpenError) that pass the command filter
-/// are counted from the moment the rule is added; it applies from number `from`, `times` times.
+/// One kind of fault. Requests (for OpenError: opens) that match the command filter are counted
+/// from the moment the rule is added; the rule applies to number `from` and to `times` of them.
 struct FaultRule
 {
     FaultKind kind = FaultKind::NoReply;
     std::uint32_t first = 0;
     std::uint32_t second = 0;
     std::uint32_t from = 1;
-    /// 0 means without end.
+    /// 0 means without limit.
     std::uint32_t times = 0;
     std::optional<std::uint16_t> command;
 
@@ -72,15 +72,15 @@ public:
     void clear() { m_rules.clear(); }
     const std::vector<FaultRule>& rules() const { return m_rules; }
 
-    /// Counts this request and returns the rules that strike it.
-    std::vector<FaultRule> strikeRequest(std::uint16_t command, std::uint32_t packNumber);
-    /// Counts an opening of the HID node; true when it is to fail.
-    bool strikeOpen();
-    /// For faults that are conditions and not events.
+    /// Counts this request and returns the rules that apply to it.
+    std::vector<FaultRule> countRequest(std::uint16_t command, std::uint32_t packNumber);
+    /// Counts an attempt to open the HID node; true when it has to fail.
+    bool countOpen();
+    /// Whether a fault of this kind is set; for faults that do not depend on a request.
     bool isActive(FaultKind kind) const;
 
 private:
-    static bool strike(FaultRule& rule);
+    static bool count(FaultRule& rule);
 
     std::vector<FaultRule> m_rules;
 };

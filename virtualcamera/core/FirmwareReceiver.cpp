@@ -17,7 +17,7 @@ Verdict FirmwareReceiver::takePacket(const Request& packet)
     const bool isLast = packet.dataStatus == static_cast<std::uint8_t>(DataStatus::Final);
     if (!isLast && packet.dataStatus != static_cast<std::uint8_t>(DataStatus::Payload))
         return Verdict::BadDataStatus;
-    // Only the last packet may be short; a short one in the middle would shift the rest.
+    // Only the last packet may be short; a short one in the middle would shift the following bytes.
     if (packet.payload.empty() || (!isLast && packet.payload.size() != kMaxPayload))
         return Verdict::BadPayload;
     if (m_lastPacket != 0 && packet.packNumber == m_lastPacket)

@@ -8,9 +8,10 @@ namespace virtualcamera {
 class FirmwareReceiver
 {
 public:
-    /// A start always wins: the host repeats it when it missed the answer.
+    /// A start always begins a new transfer: the host repeats it when it missed the answer.
     void start();
-    /// Ok when the packet was taken (or is a repetition of the last one), else why not.
+    /// Ok when the packet was accepted or repeats the last one, otherwise the reason for refusing
+    /// it.
     Verdict takePacket(const Request& packet);
     /// Ends the transfer; false when none was running.
     bool finish();

@@ -20,8 +20,8 @@ constexpr std::uint16_t kMagic = 0x5A5A;
 /// Values of the `data_status` field of a request.
 enum class DataStatus : std::uint8_t { Control = 0, Payload = 1, Final = 2 };
 
-/// What the device thinks of a request. Everything from BadLength to BadChecksum is a frame the
-/// device cannot trust and therefore never answers.
+/// The device's judgement of a request. It never answers a frame from BadLength to BadChecksum,
+/// because it cannot trust it.
 enum class Verdict {
     Ok,
     BadLength,
@@ -52,7 +52,7 @@ struct Request
 struct ParsedRequest
 {
     Verdict verdict = Verdict::Ok;
-    /// The fields as far as the report reaches; meaningful for the log even of a bad frame.
+    /// The fields, as far as the report is long enough; a bad frame is logged with them too.
     Request request;
 };
 
@@ -63,7 +63,7 @@ struct Response
     std::uint16_t command = 0;
     std::uint32_t status = 0;
     Bytes payload;
-    /// Claims another payload length than the payload has.
+    /// A payload length for the header that differs from the true one.
     std::optional<std::uint16_t> claimedLength;
     bool corruptChecksum = false;
 };

@@ -4,7 +4,7 @@
 
 namespace virtualcamera {
 
-/// What the camera tells about its reports: one input and one output report of kReportSize bytes.
+/// The camera's HID report descriptor: one input and one output report of kReportSize bytes.
 const Bytes& reportDescriptor();
 
 } // namespace virtualcamera

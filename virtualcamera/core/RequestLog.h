@@ -14,7 +14,7 @@ struct LogEntry
     std::uint64_t sequence = 0;
     Request request;
     Verdict verdict = Verdict::Ok;
-    /// The status in the answer; nothing when the device stayed silent.
+    /// The status in the answer; no value when the device did not answer.
     std::optional<std::uint32_t> answerStatus;
 };
 
@@ -31,7 +31,8 @@ public:
     void countViolation() { ++m_violations; }
 
 private:
-    // A whole firmware image makes some thousand entries; beyond that the oldest go.
+    // A whole firmware image makes some thousand entries; beyond this number the oldest are
+    // dropped.
     static constexpr std::size_t kCapacity = 20000;
 
     std::deque<LogEntry> m_entries;

@@ -8,7 +8,7 @@ const std::array<SettingInfo, kSettingCount>& settingInfos()
         {Setting::AutoFrameMode, 0x5030, "autoFrameMode", 0},
         {Setting::FrameMaster, 0x5040, "frameMaster", 0},
         {Setting::PickupSensitivity, 0x5070, "PickupSensitivity", 50},
-        // The spelling is the one the setting has on the wire protocol's side of the world.
+        // The protocol spells the setting this way.
         {Setting::AutoFrameSwitch, 0x5080, "autoFrameSwicth", 0},
         {Setting::HorizontalMirror, 0x5090, "HorizontalMirror", 0},
         {Setting::CameraView, 0x50A0, "CameraView", 120},

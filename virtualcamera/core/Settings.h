@@ -50,7 +50,7 @@ struct ControlRange
     int defaultValue = 128;
 };
 
-/// Everything the camera keeps over a power cycle when it is told to store.
+/// Everything that the camera keeps over a power cycle after a store command.
 struct SettingsBank
 {
     std::array<std::uint8_t, kSettingCount> settings{};

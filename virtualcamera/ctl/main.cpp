@@ -5,7 +5,7 @@
 #include <string>
 
 /// Sends one request to the virtual camera, for scripts: virtualcamera-ctl unplug cam1
-/// The bench is found by VIRTUALCAMERA_SOCKET. Prints the words of the answer, one a line.
+/// VIRTUALCAMERA_SOCKET names the control socket. Prints the words of the answer, one a line.
 int main(int argc, char** argv)
 {
     if (argc < 2) {

@@ -1,5 +1,5 @@
 #include "core/Checksum.h"
-#include "core/FirmwareImage.h"
+#include "core/DeviceFirmware.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -47,8 +47,8 @@ int main(int argc, char** argv)
         return 2;
     }
     try {
-        const virtualcamera::FirmwareImage image{parseVersion(argv[1]),
-                                                 makePayload(std::stoul(argv[2]))};
+        const virtualcamera::DeviceFirmware image{parseVersion(argv[1]),
+                                                  makePayload(std::stoul(argv[2]))};
         const virtualcamera::Bytes bytes = image.encode();
         std::ofstream file(argv[3], std::ios::binary);
         std::copy(bytes.begin(), bytes.end(), std::ostreambuf_iterator<char>(file));

@@ -1,6 +1,6 @@
 #include "CameraListWidget.h"
 
-#include "BenchModel.h"
+#include "PanelModel.h"
 
 #include <algorithm>
 #include <QHBoxLayout>
@@ -26,7 +26,7 @@ QPushButton* makeButton(const QString& text, const char* name, QWidget* parent)
 
 } // namespace
 
-CameraListWidget::CameraListWidget(BenchModel& model, QWidget* parent)
+CameraListWidget::CameraListWidget(PanelModel& model, QWidget* parent)
     : QWidget(parent)
     , m_model(model)
     , m_list(new QListWidget(this))
@@ -53,7 +53,7 @@ CameraListWidget::CameraListWidget(BenchModel& model, QWidget* parent)
     layout->addLayout(plugRow);
     layout->addLayout(addRow);
 
-    connect(&m_model, &BenchModel::refreshed, this, &CameraListWidget::showCameras);
+    connect(&m_model, &PanelModel::refreshed, this, &CameraListWidget::showCameras);
     connect(m_list, &QListWidget::currentItemChanged, this, [this](QListWidgetItem* item) {
         if (item)
             m_model.select(item->data(kIdRole).toString());

@@ -8,15 +8,15 @@ class QPushButton;
 
 namespace virtualcamera {
 
-class BenchModel;
+class PanelModel;
 
-/// The cameras of the bench, and what plugs them.
+/// The list of virtual cameras, with buttons to plug and unplug them.
 class CameraListWidget : public QWidget
 {
     Q_OBJECT
 
 public:
-    explicit CameraListWidget(BenchModel& model, QWidget* parent = nullptr);
+    explicit CameraListWidget(PanelModel& model, QWidget* parent = nullptr);
 
 private:
     void showCameras();
@@ -24,7 +24,7 @@ private:
     void addCamera();
     bool isSelectedOnBus() const;
 
-    BenchModel& m_model;
+    PanelModel& m_model;
     QListWidget* m_list;
     QPushButton* m_plug;
     QPushButton* m_unplug;

@@ -1,7 +1,7 @@
 #include "FaultWidget.h"
 
-#include "BenchModel.h"
 #include "core/Fault.h"
+#include "PanelModel.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -20,7 +20,7 @@ QString text(std::string_view view)
 
 } // namespace
 
-FaultWidget::FaultWidget(BenchModel& model, QWidget* parent)
+FaultWidget::FaultWidget(PanelModel& model, QWidget* parent)
     : QWidget(parent)
     , m_model(model)
     , m_fault(new QComboBox(this))
@@ -62,7 +62,7 @@ FaultWidget::FaultWidget(BenchModel& model, QWidget* parent)
     connect(apply, &QPushButton::clicked, this, applyFault);
     connect(m_arguments, &QLineEdit::returnPressed, this, applyFault);
     connect(clear, &QPushButton::clicked, this, [this] { m_model.clearFaults(); });
-    connect(&m_model, &BenchModel::refreshed, this, &FaultWidget::showActive);
+    connect(&m_model, &PanelModel::refreshed, this, &FaultWidget::showActive);
     showFault();
     showActive();
 }

@@ -8,21 +8,21 @@ class QLineEdit;
 
 namespace virtualcamera {
 
-class BenchModel;
+class PanelModel;
 
-/// Chooses a fault for the selected camera.
+/// Sets a fault of the selected camera.
 class FaultWidget : public QWidget
 {
     Q_OBJECT
 
 public:
-    explicit FaultWidget(BenchModel& model, QWidget* parent = nullptr);
+    explicit FaultWidget(PanelModel& model, QWidget* parent = nullptr);
 
 private:
     void showFault();
     void showActive();
 
-    BenchModel& m_model;
+    PanelModel& m_model;
     QComboBox* m_fault;
     QLineEdit* m_arguments;
     QLabel* m_help;

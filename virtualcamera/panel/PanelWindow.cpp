@@ -87,9 +87,9 @@ PanelWindow::PanelWindow(std::string socket)
     statusBar()->addWidget(m_state);
     statusBar()->addPermanentWidget(m_message);
 
-    connect(&m_model, &BenchModel::refreshed, this, &PanelWindow::showState);
-    connect(&m_model, &BenchModel::messageChanged, m_message, &QLabel::setText);
-    connect(&m_timer, &QTimer::timeout, &m_model, &BenchModel::refresh);
+    connect(&m_model, &PanelModel::refreshed, this, &PanelWindow::showState);
+    connect(&m_model, &PanelModel::messageChanged, m_message, &QLabel::setText);
+    connect(&m_timer, &QTimer::timeout, &m_model, &PanelModel::refresh);
     m_timer.start(kRefreshInterval);
     m_model.refresh();
 }

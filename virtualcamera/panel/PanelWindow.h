@@ -1,6 +1,6 @@
 #pragma once
 
-#include "BenchModel.h"
+#include "PanelModel.h"
 
 #include <QMainWindow>
 #include <QTimer>
@@ -9,7 +9,7 @@ class QLabel;
 
 namespace virtualcamera {
 
-/// Shows a running bench and lets a person plug, unplug and disturb its cameras.
+/// Shows the virtual cameras and lets a person plug, unplug and disturb them.
 class PanelWindow : public QMainWindow
 {
     Q_OBJECT
@@ -20,7 +20,7 @@ public:
 private:
     void showState();
 
-    BenchModel m_model;
+    PanelModel m_model;
     QTimer m_timer;
     QLabel* m_state;
     QLabel* m_message;

@@ -1,6 +1,6 @@
 #include "RegisterTable.h"
 
-#include "BenchModel.h"
+#include "PanelModel.h"
 
 #include <QHeaderView>
 #include <QSignalBlocker>
@@ -20,7 +20,7 @@ bool isShown(const std::string& name)
 
 } // namespace
 
-RegisterTable::RegisterTable(BenchModel& model, QWidget* parent)
+RegisterTable::RegisterTable(PanelModel& model, QWidget* parent)
     : QTableWidget(0, ColumnCount, parent)
     , m_model(model)
 {
@@ -33,7 +33,7 @@ RegisterTable::RegisterTable(BenchModel& model, QWidget* parent)
     setShowGrid(false);
     horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     horizontalHeader()->setSectionResizeMode(ValueColumn, QHeaderView::Stretch);
-    connect(&m_model, &BenchModel::refreshed, this, &RegisterTable::showRegisters);
+    connect(&m_model, &PanelModel::refreshed, this, &RegisterTable::showRegisters);
     connect(this, &QTableWidget::cellChanged, this, [this](int row, int column) {
         if (column == ValueColumn)
             m_model.setRegister(item(row, NameColumn)->text(), item(row, ValueColumn)->text());

@@ -4,7 +4,7 @@
 
 namespace virtualcamera {
 
-class BenchModel;
+class PanelModel;
 
 /// The registers of the selected camera; values can be edited in place.
 class RegisterTable : public QTableWidget
@@ -12,12 +12,12 @@ class RegisterTable : public QTableWidget
     Q_OBJECT
 
 public:
-    explicit RegisterTable(BenchModel& model, QWidget* parent = nullptr);
+    explicit RegisterTable(PanelModel& model, QWidget* parent = nullptr);
 
 private:
     void showRegisters();
 
-    BenchModel& m_model;
+    PanelModel& m_model;
 };
 
 } // namespace virtualcamera

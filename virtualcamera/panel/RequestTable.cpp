@@ -1,6 +1,6 @@
 #include "RequestTable.h"
 
-#include "BenchModel.h"
+#include "PanelModel.h"
 
 #include <algorithm>
 #include <QHeaderView>
@@ -27,7 +27,7 @@ QStringList cellsOf(const VirtualCameraClient::LogEntry& entry)
 
 } // namespace
 
-RequestTable::RequestTable(BenchModel& model, QWidget* parent)
+RequestTable::RequestTable(PanelModel& model, QWidget* parent)
     : QTableWidget(parent)
     , m_model(model)
 {
@@ -45,7 +45,7 @@ RequestTable::RequestTable(BenchModel& model, QWidget* parent)
     setShowGrid(false);
     horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     horizontalHeader()->setSectionResizeMode(4, QHeaderView::Stretch);
-    connect(&m_model, &BenchModel::refreshed, this, &RequestTable::showRequests);
+    connect(&m_model, &PanelModel::refreshed, this, &RequestTable::showRequests);
 }
 
 void RequestTable::showRequests()

@@ -4,7 +4,7 @@
 
 namespace virtualcamera {
 
-class BenchModel;
+class PanelModel;
 
 /// The last requests the selected camera received.
 class RequestTable : public QTableWidget
@@ -12,12 +12,12 @@ class RequestTable : public QTableWidget
     Q_OBJECT
 
 public:
-    explicit RequestTable(BenchModel& model, QWidget* parent = nullptr);
+    explicit RequestTable(PanelModel& model, QWidget* parent = nullptr);
 
 private:
     void showRequests();
 
-    BenchModel& m_model;
+    PanelModel& m_model;
     quint64 m_lastShown = 0;
     QString m_camera;
 };

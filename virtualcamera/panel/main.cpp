@@ -19,12 +19,13 @@ int main(int argc, char** argv)
         QMessageBox::critical(
             nullptr, QObject::tr("Virtual cameras"),
             QObject::tr("Usage: virtualcamera-panel SOCKET\n\nWithout an argument the environment "
-                        "variable %1 names the control socket of the bench.")
+                        "variable %1 names the control socket.")
                 .arg(QString::fromLatin1(virtualcamera::kSocketVariable)));
         return 2;
     }
     virtualcamera::PanelWindow window(socket);
-    // At the right edge, and beneath: the program that uses the cameras has the middle.
+    // At the right edge and below other windows: the program that uses the cameras is in the
+    // middle.
     const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
     window.move(screen.right() - window.width(), screen.center().y() - window.height() / 2);
     window.setAttribute(Qt::WA_ShowWithoutActivating);

@@ -1,9 +1,9 @@
 /* Copies of descriptors.
  *
  * Gap: umockdev does not know of dup(). The GStreamer source streams through a copy of the
- * descriptor it configured the camera with, and would find a plain file there. A copy becomes a
- * handle of its own towards umockdev, which the bench joins with the original; the file under it
- * is then replaced by the original's, so that both read the same queue. */
+ * descriptor with which it configured the camera, and the copy would be a plain file. So a copy is
+ * opened as a new umockdev handle, which virtualcamera joins with the original; its file is then
+ * replaced by the original's, so that both read the same queue. */
 #define _GNU_SOURCE
 #include "Next.h"
 #include "Node.h"
@@ -20,7 +20,7 @@ DEFINE_NEXT(int, nextDup, "dup", int)
 DEFINE_NEXT(int, nextFcntl, "fcntl", int, int, ...)
 DEFINE_NEXT(int, nextFcntl64, "fcntl64", int, int, ...)
 
-/* -1 when `fd` is no node, or none whose copy can be served. */
+/* -1 when `fd` is not a node, or a node that cannot be copied. */
 static int copyNode(int fd, int lowest, int closeOnExec)
 {
     char path[PATH_MAX];

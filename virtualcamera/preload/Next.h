@@ -2,8 +2,8 @@
 
 #include <dlfcn.h>
 
-/* The definition of a C library function behind this library: umockdev's, when it has one. The
- * lookup is repeated by threads that race for it; all find the same. */
+/* The next definition of a C library function after this library's: umockdev's, when it has one.
+ * Threads that race may each look it up; all find the same. */
 #define DEFINE_NEXT(result, alias, name, ...)                                                      \
     static result (*alias(void))(__VA_ARGS__)                                                      \
     {                                                                                              \

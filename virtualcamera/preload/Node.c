@@ -18,20 +18,20 @@ static char root[PATH_MAX];
 static pthread_mutex_t tableMutex = PTHREAD_MUTEX_INITIALIZER;
 static sigset_t maskBeforeLock;
 
-/* Taken once: programs change their environment while other threads open files. */
+/* Read once: programs change their environment while other threads open files. */
 __attribute__((constructor)) static void findRoot(void)
 {
     const char* directory = getenv("UMOCKDEV_DIR");
     if (!directory || strlen(directory) >= sizeof root)
         return;
     strcpy(root, directory);
-    /* A process forked by one thread must not inherit the lock of another one. */
+    /* A process that one thread forks must not inherit a lock that another thread holds. */
     pthread_atfork(nodeTableLock, nodeTableUnlock, nodeTableUnlock);
 }
 
 void nodeTableLock(void)
 {
-    /* A signal handler may close a descriptor, on the very thread that holds the lock. */
+    /* A signal handler may close a descriptor on the thread that holds the lock. */
     sigset_t all;
     sigset_t before;
     sigfillset(&all);
@@ -73,10 +73,10 @@ bool nodeOfFd(int fd, char* path, unsigned long size)
         char link[64];
         char target[PATH_MAX];
         snprintf(link, sizeof link, "/proc/self/fd/%d", fd);
-        /* The system call and not readlink(), which umockdev redirects. */
+        /* A direct system call, because umockdev redirects readlink(). */
         const long length = syscall(SYS_readlinkat, -100, link, target, sizeof target - 1);
         target[length > 0 ? length : 0] = '\0';
-        /* Every open() replaces the FIFO at the path, so the kernel calls this one deleted. */
+        /* Every open() replaces the FIFO at the path, so the kernel reports this one as deleted. */
         char* suffix = strstr(target, " (deleted)");
         if (suffix)
             *suffix = '\0';

@@ -3,19 +3,18 @@
 #include <stdbool.h>
 #include <sys/stat.h>
 
-/* The testbed's directory, or NULL in a process without one. */
+/* The directory that stands for / (umockdev's), or NULL in a process without one. */
 const char* nodeRoot(void);
 
 /* The node "/dev/..." of a virtual camera that `fd` is open on; false for any other file. */
 bool nodeOfFd(int fd, char* path, unsigned long size);
 
-/* Whether a path can be that of a node. */
+/* Whether a path can be the path of a node. */
 bool isNodePath(const char* path);
 
 /* fstat() of the C library, which shows the FIFO behind a node. */
 int realFstat(int fd, struct stat* status);
 
-/* umockdev keeps its table of open nodes without a lock; everything that changes the table is
- * done under this one. */
+/* umockdev's table of open nodes has no lock; every change of the table is made under this one. */
 void nodeTableLock(void);
 void nodeTableUnlock(void);

@@ -1,12 +1,12 @@
 /* Opening and closing device nodes.
  *
- * Gap: umockdev 0.17 enters the result of every open() below /dev into a table of 50 places, a
- * failure too, and ends the program when the table is full. A program that looks for unplugged
- * nodes dies after 50 tries. The entry of a failure has the descriptor -1 and can be taken out
- * again by closing that.
+ * Gap: umockdev 0.17 adds the result of every open() below /dev to a table of 50 entries, even a
+ * failure, and ends the program when the table is full. A program that tries to open unplugged
+ * nodes is ended after 50 attempts. The entry of a failure has the descriptor -1; closing -1
+ * removes it.
  *
- * Gap: the bench learns of an open() on another thread, later. It gives every handle a queue of
- * its own by putting a new FIFO in place after each, so the next open() must not come before that
+ * Gap: virtualcamera learns of an open() on another thread, later. It gives every handle a queue of
+ * its own by putting a new FIFO in place after each open(), so the next open() must wait until that
  * is done. */
 #define _GNU_SOURCE
 #include "Open.h"
@@ -46,7 +46,8 @@ void closeLocked(int fd)
     errno = savedErrno;
 }
 
-/* Waits until the bench has seen the handle. False when it is none to keep; errno says why. */
+/* Waits until virtualcamera has seen the handle. False when the handle must be closed; errno has
+ * the reason. */
 static bool isAccepted(int fd)
 {
     char path[PATH_MAX];
@@ -106,7 +107,7 @@ static mode_t modeArgument(int flags, va_list arguments)
         return isNodePath(path) ? openNode(next(), path, flags, mode) : next()(path, flags, mode); \
     }
 
-/* umockdev serves only nodes opened by open(); an absolute path means the same to openat(). */
+/* umockdev serves only nodes that open() opened; openat() with an absolute path does the same. */
 #define DEFINE_OPENAT(name, next, open)                                                            \
     int name(int directory, const char* path, int flags, ...)                                      \
     {                                                                                              \
@@ -118,7 +119,7 @@ static mode_t modeArgument(int flags, va_list arguments)
                                 : next()(directory, path, flags, mode);                            \
     }
 
-/* What open() becomes in programs built with _FORTIFY_SOURCE. */
+/* Programs built with _FORTIFY_SOURCE call these instead of open(). */
 #define DEFINE_FORTIFIED_OPEN(name, next)                                                          \
     int name(const char* path, int flags);                                                         \
     int name(const char* path, int flags)                                                          \

@@ -1,7 +1,7 @@
 /* fstat() of a node.
  *
- * Gap: umockdev turns stat() of a node into that of a character device, fstat() not. libhidapi
- * finds the device of a handle by the number fstat() gives, to read its strings. */
+ * Gap: umockdev makes stat() of a node report a character device, but not fstat(). libhidapi uses
+ * the device number from fstat() to find the device of a handle and read its strings. */
 #define _GNU_SOURCE
 #include "Next.h"
 #include "Node.h"
@@ -14,7 +14,7 @@
 
 DEFINE_NEXT(int, nextFstat64, "fstat64", int, struct stat64*)
 
-/* umockdev keeps "major:minor" of each node in a link; 0 once the device is gone. */
+/* umockdev keeps "major:minor" of each node in a link; 0 when the device is gone. */
 static dev_t nodeNumber(const char* node)
 {
     char link[PATH_MAX];
@@ -42,7 +42,7 @@ static dev_t nodeNumber(const char* node)
     {                                                                                              \
         return name##Node(fd, status);                                                             \
     }                                                                                              \
-    /* Its name in programs built for an older C library, and what ThreadSanitizer calls. */       \
+    /* The name in programs built for an older C library; ThreadSanitizer calls it too. */         \
     int versionedName(int version, int fd, struct Stat* status);                                   \
     int versionedName(int version, int fd, struct Stat* status)                                    \
     {                                                                                              \

@@ -1,9 +1,9 @@
 /* Streaming from a video node.
  *
- * Gap: poll(), select() and epoll are not umockdev's, they act on the file at the node's path. A
- * plain file is always readable, so that file is a FIFO with a token per finished frame. What a
- * FIFO cannot do has to be done here: mapping it, which leads to the memory of the frames, and
- * waiting in VIDIOC_DQBUF. The bench never waits itself, since umockdev would hold a lock that
+ * Gap: umockdev does not replace poll(), select() and epoll; they use the file at the node's path.
+ * A plain file is always readable, so that file is a FIFO with one token per finished frame. What a
+ * FIFO cannot do is done here: mapping it, which maps the memory of the frames, and waiting in
+ * VIDIOC_DQBUF. virtualcamera never waits itself, since umockdev would hold a lock that
  * other calls on the descriptor need, VIDIOC_STREAMOFF among them. */
 #define _GNU_SOURCE
 #include "Next.h"
@@ -69,7 +69,7 @@ static int openFrames(int fd)
 
 static void* map(void* address, size_t length, int protection, int flags, int fd, long offset)
 {
-    /* The system calls themselves: sanitizers map memory before anything can be looked up. */
+    /* Direct system calls: sanitizers map memory before symbols can be looked up. */
     if (fd < 0 || (flags & MAP_SHARED) == 0 || !nodeRoot() || !isVideoNode(fd))
         return (void*)syscall(SYS_mmap, address, length, protection, flags, fd, offset);
     const int frames = openFrames(fd);

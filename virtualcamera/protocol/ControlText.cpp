@@ -26,7 +26,7 @@ int digitValue(char digit)
     return -1;
 }
 
-/// The byte two hexadecimal digits stand for, or -1.
+/// The value of two hexadecimal digits, or -1.
 int byteValue(char high, char low)
 {
     const int upper = digitValue(high);

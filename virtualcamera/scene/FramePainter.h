@@ -19,7 +19,7 @@ struct PictureState
     /// Degrees.
     int fieldOfView = 120;
     Framing framing = Framing::Off;
-    /// Each -1 to 1, with 0 at the control's default.
+    /// Each from -1 to 1; 0 is the control's default.
     double brightness = 0;
     double contrast = 0;
     double saturation = 0;
@@ -29,7 +29,7 @@ struct PictureState
     bool operator!=(const PictureState& other) const { return !(*this == other); }
 };
 
-/// Makes the frames of one camera. Used from one thread only.
+/// Makes the frames of one camera. Not thread-safe.
 class FramePainter
 {
 public:

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kQuality = 82;
 
-/// JPEG uses the full range of a byte, the camera's YUYV the narrower one of video.
+/// JPEG uses the full range of a byte; the camera's YUYV uses the narrower range of video.
 std::array<std::uint8_t, 256> fullRange(double middle, double gain, double center)
 {
     std::array<std::uint8_t, 256> table{};

@@ -265,7 +265,7 @@ void paintHead(QPainter& painter, QPointF face, const PersonStyle& style, double
     skin.setColorAt(1, style.skin.darker(110));
     painter.setBrush(skin);
     painter.drawRoundedRect(QRectF(-80, -100, 160, 208), 78, 88);
-    // The hair is what of a cap stands out above the forehead.
+    // The hair is the part of a cap above the forehead.
     QPainterPath hair(QPointF(-86, 4));
     hair.cubicTo(-100, -150, 100, -150, 86, 4);
     hair.cubicTo(76, -50, 50, -72, style.hasLongHair ? -30 : 30, -74);

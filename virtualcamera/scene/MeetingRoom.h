@@ -6,8 +6,8 @@
 
 namespace virtualcamera {
 
-/// The room the virtual camera looks into, in a world of 1920 by 1080 units that a lens of 120
-/// degrees sees as a whole.
+/// The room in front of the virtual camera, in a world of 1920 by 1080 units. A lens of 120
+/// degrees sees all of it.
 class MeetingRoom
 {
 public:
@@ -24,7 +24,7 @@ public:
     /// `seconds` is a moment within the period.
     void paint(QPainter& painter, double seconds) const;
 
-    /// Outside of these nothing moves.
+    /// Nothing moves outside of these areas.
     static std::vector<QRectF> movingParts();
     /// Where the faces are, for the framing.
     static QPointF leftPerson() { return {700, 500}; }

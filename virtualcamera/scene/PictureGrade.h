@@ -21,8 +21,8 @@ public:
     std::uint8_t chroma(std::uint8_t value) const { return m_chroma[value]; }
 
 private:
-    std::array<std::uint8_t, 256> m_luma;
-    std::array<std::uint8_t, 256> m_chroma;
+    std::array<std::uint8_t, 256> m_luma{};
+    std::array<std::uint8_t, 256> m_chroma{};
 };
 
 } // namespace virtualcamera

@@ -13,9 +13,9 @@ namespace virtualcamera {
 
 namespace {
 
-/// Moments of the period that are painted.
+/// How many moments of the period are painted.
 constexpr int kPhases = 40;
-/// The framing stays with one person this long, and takes this long to turn to the other.
+/// How long the framing shows one person, and how long it takes to move to the other one.
 constexpr double kStay = 8.0;
 constexpr double kTurn = 2.5;
 
@@ -117,7 +117,7 @@ const std::vector<ScenePainter::Patch>& ScenePainter::patches(int phase)
     const QRect strip(0, 0, m_view.stripWidth(), m_state.height);
     for (const QRectF& part : MeetingRoom::movingParts()) {
         QRect area = m_view.transform().mapRect(part).toAlignedRect().intersected(strip);
-        // Pairs of pixels share their colour.
+        // Two neighbouring pixels share their colour.
         area.setLeft(area.left() / 2 * 2);
         area.setWidth(area.width() / 2 * 2);
         if (!area.isEmpty())
@@ -130,8 +130,8 @@ void ScenePainter::compose(int phase, int window, const std::string& caption, st
 {
     const std::size_t rowBytes = static_cast<std::size_t>(m_state.width) * 2;
     for (int y = 0; y < m_state.height; ++y)
-        std::memcpy(to + rowBytes * static_cast<std::size_t>(y), m_strip.row(y) + window * 2,
-                    rowBytes);
+        std::memcpy(to + rowBytes * static_cast<std::size_t>(y),
+                    m_strip.row(y) + std::ptrdiff_t{window} * 2, rowBytes);
     for (const Patch& patch : patches(phase))
         blit(patch.image, patch.x - window, patch.y, to);
     paintCaption(caption, to);
@@ -147,7 +147,7 @@ void ScenePainter::blit(const YuyvImage& image, int x, int y, std::uint8_t* to) 
         const auto offset =
             static_cast<std::size_t>(y + row) * static_cast<std::size_t>(m_state.width) +
             static_cast<std::size_t>(x + first);
-        std::memcpy(to + offset * 2, image.row(row) + first * 2,
+        std::memcpy(to + offset * 2, image.row(row) + std::ptrdiff_t{first} * 2,
                     static_cast<std::size_t>(end - first) * 2);
     }
 }
@@ -191,7 +191,7 @@ const std::vector<std::uint8_t>& ScenePainter::jpeg(int phase, int window)
     if (frame.empty()) {
         std::vector<std::uint8_t> raw(static_cast<std::size_t>(m_state.width) *
                                       static_cast<std::size_t>(m_state.height) * 2);
-        // The frame comes back every period, so it can only say which of them it is.
+        // The frame is repeated in every period, so it can only show its number within the period.
         compose(phase, window, captionOf(m_state.cameraName, "MJPEG", static_cast<unsigned>(phase)),
                 raw.data());
         m_patches.clear(); // the finished frame is kept instead

@@ -38,7 +38,7 @@ private:
     void compose(int phase, int window, const std::string& caption, std::uint8_t* to);
     void blit(const YuyvImage& image, int x, int y, std::uint8_t* to) const;
     void paintCaption(const std::string& caption, std::uint8_t* to) const;
-    /// Where the window is now; moves slowly when the framing turns to somebody else.
+    /// The window's current position; moves slowly when the framing changes to another person.
     int window(double seconds);
     const std::vector<std::uint8_t>& jpeg(int phase, int window);
 

@@ -20,11 +20,11 @@ public:
     int stripWidth() const { return m_stripWidth; }
     /// World units to pixels of the strip.
     QTransform transform() const;
-    /// The window's left edge for looking at a place in the world, in pixels of the strip; even,
-    /// as two pixels share their colour.
+    /// The left edge of the window that shows a place in the world, in pixels of the strip. Even,
+    /// because two pixels share their colour.
     int windowAt(double worldX) const;
     bool canPan() const { return m_stripWidth > m_pictureWidth; }
-    /// What the framing looks at, in world units: the first place, and the one it changes to.
+    /// What the framing shows, in world units: the first place, and the place it changes to.
     double firstTarget() const { return m_firstTarget; }
     double secondTarget() const { return m_secondTarget; }
 

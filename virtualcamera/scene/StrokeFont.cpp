@@ -73,7 +73,7 @@ void addStrokes(QPainterPath& path, const char* strokes, QPointF origin, double 
             const QPointF point = origin + unit * QPointF(at[0] - '0', at[1] - '0');
             if (starts)
                 path.moveTo(point);
-            // A stroke of one place is a dot, which needs some length to be drawn.
+            // A stroke with a single point is a dot; it is drawn only when it has some length.
             path.lineTo(point + QPointF(starts ? unit * 0.01 : 0, 0));
             starts = false;
             ++at;
@@ -88,7 +88,7 @@ void StrokeFont::draw(QPainter& painter, QPointF topLeft, double height, const s
     const double unit = height / kGridHeight;
     QPainterPath path;
     for (const char character : text) {
-        // Only the first byte of a UTF-8 sequence takes a place.
+        // Only the first byte of a UTF-8 sequence moves to the next glyph.
         if ((static_cast<unsigned char>(character) & 0xC0U) == 0x80)
             continue;
         addStrokes(path, strokesOf(character), topLeft, unit);

@@ -6,11 +6,11 @@
 namespace virtualcamera {
 
 /// Capital letters and digits as pen strokes: Qt's own text needs a running GUI application and
-/// installed fonts, neither of which the bench has.
+/// installed fonts, neither of which virtualcamera has.
 class StrokeFont
 {
 public:
-    /// `height` is that of a capital letter.
+    /// `height` is the height of a capital letter.
     static void draw(QPainter& painter, QPointF topLeft, double height, const std::string& text);
     static double width(double height, const std::string& text);
 };

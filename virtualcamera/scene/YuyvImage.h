@@ -14,7 +14,7 @@ class YuyvImage
 public:
     YuyvImage() = default;
     YuyvImage(int width, int height);
-    /// The image must be of a 32-bit format and an even width.
+    /// The image must have a 32-bit format and an even width.
     static YuyvImage fromImage(const QImage& image);
 
     int width() const { return m_width; }

@@ -1,7 +1,8 @@
 #include "TestCamera.h"
 
+#include "control/CameraIdentity.h"
 #include "core/Commands.h"
-#include "core/FirmwareImage.h"
+#include "core/DeviceFirmware.h"
 
 #include <gtest/gtest.h>
 
@@ -52,7 +53,7 @@ TEST(Hid, IsEnumeratedWithItsTexts)
     TestCamera camera(
         "texts",
         {{"manufacturer", "Sorvanta"}, {"product", "NOVA EDGE"}, {"serial", "SVAA009500557"}});
-    hid_device_info* list = hid_enumerate(0xB206, 0xB215);
+    hid_device_info* list = hid_enumerate(kVendorId, kProductId);
     ASSERT_NE(list, nullptr);
     EXPECT_EQ(camera.hidNode(), list->path);
     EXPECT_STREQ(L"Sorvanta", list->manufacturer_string);
@@ -64,7 +65,7 @@ TEST(Hid, IsEnumeratedWithItsTexts)
     hid_free_enumeration(list);
 }
 
-TEST(Hid, StringsOfAnOpenHandle)
+TEST(Hid, OpenHandleReturnsItsStrings)
 {
     TestCamera camera;
     const HidHandle handle = openHid(camera.hidNode());
@@ -89,22 +90,22 @@ TEST(Hid, AnswersEveryRequestOfManyCycles)
     }
 }
 
-TEST(Hid, SettingsKeepTheirValue)
+TEST(Hid, SettingsKeepTheirValues)
 {
     TestCamera camera;
     const HidHandle handle = openHid(camera.hidNode());
     EXPECT_EQ(0U, statusOf(ask(handle, writeRequest(0x50A1, 60))));
     const Bytes reply = ask(handle, readRequest(0x50A0));
     EXPECT_EQ(60, reply[kHeaderSize]);
-    EXPECT_EQ("60", camera.bench.registerValue(camera.id(), "CameraView"));
-    camera.bench.set(camera.id(), "CameraView", 90);
+    EXPECT_EQ("60", camera.client.registerValue(camera.id(), "CameraView"));
+    camera.client.set(camera.id(), "CameraView", 90);
     EXPECT_EQ(90, ask(handle, readRequest(0x50A0))[kHeaderSize]);
 }
 
 TEST(Hid, TimeOutIsExact)
 {
     TestCamera camera;
-    camera.bench.fault(camera.id(), "noreply");
+    camera.client.fault(camera.id(), "noreply");
     const HidHandle handle = openHid(camera.hidNode());
     ASSERT_TRUE(isWritten(handle, readRequest(command::kProbe)));
     const auto start = Clock::now();
@@ -115,10 +116,10 @@ TEST(Hid, TimeOutIsExact)
     EXPECT_LT(elapsed(start), 700);
 }
 
-TEST(Hid, LateAnswerComesAtItsTime)
+TEST(Hid, LateAnswerArrivesAfterItsDelay)
 {
     TestCamera camera;
-    camera.bench.fault(camera.id(), "late 300");
+    camera.client.fault(camera.id(), "late 300");
     const HidHandle handle = openHid(camera.hidNode());
     const auto start = Clock::now();
     ASSERT_TRUE(isWritten(handle, readRequest(command::kProbe)));
@@ -138,7 +139,7 @@ TEST(Hid, EveryHandleHasItsOwnQueueWithAllReports)
     EXPECT_TRUE(readReport(second, 50).empty());
 }
 
-TEST(Hid, AnswersCanBeKeptToTheAskingHandle)
+TEST(Hid, AnswersCanBeLimitedToTheAskingHandle)
 {
     TestCamera camera("quiet", {{"broadcast", "0"}});
     const HidHandle first = openHid(camera.hidNode());
@@ -182,7 +183,7 @@ TEST(Hid, UnplugEndsAWaitingRead)
     const auto start = Clock::now();
     std::thread reader([&] { readReport(handle, 5000, &result); });
     std::this_thread::sleep_for(milliseconds(100));
-    camera.bench.unplug(camera.id());
+    camera.client.unplug(camera.id());
     reader.join();
     EXPECT_EQ(-1, result);
     EXPECT_LT(elapsed(start), 2000);
@@ -192,10 +193,10 @@ TEST(Hid, UnplugEndsAWaitingRead)
     EXPECT_EQ(-1, result);
 }
 
-TEST(Hid, DropsOffTheBusAtARequest)
+TEST(Hid, LeavesTheBusAtARequest)
 {
     TestCamera camera;
-    camera.bench.fault(camera.id(), "unplug-at 3");
+    camera.client.fault(camera.id(), "unplug-at 3");
     const HidHandle handle = openHid(camera.hidNode());
     for (int i = 0; i < 2; ++i)
         EXPECT_FALSE(ask(handle, readRequest(command::kProbe)).empty());
@@ -203,14 +204,14 @@ TEST(Hid, DropsOffTheBusAtARequest)
     int result = 0;
     readReport(handle, 3000, &result);
     EXPECT_EQ(-1, result);
-    EXPECT_TRUE(camera.bench.wait(camera.id(), "offbus", milliseconds(2000)));
-    EXPECT_TRUE(camera.bench.nodes(camera.id()).hid.empty());
+    EXPECT_TRUE(camera.client.wait(camera.id(), "offbus", milliseconds(2000)));
+    EXPECT_TRUE(camera.client.nodes(camera.id()).hid.empty());
 }
 
 TEST(Hid, ReadErrorComesOnce)
 {
     TestCamera camera;
-    camera.bench.fault(camera.id(), "readerror");
+    camera.client.fault(camera.id(), "readerror");
     const HidHandle handle = openHid(camera.hidNode());
     ASSERT_TRUE(isWritten(handle, readRequest(command::kProbe)));
     int result = 0;
@@ -222,7 +223,7 @@ TEST(Hid, ReadErrorComesOnce)
 TEST(Hid, WriteErrorFailsTheWrite)
 {
     TestCamera camera;
-    camera.bench.fault(camera.id(), "writeerror times=1");
+    camera.client.fault(camera.id(), "writeerror times=1");
     const HidHandle handle = openHid(camera.hidNode());
     EXPECT_FALSE(isWritten(handle, readRequest(command::kProbe)));
     EXPECT_EQ(kReportSize, ask(handle, readRequest(command::kProbe)).size());
@@ -232,35 +233,35 @@ TEST(Hid, ShortAndStaleReports)
 {
     TestCamera camera;
     const HidHandle handle = openHid(camera.hidNode());
-    camera.bench.fault(camera.id(), "short 1 times=1");
+    camera.client.fault(camera.id(), "short 1 times=1");
     ASSERT_TRUE(isWritten(handle, readRequest(command::kProbe)));
     EXPECT_EQ(1U, readReport(handle, 500).size());
-    camera.bench.fault(camera.id(), "stale 2 times=1");
+    camera.client.fault(camera.id(), "stale 2 times=1");
     ASSERT_TRUE(isWritten(handle, readRequest(command::kFirmwareVersion)));
     EXPECT_EQ(command::kProbe, commandOf(readReport(handle, 500)));
     EXPECT_EQ(command::kProbe, commandOf(readReport(handle, 500)));
     EXPECT_EQ(command::kFirmwareVersion, commandOf(readReport(handle, 500)));
 }
 
-TEST(Hid, OpenErrorLeavesNothingBehind)
+TEST(Hid, OpenErrorLeaksNothing)
 {
     TestCamera camera;
     const std::string node = camera.hidNode();
     openHid(node).reset();
     const std::size_t before = openDescriptors();
-    camera.bench.fault(camera.id(), "open-error");
+    camera.client.fault(camera.id(), "open-error");
     for (int i = 0; i < 120; ++i) {
         errno = 0;
         ASSERT_LT(::open(node.c_str(), O_RDWR | O_CLOEXEC), 0);
         ASSERT_EQ(EACCES, errno);
     }
     EXPECT_FALSE(openHid(node));
-    camera.bench.clear(camera.id());
+    camera.client.clear(camera.id());
     EXPECT_TRUE(openHid(node));
     EXPECT_EQ(before, openDescriptors());
 }
 
-TEST(Hid, MissingNodesCanBeTriedForever)
+TEST(Hid, MissingNodesCanBeOpenedAnyNumberOfTimes)
 {
     const std::size_t before = openDescriptors();
     for (int i = 0; i < 200; ++i)
@@ -273,8 +274,10 @@ TEST(Hid, ManyThreadsOpenAndAsk)
     TestCamera camera("threads", {{"broadcast", "0"}});
     const std::string node = camera.hidNode();
     std::atomic<int> good{0};
+    constexpr int threadCount = 4;
     std::vector<std::thread> threads;
-    for (int t = 0; t < 4; ++t) {
+    threads.reserve(threadCount);
+    for (int t = 0; t < threadCount; ++t) {
         threads.emplace_back([&] {
             for (int i = 0; i < 50; ++i) {
                 const int fd = ::open(node.c_str(), O_RDWR | O_CLOEXEC);
@@ -292,7 +295,7 @@ TEST(Hid, ManyThreadsOpenAndAsk)
     EXPECT_EQ(200, good);
 }
 
-TEST(Hid, TwoCamerasKeepTheirStateApart)
+TEST(Hid, TwoCamerasHaveSeparateStates)
 {
     TestCamera first("first", {{"serial", "ONE"}});
     TestCamera second("second", {{"serial", "TWO"}});
@@ -302,16 +305,16 @@ TEST(Hid, TwoCamerasKeepTheirStateApart)
     const HidHandle one = openHid(firstNode);
     const HidHandle two = openHid(secondNode);
     ask(one, writeRequest(0x5091, 1));
-    EXPECT_EQ("1", first.bench.registerValue("first", "HorizontalMirror"));
-    EXPECT_EQ("0", first.bench.registerValue("second", "HorizontalMirror"));
+    EXPECT_EQ("1", first.client.registerValue("first", "HorizontalMirror"));
+    EXPECT_EQ("0", first.client.registerValue("second", "HorizontalMirror"));
     const Bytes reply = ask(two, readRequest(command::kSerialNumber));
     EXPECT_EQ("TWO", std::string(reply.begin() + kHeaderSize, reply.begin() + kHeaderSize + 3));
 }
 
-TEST(Hid, FirmwareUpdateComesBackWithTheNewVersion)
+TEST(Hid, FirmwareUpdateReturnsWithTheNewVersion)
 {
     TestCamera camera("update", {{"returndelay", "200"}, {"firmware", "1.0.5"}});
-    const Bytes image = FirmwareImage{{2, 0, 1}, Bytes(2500, 0x5A)}.encode();
+    const Bytes image = DeviceFirmware{{2, 0, 1}, Bytes(2500, 0x5A)}.encode();
     {
         const HidHandle handle = openHid(camera.hidNode());
         Request request;
@@ -331,10 +334,10 @@ TEST(Hid, FirmwareUpdateComesBackWithTheNewVersion)
         request.command = command::kFirmwareEnd;
         ASSERT_EQ(0U, statusOf(ask(handle, buildRequest(request))));
     }
-    ASSERT_TRUE(camera.bench.wait(camera.id(), "offbus", milliseconds(2000)));
-    ASSERT_TRUE(camera.bench.wait(camera.id(), "onbus", milliseconds(2000)));
-    EXPECT_EQ("2.0.1", camera.bench.firmware(camera.id()).version);
-    EXPECT_EQ(image.size(), camera.bench.firmware(camera.id()).size);
+    ASSERT_TRUE(camera.client.wait(camera.id(), "offbus", milliseconds(2000)));
+    ASSERT_TRUE(camera.client.wait(camera.id(), "onbus", milliseconds(2000)));
+    EXPECT_EQ("2.0.1", camera.client.firmware(camera.id()).version);
+    EXPECT_EQ(image.size(), camera.client.firmware(camera.id()).size);
     const HidHandle handle = openHid(camera.hidNode());
     const Bytes reply = ask(handle, readRequest(command::kFirmwareVersion));
     EXPECT_EQ(2, reply[kHeaderSize]);

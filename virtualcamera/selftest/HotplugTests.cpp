@@ -2,6 +2,7 @@
 #include "UdevMonitor.h"
 #include "VideoStream.h"
 
+#include "control/CameraIdentity.h"
 #include "core/Commands.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +16,7 @@ namespace {
 
 bool isEnumerated()
 {
-    hid_device_info* list = hid_enumerate(0xB206, 0xB215);
+    hid_device_info* list = hid_enumerate(kVendorId, kProductId);
     const bool found = list != nullptr;
     hid_free_enumeration(list);
     return found;
@@ -31,7 +32,7 @@ std::string attribute(const std::string& subsystem, const std::string& name, con
     if (device && parentType)
         from = udev_device_get_parent_with_subsystem_devtype(device, "usb", parentType);
     const char* value = from ? udev_device_get_sysattr_value(from, wanted) : nullptr;
-    const std::string result = value ? value : "";
+    std::string result = value ? value : "";
     udev_device_unref(device);
     udev_unref(context);
     return result;
@@ -39,11 +40,11 @@ std::string attribute(const std::string& subsystem, const std::string& name, con
 
 } // namespace
 
-TEST(Hotplug, EventsComeInTheKernelsOrder)
+TEST(Hotplug, EventsArriveInTheKernelsOrder)
 {
     UdevMonitor monitor({"hidraw", "video4linux"});
     TestCamera camera;
-    const auto nodes = camera.bench.nodes(camera.id());
+    const auto nodes = camera.client.nodes(camera.id());
     auto events = monitor.collect(3, 2000);
     ASSERT_EQ(3U, events.size());
     EXPECT_EQ("add", events[0].action);
@@ -52,7 +53,7 @@ TEST(Hotplug, EventsComeInTheKernelsOrder)
     EXPECT_EQ(nodes.hid, events[2].node);
     EXPECT_TRUE(isEnumerated());
 
-    camera.bench.unplug(camera.id());
+    camera.client.unplug(camera.id());
     events = monitor.collect(3, 2000);
     ASSERT_EQ(3U, events.size());
     EXPECT_EQ("remove", events[0].action);
@@ -67,10 +68,10 @@ TEST(Hotplug, DeviceIsGoneWhenItsRemovalIsAnnounced)
     TestCamera camera;
     UdevMonitor monitor({"hidraw"});
     for (int i = 0; i < 10; ++i) {
-        camera.bench.unplug(camera.id());
+        camera.client.unplug(camera.id());
         ASSERT_EQ(1U, monitor.collect(1, 2000).size());
         ASSERT_FALSE(isEnumerated());
-        camera.bench.plug(camera.id());
+        camera.client.plug(camera.id());
         ASSERT_EQ(1U, monitor.collect(1, 2000).size());
         ASSERT_TRUE(isEnumerated());
         ASSERT_TRUE(openHid(camera.hidNode()));
@@ -80,13 +81,15 @@ TEST(Hotplug, DeviceIsGoneWhenItsRemovalIsAnnounced)
 TEST(Hotplug, VideoAndHidHaveTheSameUsbDevice)
 {
     TestCamera camera;
-    const auto nodes = camera.bench.nodes(camera.id());
+    const auto nodes = camera.client.nodes(camera.id());
     const std::string video = nodes.video.substr(5);
     const std::string hid = nodes.hid.substr(5);
     EXPECT_EQ("NOVA EDGE", attribute("video4linux", video, nullptr, "name"));
     EXPECT_EQ("1", attribute("video4linux", nodes.metadata.substr(5), nullptr, "index"));
-    EXPECT_EQ("b206", attribute("video4linux", video, "usb_device", "idVendor"));
-    EXPECT_EQ("b215", attribute("hidraw", hid, "usb_device", "idProduct"));
+    EXPECT_EQ(kVendorId,
+              std::stoul(attribute("video4linux", video, "usb_device", "idVendor"), nullptr, 16));
+    EXPECT_EQ(kProductId,
+              std::stoul(attribute("hidraw", hid, "usb_device", "idProduct"), nullptr, 16));
     EXPECT_EQ(attribute("video4linux", video, "usb_device", "devnum"),
               attribute("hidraw", hid, "usb_device", "devnum"));
     EXPECT_EQ("00", attribute("video4linux", video, "usb_interface", "bInterfaceNumber"));
@@ -96,7 +99,7 @@ TEST(Hotplug, VideoAndHidHaveTheSameUsbDevice)
 TEST(Hotplug, VideoNodeWithoutUsbDevice)
 {
     TestCamera camera("virtual", {{"usb", "0"}});
-    const auto nodes = camera.bench.nodes(camera.id());
+    const auto nodes = camera.client.nodes(camera.id());
     EXPECT_TRUE(nodes.hid.empty());
     EXPECT_EQ("", attribute("video4linux", nodes.video.substr(5), "usb_device", "idVendor"));
 }
@@ -106,8 +109,8 @@ TEST(Hotplug, MonitorThatDoesNotReadLosesNothing)
     UdevMonitor monitor({"hidraw"});
     TestCamera camera;
     for (int i = 0; i < 40; ++i) {
-        camera.bench.unplug(camera.id());
-        camera.bench.plug(camera.id());
+        camera.client.unplug(camera.id());
+        camera.client.plug(camera.id());
     }
     EXPECT_EQ(81U, monitor.collect(81, 5000).size());
 }
@@ -117,13 +120,13 @@ TEST(Hotplug, OpenHandleKeepsItsNumber)
     TestCamera camera;
     const std::string first = camera.hidNode();
     HidHandle held = openHid(first);
-    camera.bench.unplug(camera.id());
-    camera.bench.plug(camera.id());
+    camera.client.unplug(camera.id());
+    camera.client.plug(camera.id());
     EXPECT_NE(first, camera.hidNode());
     held.reset();
-    camera.bench.unplug(camera.id());
-    usleep(50000); // the bench sees the close on another thread
-    camera.bench.plug(camera.id());
+    camera.client.unplug(camera.id());
+    usleep(50000); // virtualcamera sees the close on another thread
+    camera.client.plug(camera.id());
     EXPECT_EQ(first, camera.hidNode());
 }
 
@@ -132,7 +135,7 @@ TEST(Hotplug, ManyRoundsLeakNothing)
     UdevMonitor monitor({"hidraw", "video4linux"});
     TestCamera camera("rounds");
     const auto round = [&camera, &monitor] {
-        const auto nodes = camera.bench.nodes(camera.id());
+        const auto nodes = camera.client.nodes(camera.id());
         HidHandle hid = openHid(nodes.hid);
         const Bytes request = readRequest(command::kProbe);
         const bool written = hid && hid_write(hid.get(), request.data(), request.size()) > 0;
@@ -140,11 +143,11 @@ TEST(Hotplug, ManyRoundsLeakNothing)
         VideoStream video(nodes.video);
         const bool started =
             video.setFormat(V4L2_PIX_FMT_YUYV, 640, 360) == 0 && video.start(2) == 0;
-        camera.bench.unplug(camera.id());
-        // All that is left open fails, and so does looking for it again.
+        camera.client.unplug(camera.id());
+        // Every open handle fails, and so does opening the node again.
         const bool failed = hid_write(hid.get(), request.data(), request.size()) < 0;
         openHid(nodes.hid);
-        camera.bench.plug(camera.id());
+        camera.client.plug(camera.id());
         monitor.collect(6, 0);
         return answered && started && failed;
     };
@@ -154,7 +157,7 @@ TEST(Hotplug, ManyRoundsLeakNothing)
     for (int i = 0; i < 210; ++i)
         ASSERT_TRUE(round()) << i;
     EXPECT_EQ(before, openDescriptors());
-    EXPECT_EQ(0U, camera.bench.handles(camera.id()).hid);
+    EXPECT_EQ(0U, camera.client.handles(camera.id()).hid);
 }
 
 } // namespace virtualcamera

@@ -9,17 +9,17 @@ namespace virtualcamera {
 TestCamera::TestCamera(std::string id, const VirtualCameraClient::Options& options)
     : m_id(std::move(id))
 {
-    bench.plug(m_id, options);
+    client.plug(m_id, options);
 }
 
 TestCamera::~TestCamera()
 {
     try {
-        bench.clear(m_id);
-        if (bench.stats(m_id).onBus)
-            bench.unplug(m_id);
+        client.clear(m_id);
+        if (client.stats(m_id).onBus)
+            client.unplug(m_id);
     } catch (const std::exception&) {
-        // The bench is gone, and the camera with it.
+        // virtualcamera has ended, and the camera with it.
     }
 }
 
@@ -46,10 +46,10 @@ Bytes writeRequest(std::uint16_t command, std::uint8_t value)
     return buildRequest(request);
 }
 
-Bytes readReport(const HidHandle& handle, int milliseconds, int* result)
+Bytes readReport(const HidHandle& handle, int timeoutMs, int* result)
 {
     Bytes report(kReportSize);
-    const int size = hid_read_timeout(handle.get(), report.data(), report.size(), milliseconds);
+    const int size = hid_read_timeout(handle.get(), report.data(), report.size(), timeoutMs);
     if (result)
         *result = size;
     report.resize(size > 0 ? static_cast<std::size_t>(size) : 0);

@@ -10,7 +10,7 @@
 
 namespace virtualcamera {
 
-/// A camera on the bench for the time of a test.
+/// A camera that is on the bus for the duration of a test.
 class TestCamera
 {
 public:
@@ -21,10 +21,10 @@ public:
     TestCamera& operator=(const TestCamera&) = delete;
 
     const std::string& id() const { return m_id; }
-    std::string hidNode() { return bench.nodes(m_id).hid; }
-    std::string videoNode() { return bench.nodes(m_id).video; }
+    std::string hidNode() { return client.nodes(m_id).hid; }
+    std::string videoNode() { return client.nodes(m_id).video; }
 
-    VirtualCameraClient bench;
+    VirtualCameraClient client;
 
 private:
     std::string m_id;
@@ -39,8 +39,9 @@ using HidHandle = std::unique_ptr<hid_device, HidCloser>;
 HidHandle openHid(const std::string& node);
 Bytes readRequest(std::uint16_t command);
 Bytes writeRequest(std::uint16_t command, std::uint8_t value);
-/// Reads one report; empty when none came in time. `result` is that of hid_read_timeout().
-Bytes readReport(const HidHandle& handle, int milliseconds, int* result = nullptr);
+/// Reads one report; empty when none came in time. `result` receives the result of
+/// hid_read_timeout().
+Bytes readReport(const HidHandle& handle, int timeoutMs, int* result = nullptr);
 
 std::size_t openDescriptors();
 

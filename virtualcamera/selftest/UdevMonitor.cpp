@@ -26,10 +26,10 @@ UdevMonitor::UdevMonitor(const std::vector<std::string>& subsystems)
         throw std::runtime_error("udev monitor");
 }
 
-std::vector<UdevMonitor::Event> UdevMonitor::collect(std::size_t count, int milliseconds)
+std::vector<UdevMonitor::Event> UdevMonitor::collect(std::size_t count, int timeoutMs)
 {
     using Clock = std::chrono::steady_clock;
-    const auto end = Clock::now() + std::chrono::milliseconds(milliseconds);
+    const auto end = Clock::now() + std::chrono::milliseconds(timeoutMs);
     std::vector<Event> events;
     while (events.size() < count) {
         const auto left =

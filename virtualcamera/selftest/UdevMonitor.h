@@ -7,7 +7,7 @@
 
 namespace virtualcamera {
 
-/// Collects device events as a program does, through libudev.
+/// Collects device events through libudev, as a program does.
 class UdevMonitor
 {
 public:
@@ -20,8 +20,8 @@ public:
 
     explicit UdevMonitor(const std::vector<std::string>& subsystems);
 
-    /// Waits until `count` events have come or the time is over.
-    std::vector<Event> collect(std::size_t count, int milliseconds);
+    /// Waits until `count` events have arrived or the time-out has passed.
+    std::vector<Event> collect(std::size_t count, int timeoutMs);
 
 private:
     struct Unref

@@ -33,7 +33,7 @@ int VideoStream::controlRaw(unsigned long request, void* argument) const
     return ::ioctl(m_fd, request, argument) == 0 ? 0 : errno;
 }
 
-int VideoStream::setFormat(std::uint32_t fourcc, std::uint32_t width, std::uint32_t height)
+int VideoStream::setFormat(std::uint32_t fourcc, std::uint32_t width, std::uint32_t height) const
 {
     v4l2_format format{};
     format.type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
@@ -43,7 +43,7 @@ int VideoStream::setFormat(std::uint32_t fourcc, std::uint32_t width, std::uint3
     return control(VIDIOC_S_FMT, format);
 }
 
-int VideoStream::requestBuffers(std::uint32_t count)
+int VideoStream::requestBuffers(std::uint32_t count) const
 {
     v4l2_requestbuffers request{};
     request.count = count;
@@ -83,10 +83,10 @@ int VideoStream::stop()
     return error;
 }
 
-bool VideoStream::waitReadable(int milliseconds) const
+bool VideoStream::waitReadable(int timeoutMs) const
 {
     pollfd event{m_fd, POLLIN, 0};
-    return ::poll(&event, 1, milliseconds) == 1 && (event.revents & POLLIN) != 0;
+    return ::poll(&event, 1, timeoutMs) == 1 && (event.revents & POLLIN) != 0;
 }
 
 int VideoStream::readFrame(std::vector<std::uint8_t>& frame)

@@ -20,18 +20,18 @@ public:
     bool isOpen() const { return m_fd >= 0; }
     int fd() const { return m_fd; }
 
-    /// 0 or the errno of the ioctl.
+    /// @return 0 or the errno of the ioctl
     template <typename Argument>
     int control(unsigned long request, Argument& argument) const
     {
         return controlRaw(request, &argument);
     }
-    int setFormat(std::uint32_t fourcc, std::uint32_t width, std::uint32_t height);
-    int requestBuffers(std::uint32_t count);
+    int setFormat(std::uint32_t fourcc, std::uint32_t width, std::uint32_t height) const;
+    int requestBuffers(std::uint32_t count) const;
     int start(std::uint32_t count = 4);
     int stop();
-    /// Whether poll() calls the node readable within the time.
-    bool waitReadable(int milliseconds) const;
+    /// Whether poll() reports the node as readable before the time-out.
+    bool waitReadable(int timeoutMs) const;
     /// Dequeues a buffer, copies it and queues it again; 0 or an errno.
     int readFrame(std::vector<std::uint8_t>& frame);
     std::uint32_t lastSequence() const { return m_lastSequence; }

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstring>
 #include <fcntl.h>
+#include <functional>
 #include <sys/ioctl.h>
 #include <sys/select.h>
 #include <sys/stat.h>
@@ -38,6 +39,23 @@ std::vector<std::uint8_t> frameAfterChange(VideoStream& stream)
     return frame;
 }
 
+/// Starts the stream, lets a thread wait for a frame and calls `interrupt`. Returns the error of
+/// the wait.
+int errorOfReader(VideoStream& stream, const std::function<void()>& interrupt)
+{
+    EXPECT_EQ(0, stream.setFormat(V4L2_PIX_FMT_YUYV, 640, 360));
+    EXPECT_EQ(0, stream.start());
+    int error = 0;
+    std::thread reader([&] {
+        std::vector<std::uint8_t> frame;
+        error = stream.readFrame(frame);
+    });
+    std::this_thread::sleep_for(milliseconds(100));
+    interrupt();
+    reader.join();
+    return error;
+}
+
 } // namespace
 
 TEST(Video, StreamsYuyv)
@@ -56,14 +74,14 @@ TEST(Video, StreamsYuyv)
     const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
     EXPECT_GT(time.count(), 0.8);
     EXPECT_LT(time.count(), 2.5);
-    const auto stats = camera.bench.stats(camera.id());
+    const auto stats = camera.client.stats(camera.id());
     EXPECT_TRUE(stats.streaming);
     EXPECT_EQ("YUYV", stats.fourcc);
-    EXPECT_EQ("1280", camera.bench.registerValue(camera.id(), "width"));
-    EXPECT_EQ("1", camera.bench.registerValue(camera.id(), "streamon"));
+    EXPECT_EQ("1280", camera.client.registerValue(camera.id(), "width"));
+    EXPECT_EQ("1", camera.client.registerValue(camera.id(), "streamon"));
     EXPECT_EQ(0, stream.stop());
-    EXPECT_FALSE(camera.bench.stats(camera.id()).streaming);
-    EXPECT_EQ("0", camera.bench.registerValue(camera.id(), "streamon"));
+    EXPECT_FALSE(camera.client.stats(camera.id()).streaming);
+    EXPECT_EQ("0", camera.client.registerValue(camera.id(), "streamon"));
 }
 
 TEST(Video, StreamsMjpegUpTo4K)
@@ -80,7 +98,7 @@ TEST(Video, StreamsMjpegUpTo4K)
         EXPECT_EQ(0xD8, frame[1]);
         EXPECT_EQ(0xD9, frame.back());
     }
-    EXPECT_EQ("3840", camera.bench.registerValue(camera.id(), "width"));
+    EXPECT_EQ("3840", camera.client.registerValue(camera.id(), "width"));
 }
 
 TEST(Video, SecondStreamIsBusy)
@@ -102,10 +120,10 @@ TEST(Video, SecondStreamIsBusy)
 TEST(Video, BusyFaultRefusesTheStream)
 {
     TestCamera camera;
-    camera.bench.fault(camera.id(), "busy");
+    camera.client.fault(camera.id(), "busy");
     VideoStream stream(camera.videoNode());
     EXPECT_EQ(EBUSY, stream.setFormat(V4L2_PIX_FMT_YUYV, 640, 360));
-    camera.bench.clear(camera.id());
+    camera.client.clear(camera.id());
     EXPECT_EQ(0, stream.setFormat(V4L2_PIX_FMT_YUYV, 640, 360));
 }
 
@@ -114,11 +132,11 @@ TEST(Video, PollAndSelectWaitForAFrame)
     TestCamera camera;
     VideoStream stream(camera.videoNode());
     EXPECT_FALSE(stream.waitReadable(50));
-    camera.bench.fault(camera.id(), "frozen");
+    camera.client.fault(camera.id(), "frozen");
     ASSERT_EQ(0, stream.setFormat(V4L2_PIX_FMT_YUYV, 640, 360));
     ASSERT_EQ(0, stream.start());
     EXPECT_FALSE(stream.waitReadable(200));
-    camera.bench.clear(camera.id());
+    camera.client.clear(camera.id());
     fd_set set;
     FD_ZERO(&set);
     FD_SET(stream.fd(), &set);
@@ -129,7 +147,7 @@ TEST(Video, PollAndSelectWaitForAFrame)
 TEST(Video, NonBlockingHandleDoesNotWait)
 {
     TestCamera camera;
-    camera.bench.fault(camera.id(), "frozen");
+    camera.client.fault(camera.id(), "frozen");
     VideoStream stream(camera.videoNode(), O_NONBLOCK);
     ASSERT_EQ(0, stream.setFormat(V4L2_PIX_FMT_YUYV, 640, 360));
     ASSERT_EQ(0, stream.start());
@@ -140,37 +158,17 @@ TEST(Video, NonBlockingHandleDoesNotWait)
 TEST(Video, StopEndsAWaitingReader)
 {
     TestCamera camera;
-    camera.bench.fault(camera.id(), "frozen");
+    camera.client.fault(camera.id(), "frozen");
     VideoStream stream(camera.videoNode());
-    ASSERT_EQ(0, stream.setFormat(V4L2_PIX_FMT_YUYV, 640, 360));
-    ASSERT_EQ(0, stream.start());
-    int error = 0;
-    std::thread reader([&] {
-        std::vector<std::uint8_t> frame;
-        error = stream.readFrame(frame);
-    });
-    std::this_thread::sleep_for(milliseconds(100));
-    EXPECT_EQ(0, stream.stop());
-    reader.join();
-    EXPECT_EQ(EINVAL, error);
+    EXPECT_EQ(EINVAL, errorOfReader(stream, [&] { EXPECT_EQ(0, stream.stop()); }));
 }
 
 TEST(Video, UnplugEndsAWaitingReader)
 {
     TestCamera camera;
-    camera.bench.fault(camera.id(), "frozen");
+    camera.client.fault(camera.id(), "frozen");
     VideoStream stream(camera.videoNode());
-    ASSERT_EQ(0, stream.setFormat(V4L2_PIX_FMT_YUYV, 640, 360));
-    ASSERT_EQ(0, stream.start());
-    int error = 0;
-    std::thread reader([&] {
-        std::vector<std::uint8_t> frame;
-        error = stream.readFrame(frame);
-    });
-    std::this_thread::sleep_for(milliseconds(100));
-    camera.bench.unplug(camera.id());
-    reader.join();
-    EXPECT_EQ(ENODEV, error);
+    EXPECT_EQ(ENODEV, errorOfReader(stream, [&] { camera.client.unplug(camera.id()); }));
     v4l2_capability capability{};
     EXPECT_EQ(ENODEV, stream.control(VIDIOC_QUERYCAP, capability));
 }
@@ -191,7 +189,7 @@ TEST(Video, CopyOfTheDescriptorIsTheSameHandle)
         ::close(copy);
     }
     EXPECT_EQ(0, stream.start());
-    EXPECT_EQ(1U, camera.bench.handles(camera.id()).video);
+    EXPECT_EQ(1U, camera.client.handles(camera.id()).video);
 }
 
 TEST(Video, NodeIsACharacterDevice)
@@ -216,7 +214,7 @@ TEST(Video, NodeIsACharacterDevice)
 TEST(Video, MetadataNodeCapturesNoVideo)
 {
     TestCamera camera;
-    VideoStream metadata(camera.bench.nodes(camera.id()).metadata);
+    VideoStream metadata(camera.client.nodes(camera.id()).metadata);
     v4l2_capability capability{};
     ASSERT_EQ(0, metadata.control(VIDIOC_QUERYCAP, capability));
     EXPECT_EQ(0U, capability.device_caps & V4L2_CAP_VIDEO_CAPTURE);
@@ -236,8 +234,8 @@ TEST(Video, ControlsChangeThePicture)
     v4l2_control control{V4L2_CID_BRIGHTNESS, 200};
     ASSERT_EQ(0, stream.control(VIDIOC_S_CTRL, control));
     EXPECT_GT(brightnessOf(frameAfterChange(stream)), before + 20);
-    EXPECT_EQ("200", camera.bench.registerValue(camera.id(), "brightness"));
-    camera.bench.set(camera.id(), "brightness", 60);
+    EXPECT_EQ("200", camera.client.registerValue(camera.id(), "brightness"));
+    camera.client.set(camera.id(), "brightness", 60);
     ASSERT_EQ(0, stream.control(VIDIOC_G_CTRL, control));
     EXPECT_EQ(60, control.value);
     EXPECT_LT(brightnessOf(frameAfterChange(stream)), before - 10);
@@ -247,7 +245,7 @@ TEST(Video, ControlsChangeThePicture)
     EXPECT_EQ(0, query.minimum);
     EXPECT_EQ(255, query.maximum);
     EXPECT_EQ(128, query.default_value);
-    camera.bench.fault(camera.id(), "control-error");
+    camera.client.fault(camera.id(), "control-error");
     EXPECT_EQ(EIO, stream.control(VIDIOC_S_CTRL, control));
 }
 
@@ -272,7 +270,7 @@ TEST(Video, SettingsOfTheHidInterfaceChangeThePicture)
     const std::pair<const char*, int> changes[] = {
         {"HorizontalMirror", 1}, {"CameraView", 60}, {"autoFrameSwicth", 1}};
     for (const auto& [name, value] : changes) {
-        camera.bench.set(camera.id(), name, value);
+        camera.client.set(camera.id(), name, value);
         const std::vector<std::uint8_t> frame = frameAfterChange(stream);
         std::size_t different = 0;
         for (std::size_t i = 0; i < frame.size(); ++i)
@@ -301,7 +299,7 @@ TEST(Video, FrameRateCanBeHalved)
     EXPECT_GT(time.count(), 0.8);
 }
 
-TEST(Video, HasOnlyTheModesItWasToldToHave)
+TEST(Video, HasOnlyTheConfiguredModes)
 {
     TestCamera camera("modes", {{"modes", "MJPG:1920x1080+MJPG:800x600"}});
     const int node = ::open(camera.videoNode().c_str(), O_RDWR | O_CLOEXEC);
@@ -333,13 +331,13 @@ TEST(Video, HasOnlyTheModesItWasToldToHave)
     ::close(node);
 }
 
-TEST(Video, ModeItCannotHaveIsRefused)
+TEST(Video, InvalidModeIsRefused)
 {
-    VirtualCameraClient bench;
+    VirtualCameraClient client;
     for (const char* modes : {"", "YUYV", "YUYV:0x0", "YUYV:641x360", "YUYV:9999x9999",
                               "H264:640x360", "YUYV:640x360x3"}) {
         SCOPED_TRACE(modes);
-        EXPECT_THROW(bench.plug("refused", {{"modes", modes}}), std::runtime_error);
+        EXPECT_THROW(client.plug("refused", {{"modes", modes}}), std::runtime_error);
     }
 }
 

@@ -103,7 +103,7 @@ ControlAnswer ControlPipe::descriptor(const UsbDescriptors& descriptors,
         if (const auto text = descriptors.string(low(setup.value)))
             return {false, *text};
         break;
-    default: // it knows one speed only, so there is nothing to tell about another
+    default: // the device has one speed only, so it has no descriptors for another one
         break;
     }
     return ControlAnswer::stall();

@@ -7,8 +7,8 @@
 
 namespace virtualcamera {
 
-/// Endpoint 0: answers the standard requests itself and hands those of the classes to their
-/// functions. Called with the bus locked.
+/// Endpoint 0: answers the standard requests itself and passes class requests to the function of
+/// that class. Called with the bus locked.
 class ControlPipe
 {
 public:
@@ -21,7 +21,7 @@ public:
 
     ControlAnswer handle(const UsbDescriptors& descriptors, const SetupPacket& setup,
                          const Bytes& data);
-    /// The device is new on the bus.
+    /// Called when the device has appeared on the bus.
     void reset() { m_configuration = 0; }
 
 private:

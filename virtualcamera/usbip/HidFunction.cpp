@@ -6,7 +6,7 @@ namespace virtualcamera {
 
 namespace {
 
-/// As many as the kernel keeps for a program that does not read.
+/// As many as the kernel queues for a program that does not read.
 constexpr std::size_t kMostPending = 64;
 
 } // namespace

@@ -19,15 +19,15 @@ public:
     HidFunction(BusContext& context, Device& device, DropHandler onDrop);
 
     void connect(std::shared_ptr<HostLink> link);
-    /// Reports that the host has not fetched are lost, later ones too.
+    /// Drops the reports that the host has not fetched, and those that are still delayed.
     void disconnect();
 
-    /// A report of the host; false when the device refuses it. With the bus locked.
+    /// Handles a report from the host; false when the device refuses it. With the bus locked.
     bool takeReport(const Bytes& report);
-    /// The last report that was sent, as a host can ask for it by a control transfer.
+    /// The last report that was sent; a host can read it by a control transfer.
     Bytes lastReport();
-    /// Sends what waits, as far as the host asks for it. Not with the bus locked: the host may be
-    /// slow.
+    /// Sends queued reports while the host has transfers for them. Must not be called with the bus
+    /// locked, because the host may be slow.
     void pump();
 
 private:
@@ -48,7 +48,7 @@ private:
     std::shared_ptr<HostLink> m_link;
     std::deque<Pending> m_pending;
     Bytes m_lastReport;
-    /// Counts the times on the bus: a late answer of an earlier time is lost.
+    /// Incremented with every plug: a late answer from before a replug is dropped.
     unsigned m_connection = 0;
 };
 

@@ -9,11 +9,11 @@ namespace virtualcamera {
 
 namespace {
 
-// No driver asks for more at once; a stranger on the network may.
+// No driver asks for more at once; an unknown client on the network may.
 constexpr std::uint32_t kLongestTransfer = 1024 * 1024;
 constexpr std::uint32_t kMostPackets = 1024;
-/// A host that takes nothing for so long is gone.
-constexpr time_t kSendPatience = 5;
+/// A host that accepts no data for this long is gone.
+constexpr time_t kSendTimeoutMs = 5000;
 
 bool isTooLarge(const usbip::Command& command)
 {
@@ -26,8 +26,8 @@ HostLink::HostLink(FileDescriptor socket, TransferHandler& handler)
     : m_socket(std::move(socket))
     , m_handler(handler)
 {
-    const timeval patience{kSendPatience, 0};
-    ::setsockopt(m_socket.get(), SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
+    const timeval timeout{kSendTimeoutMs / 1000, 0};
+    ::setsockopt(m_socket.get(), SOL_SOCKET, SO_SNDTIMEO, &timeout, sizeof timeout);
     const timeval forever{0, 0};
     ::setsockopt(m_socket.get(), SOL_SOCKET, SO_RCVTIMEO, &forever, sizeof forever);
 }
@@ -61,7 +61,7 @@ void HostLink::quiet()
 
 void HostLink::wake()
 {
-    // Whoever is about to wait has looked at its condition with the lock held.
+    // A thread that is about to wait has checked its condition with the lock held.
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
     }
@@ -236,7 +236,7 @@ bool HostLink::send(const Bytes& bytes)
         if (count < 0 && errno == EINTR)
             continue;
         if (count <= 0) {
-            // Half an answer went out: nothing that follows would be understood.
+            // Half an answer was sent: the host could not parse anything that follows.
             m_quiet = true;
             ::shutdown(m_socket.get(), SHUT_RDWR);
             return false;

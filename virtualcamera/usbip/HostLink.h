@@ -14,13 +14,12 @@
 
 namespace virtualcamera {
 
-/// The connection to the one host that has imported a camera: takes its transfers, keeps those of
-/// IN endpoints until there is something to answer, and gives back what it unlinks. May be used
-/// from several threads.
+/// The connection to the one host that has imported a camera. Receives its transfers, queues those
+/// of IN endpoints until there is an answer, and returns those that the host unlinks. Thread-safe.
 class HostLink
 {
 public:
-    /// An IN transfer that waits.
+    /// A queued IN transfer.
     struct Transfer
     {
         std::uint32_t sequence = 0;
@@ -33,34 +32,34 @@ public:
     {
         /// 0 or a negative errno.
         std::int32_t status = 0;
-        /// Cut at the length of the transfer, unless that is isochronous: then the packets of the
-        /// transfer, which `make` fills in, tell what of it belongs where.
+        /// Cut at the length of the transfer, unless the transfer is isochronous: then `make` also
+        /// fills in the packets, which say which part of the data belongs to which packet.
         Bytes data;
     };
     using Maker = std::function<Answer(Transfer&)>;
 
     HostLink(FileDescriptor socket, TransferHandler& handler);
-    /// Closes.
+    /// Calls close().
     ~HostLink();
     HostLink(const HostLink&) = delete;
     HostLink& operator=(const HostLink&) = delete;
 
     void start();
 
-    /// Answers the oldest transfer of the endpoint; false when none waits or no answer may go out
-    /// any more.
+    /// Answers the oldest transfer of the endpoint; false when none is queued or after quiet().
     bool answer(std::uint8_t endpoint, const Maker& make);
-    /// Waits for a transfer first. False when `isCancelled` became true (see wake()) or no answer
-    /// may go out any more.
+    /// Waits for a transfer and answers it. False when `isCancelled` became true (see wake()) or
+    /// after quiet().
     bool answerWhenAsked(std::uint8_t endpoint, const Maker& make,
                          const std::function<bool()>& isCancelled);
-    /// Lets answerWhenAsked() look at its `isCancelled` again.
+    /// Makes answerWhenAsked() check its `isCancelled` again.
     void wake();
 
-    /// No IN endpoint answers any more; control transfers do. What comes before close(), so that
-    /// the host's drivers are not in the middle of a transfer when the device leaves.
+    /// From now on IN endpoints answer nothing; control transfers are still answered. Called some
+    /// time before close(), so that the host's drivers are not in the middle of a transfer when the
+    /// device leaves.
     void quiet();
-    /// Ends the connection and waits until no handler is called any more. Not from a handler.
+    /// Ends the connection and waits until no handler runs. Must not be called from a handler.
     void close();
 
 private:
@@ -77,8 +76,8 @@ private:
 
     FileDescriptor m_socket;
     TransferHandler& m_handler;
-    /// Taking a transfer out of its queue and sending its answer are one step: an answer that came
-    /// after that of a later unlink would make the host drop the connection.
+    /// Held while a transfer is taken from its queue and answered: when the answer followed that
+    /// of a later unlink, the host would drop the connection.
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::map<std::uint8_t, std::deque<Transfer>> m_waiting;

@@ -13,7 +13,7 @@ namespace {
 constexpr std::uint8_t kInterfaceItself = 0;
 constexpr std::uint8_t kRequestErrorCode = 2;
 
-/// Brightness is signed on the wire, the others are not.
+/// Brightness is signed in the protocol, the others are not.
 int decode(Control control, const Bytes& data)
 {
     const std::uint16_t raw = loadLittleEndian16(data.data());

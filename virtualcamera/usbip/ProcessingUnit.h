@@ -5,8 +5,8 @@
 
 namespace virtualcamera {
 
-/// The requests to the video control interface: picture controls of the processing unit, and what
-/// the last refusal was about. Called with the bus locked.
+/// Handles requests to the video control interface: the picture controls of the processing unit,
+/// and the error code of the last refusal. Called with the bus locked.
 class ProcessingUnit
 {
 public:
@@ -17,7 +17,7 @@ public:
 
     /// A camera without an amplifier has no processing unit.
     void setPresent(bool present) { m_present = present; }
-    /// A class request with the entity in the upper byte of the index.
+    /// Handles a class request; the upper byte of the index is the entity.
     ControlAnswer request(const SetupPacket& setup, const Bytes& data);
 
 private:

@@ -11,7 +11,7 @@ namespace {
 
 /// Three transactions of 1024 bytes in each of 8000 microframes a second.
 constexpr std::uint64_t kBytesPerSecond = std::uint64_t{StreamModes::kPacketSize} * 8000;
-/// For pictures that do not fit at any usual rate.
+/// For pictures that are too large for the bus at any usual rate.
 constexpr std::uint32_t kSlowestRate = 1;
 
 std::vector<std::uint32_t> ratesOf(const PixelFormat& format, const FrameSize& size)
@@ -74,7 +74,7 @@ StreamAgreement StreamModes::agree(const StreamAgreement& wish) const
 
 StreamAgreement StreamModes::parse(const std::vector<std::uint8_t>& block) const
 {
-    // A host of UVC 1.0 sends less; all that counts here lies in the first eight bytes.
+    // A UVC 1.0 host sends a shorter block; all fields that are used are in the first eight bytes.
     if (block.size() < 8)
         return agree({});
     return agree({block[2], block[3], loadLittleEndian32(&block[4])});
@@ -83,7 +83,7 @@ StreamAgreement StreamModes::parse(const std::vector<std::uint8_t>& block) const
 std::vector<std::uint8_t> StreamModes::encode(const StreamAgreement& agreement) const
 {
     ByteWriter block;
-    block.word(1); // the interval is kept, everything else is the camera's
+    block.word(1); // the host chooses the interval, the camera chooses the rest
     block.byte(agreement.formatIndex).byte(agreement.frameIndex);
     block.doubleWord(agreement.interval);
     for (int i = 0; i < 5; ++i) // key frames, quality, window, delay

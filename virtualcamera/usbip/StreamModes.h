@@ -10,9 +10,9 @@ namespace virtualcamera {
 /// One frame descriptor: a size in a format, with its rates.
 struct StreamMode
 {
-    std::uint32_t fourcc;
-    std::uint32_t width;
-    std::uint32_t height;
+    std::uint32_t fourcc = 0;
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
     /// Frames per second, best first; never empty.
     std::vector<std::uint32_t> rates;
 };
@@ -20,12 +20,12 @@ struct StreamMode
 /// A format descriptor with its frame descriptors.
 struct StreamFormat
 {
-    std::uint32_t fourcc;
-    bool compressed;
+    std::uint32_t fourcc = 0;
+    bool compressed = false;
     std::vector<StreamMode> modes;
 };
 
-/// What host and camera agree upon before a stream starts.
+/// The parameters that host and camera negotiate before a stream starts.
 struct StreamAgreement
 {
     /// Counted from 1.
@@ -35,7 +35,7 @@ struct StreamAgreement
     std::uint32_t interval = 0;
 };
 
-/// The modes of a camera as a high-speed bus can carry them.
+/// The modes of a camera, at rates that a high-speed bus can carry.
 class StreamModes
 {
 public:
@@ -49,7 +49,7 @@ public:
     const std::vector<StreamFormat>& formats() const { return m_formats; }
     const StreamMode& mode(const StreamAgreement& agreement) const;
 
-    /// The agreement nearest to what a host wishes.
+    /// The possible agreement that is nearest to the requested one.
     StreamAgreement agree(const StreamAgreement& wish) const;
     StreamAgreement parse(const std::vector<std::uint8_t>& block) const;
     std::vector<std::uint8_t> encode(const StreamAgreement& agreement) const;

@@ -70,7 +70,7 @@ void UsbCamera::import(FileDescriptor socket, const Bytes& greeting)
         throw std::runtime_error("not free: " + id);
     if (!greeting.empty() && ::send(socket.get(), greeting.data(), greeting.size(), MSG_NOSIGNAL) !=
                                  static_cast<ssize_t>(greeting.size()))
-        throw std::runtime_error("the host has gone");
+        throw std::runtime_error("the host has disconnected");
     m_hostGone = false;
     TransferHandler& handler = *this;
     m_link = std::make_shared<HostLink>(std::move(socket), handler);

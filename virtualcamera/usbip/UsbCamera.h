@@ -13,14 +13,14 @@
 
 namespace virtualcamera {
 
-/// A camera as a USB device that one host at a time can import. Guarded by the mutex of the bus,
-/// which the handlers of transfers take themselves.
+/// A camera as a USB device that one host at a time can import. Guarded by the mutex of the bus;
+/// the transfer handlers lock it themselves.
 class UsbCamera : public Camera, private TransferHandler
 {
 public:
     UsbCamera(BusContext& context, std::string cameraId, CameraSpec cameraSpec,
               HidFunction::DropHandler onDrop);
-    /// Not with the bus locked.
+    /// Must not be called with the bus locked.
     ~UsbCamera() override;
 
     StreamState stream() const override;
@@ -32,18 +32,18 @@ public:
     usbip::DeviceRecord record() const;
     const UsbDescriptors& descriptors() const { return m_descriptors; }
 
-    /// The device is new on the bus: its descriptors are those of its spec now.
+    /// Called when the device has appeared on the bus: makes its descriptors from its spec.
     void appear();
     bool isImported() const { return m_link && !m_hostGone; }
     /// Whether a host can import it now.
     bool isFree() const { return m_present && !isImported(); }
-    /// Makes this host the one that has it; sends `greeting` first. Throws std::runtime_error when
-    /// the camera is not free.
+    /// Gives the camera to this host and sends `greeting` first. Throws std::runtime_error when the
+    /// camera is not free.
     void import(FileDescriptor socket, const Bytes& greeting);
-    /// No answers to the host's drivers any more. What is left of the link is the caller's to
-    /// close, without the bus locked; nothing when no host had it.
+    /// Stops answering the host's drivers and returns the link, which the caller has to close
+    /// without the bus locked; null when no host had the camera.
     std::shared_ptr<HostLink> leave();
-    /// The link is closed.
+    /// Called when the link is closed.
     void vanish();
 
 private:

@@ -21,7 +21,7 @@ constexpr unsigned kHid = 0x21;
 constexpr unsigned kHidReport = 0x22;
 constexpr unsigned kClassInterface = 0x24;
 
-// What is in descriptors of the type kClassInterface.
+// Subtypes of descriptors of the type kClassInterface.
 constexpr unsigned kControlHeader = 1;
 constexpr unsigned kInputTerminal = 2;
 constexpr unsigned kOutputTerminal = 3;
@@ -45,7 +45,7 @@ constexpr unsigned kVideoVersion = 0x0110;
 
 Bytes interface(unsigned number, unsigned alternate, unsigned endpoints, const InterfaceClass& kind)
 {
-    // No interface has a name of its own: Linux would add it to the product's.
+    // Interfaces have no names: Linux would append them to the product's name.
     return ByteWriter()
         .bytes({9, kInterface, number, alternate, endpoints, kind.code, kind.subclass,
                 kind.protocol, 0})

@@ -20,7 +20,7 @@ struct ProcessingControl
 {
     Control control;
     std::uint8_t selector;
-    /// In bmControls of the unit's descriptor.
+    /// The bit in bmControls of the unit's descriptor.
     unsigned bit;
 };
 const std::vector<ProcessingControl>& processingControls();
@@ -42,11 +42,11 @@ public:
 
     const Bytes& device() const { return m_device; }
     const Bytes& configuration() const { return m_configuration; }
-    /// Nothing for an index that no descriptor names.
+    /// Nothing for an unknown index.
     std::optional<Bytes> string(std::uint8_t index) const;
     const Bytes& hid() const { return m_hid; }
 
-    /// The numbers of the interfaces; nothing when the camera has none.
+    /// The numbers of the interfaces; nothing when the camera has no such interface.
     std::optional<std::uint8_t> videoControl() const { return m_videoControl; }
     std::optional<std::uint8_t> videoStreaming() const { return m_videoStreaming; }
     std::optional<std::uint8_t> hidInterface() const { return m_hidInterface; }

@@ -11,7 +11,7 @@ constexpr std::uint8_t kHidIn = 2;
 constexpr std::uint8_t kHidOut = 3;
 } // namespace endpoint
 
-/// The eight bytes that open a control transfer.
+/// The eight bytes at the start of a control transfer.
 struct SetupPacket
 {
     std::uint8_t requestType = 0;
@@ -27,7 +27,7 @@ struct SetupPacket
     }
 };
 
-/// The answer to a control transfer; the data is empty when the host sends.
+/// The answer to a control transfer; `data` is empty when the host sends the data.
 struct ControlAnswer
 {
     bool stalled = false;

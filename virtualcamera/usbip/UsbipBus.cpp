@@ -11,7 +11,7 @@ namespace virtualcamera {
 
 namespace {
 
-constexpr std::chrono::seconds kImportPatience{1};
+constexpr std::chrono::milliseconds kImportTimeoutMs{1000};
 
 } // namespace
 
@@ -65,7 +65,7 @@ bool UsbipBus::exportTo(FileDescriptor& socket, const std::string& busId)
     Lock lock(m_ownContext.mutex);
     UsbCamera* camera = find(busId);
     const auto isFree = [camera] { return camera->isFree(); };
-    if (!camera || !m_ownContext.changed.wait_for(lock, kImportPatience, isFree))
+    if (!camera || !m_ownContext.changed.wait_for(lock, kImportTimeoutMs, isFree))
         return false;
     usbip::Operation reply;
     reply.code = usbip::kReplyImport;

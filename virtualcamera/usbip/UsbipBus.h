@@ -13,13 +13,13 @@ namespace virtualcamera {
 class UsbipBus : public CameraBus
 {
 public:
-    /// How long a camera is quiet before it leaves. A host whose drivers are in the middle of a
-    /// transfer when the connection ends may crash; Linux 6.1 does.
+    /// How long a camera sends nothing before it leaves. A host may crash (Linux 6.1 does) when the
+    /// connection ends while its drivers are in the middle of a transfer.
     static constexpr std::chrono::milliseconds kQuietTime{200};
 
-    /// With `kernel` every camera is imported by this machine's kernel as soon as it appears.
+    /// With `kernel`, this machine's kernel imports every camera as soon as it appears.
     explicit UsbipBus(std::optional<VhciPort> kernel = std::nullopt);
-    /// The cameras leave.
+    /// Takes all cameras off the bus.
     ~UsbipBus() override;
 
     struct Listing
@@ -29,11 +29,11 @@ public:
     };
     /// The cameras a host can import now.
     std::vector<Listing> listing();
-    /// Gives a camera to the host behind the socket, after the reply of an import; waits a moment
-    /// for a camera that another host is just letting go. False when there is none of that name or
-    /// it is taken; the socket then still belongs to the caller.
+    /// Sends the reply to an import and gives the camera to the host behind the socket. Waits up to
+    /// a second when another host is just releasing the camera. False when no camera has that name
+    /// or another host has it; the socket then still belongs to the caller.
     bool exportTo(FileDescriptor& socket, const std::string& busId);
-    /// Gives a camera to a host that knows it and expects no reply. Throws std::runtime_error.
+    /// Gives a camera to the kernel, which expects no reply. Throws std::runtime_error.
     void connect(const std::string& id, FileDescriptor socket);
 
 protected:

@@ -15,8 +15,8 @@ namespace virtualcamera {
 
 namespace {
 
-/// Hosts are asked one after the other; one that says nothing must not keep the others.
-constexpr time_t kHostPatience = 2;
+/// Hosts are served one after the other; one that sends nothing must not block the others.
+constexpr time_t kHostTimeoutMs = 2000;
 
 FileDescriptor listenAt(const std::string& address, std::uint16_t port)
 {
@@ -42,7 +42,7 @@ bool receiveAll(const FileDescriptor& socket, std::uint8_t* to, std::size_t size
 
 void sendAll(const FileDescriptor& socket, const Bytes& bytes)
 {
-    // What a host does not take while it has just connected, it does not want.
+    // When this fails, the host has gone or does not read; the connection is closed in any case.
     static_cast<void>(::send(socket.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL));
 }
 
@@ -71,16 +71,10 @@ std::uint16_t UsbipServer::port() const
 
 void UsbipServer::acceptHosts()
 {
-    for (;;) {
-        FileDescriptor socket(::accept4(m_listener.get(), nullptr, nullptr, SOCK_CLOEXEC));
-        if (!socket) {
-            if (errno == EINTR || errno == ECONNABORTED)
-                continue;
-            return;
-        }
-        const timeval patience{kHostPatience, 0};
-        ::setsockopt(socket.get(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
-        ::setsockopt(socket.get(), SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
+    while (FileDescriptor socket = acceptConnection(m_listener)) {
+        const timeval timeout{kHostTimeoutMs / 1000, 0};
+        ::setsockopt(socket.get(), SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof timeout);
+        ::setsockopt(socket.get(), SOL_SOCKET, SO_SNDTIMEO, &timeout, sizeof timeout);
         const int on = 1;
         ::setsockopt(socket.get(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
         serve(std::move(socket));
@@ -107,7 +101,7 @@ void UsbipServer::serve(FileDescriptor socket)
         if (m_bus.exportTo(socket, busId))
             return;
     } catch (const std::runtime_error&) {
-        return; // it went away while it was given the camera
+        return; // the camera left the bus, or the host disconnected, during the import
     }
     usbip::Operation refusal;
     refusal.code = usbip::kReplyImport;

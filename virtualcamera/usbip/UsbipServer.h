@@ -8,12 +8,12 @@
 
 namespace virtualcamera {
 
-/// Offers the cameras of a bus to hosts over TCP: lists them and hands a camera over to the host
-/// that imports it.
+/// Offers the cameras of a bus to hosts over TCP: lists them and gives a camera to the host that
+/// imports it.
 class UsbipServer
 {
 public:
-    /// `address` is an IPv4 address; port 0 takes any free one. Throws std::system_error, and
+    /// `address` is an IPv4 address; port 0 chooses a free port. Throws std::system_error, and
     /// std::invalid_argument for a bad address.
     UsbipServer(UsbipBus& bus, const std::string& address, std::uint16_t port);
     ~UsbipServer();

@@ -63,7 +63,7 @@ Bytes DeviceRecord::encode() const
     append16(bytes, vendorId);
     append16(bytes, productId);
     append16(bytes, version);
-    // The configuration that is chosen, and how many there are.
+    // The current configuration, and the number of configurations.
     for (const std::uint8_t value :
          {deviceClass, deviceSubclass, deviceProtocol, std::uint8_t{1}, std::uint8_t{1}})
         bytes.push_back(value);
@@ -109,7 +109,7 @@ Bytes Reply::encode() const
     Bytes bytes;
     append32(bytes, code);
     append32(bytes, sequence);
-    for (int i = 0; i < 3; ++i) // device, direction and endpoint are the host's to know
+    for (int i = 0; i < 3; ++i) // device, direction and endpoint are not used in answers
         append32(bytes, 0);
     append32(bytes, static_cast<std::uint32_t>(status));
     append32(bytes, actual);

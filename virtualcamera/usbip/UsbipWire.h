@@ -39,7 +39,7 @@ struct Operation
     Bytes encode() const;
 };
 
-/// What an import or a list tells about a device.
+/// The description of a device in the reply to an import or a list.
 struct DeviceRecord
 {
     std::string path;
@@ -69,7 +69,7 @@ struct IsoPacket
     Bytes encode() const;
 };
 
-/// A header of the host: a transfer to do, or one to give back.
+/// The header of a host's command: a transfer to submit or to unlink.
 struct Command
 {
     std::uint32_t code = 0;
@@ -80,7 +80,7 @@ struct Command
     std::uint32_t startFrame = 0;
     std::uint32_t packetCount = 0;
     std::array<std::uint8_t, 8> setup{};
-    /// The transfer that kUnlink wants back.
+    /// The transfer that kUnlink cancels.
     std::uint32_t unlinked = 0;
 
     static Command parse(const std::uint8_t* bytes);

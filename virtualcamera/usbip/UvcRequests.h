@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-/// Request codes of the USB video class, and what a camera says about a refusal.
+/// Request codes of the USB video class, and the error codes of a refusal.
 namespace virtualcamera::uvc {
 
 constexpr std::uint8_t kSetCurrent = 0x01;

@@ -7,8 +7,8 @@
 
 namespace virtualcamera {
 
-/// The virtual host controller of this machine's kernel (module vhci-hcd), which takes a USB/IP
-/// connection over from a socket.
+/// The virtual host controller of this machine's kernel (module vhci-hcd). It takes a connected
+/// USB/IP socket over.
 class VhciPort
 {
 public:
@@ -17,8 +17,8 @@ public:
     {
     }
 
-    /// Plugs the device into the port of its number. A port is taken for a moment after a device
-    /// has left it, so this tries for some seconds. Throws std::system_error.
+    /// Attaches the device to the port with its number. A port stays occupied for a moment after a
+    /// device has left it, so this tries for some seconds. Throws std::system_error.
     void attach(const FileDescriptor& socket, const usbip::DeviceRecord& device) const;
 
 private:

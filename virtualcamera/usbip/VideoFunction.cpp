@@ -14,7 +14,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::uint8_t kProbe = 1;
 constexpr std::uint8_t kCommit = 2;
 
-// The header of a payload: its length, then what it belongs to.
+// The header of a payload: its length, then flags for the frame it belongs to.
 constexpr std::uint32_t kPayloadHeader = 2;
 constexpr unsigned kEndOfHeader = 0x80;
 constexpr unsigned kEndOfFrame = 0x02;
@@ -74,7 +74,7 @@ ControlAnswer VideoFunction::request(const SetupPacket& setup, const Bytes& data
     case uvc::kSetCurrent:
         if (selector == kCommit && m_device.faults().isActive(FaultKind::Busy))
             return ControlAnswer::stall();
-        // A stream keeps what it was started with.
+        // A running stream keeps its parameters.
         if (selector == kCommit && m_streaming)
             return ControlAnswer::stall();
         current = m_modes.parse(data);
@@ -129,7 +129,7 @@ void VideoFunction::runFrames()
             continue;
         }
         due += std::chrono::nanoseconds(1'000'000'000 / frameRate());
-        // After a long pause or a slow frame, go on from here instead of catching up.
+        // After a long pause or a slow frame, continue from now instead of catching up.
         due = std::max(due, Clock::now() - std::chrono::milliseconds(5));
         const unsigned stream = m_streamNumber;
         m_streamChanged.wait_until(
@@ -167,7 +167,7 @@ bool VideoFunction::deliver(HostLink& link, const Bytes& frame, std::uint32_t se
                             unsigned stream)
 {
     std::size_t sent = 0;
-    // Each frame carries the other identifier than the one before.
+    // The frame identifier alternates from frame to frame.
     const unsigned identifier = (sequence & 1U) != 0 ? kOddFrame : 0;
     const auto fill = [&frame, &sent, identifier](HostLink::Transfer& transfer) {
         HostLink::Answer answer;

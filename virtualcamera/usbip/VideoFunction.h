@@ -18,19 +18,19 @@ class VideoFunction
 public:
     VideoFunction(BusContext& context, const CameraIdentity& identity, Device& device,
                   const PixelFormats& formats, std::unique_ptr<FramePainter> painter);
-    /// Not with the bus locked: waits for the frame thread.
+    /// Must not be called with the bus locked: waits for the frame thread.
     ~VideoFunction();
     VideoFunction(const VideoFunction&) = delete;
     VideoFunction& operator=(const VideoFunction&) = delete;
 
-    // With the bus locked.
+    // Called with the bus locked.
     void setFormats(const PixelFormats& formats);
     void connect(std::shared_ptr<HostLink> link);
     /// Stops the stream.
     void disconnect();
-    /// A class request to the streaming interface.
+    /// Handles a class request to the streaming interface.
     ControlAnswer request(const SetupPacket& setup, const Bytes& data);
-    /// The alternate setting: the stream runs in the one that has an endpoint.
+    /// Selects the alternate setting: the stream runs in the setting that has an endpoint.
     void setStreaming(bool streaming);
     bool isStreaming() const { return m_streaming; }
     const StreamMode& mode() const { return m_modes.mode(m_committed); }
@@ -55,7 +55,7 @@ private:
     std::shared_ptr<HostLink> m_link;
 
     bool m_streaming = false;
-    /// Tells a frame that is on its way that its stream is another one now.
+    /// Incremented when a stream starts or stops, so that a frame of the previous one is dropped.
     std::atomic<unsigned> m_streamNumber{0};
     std::uint32_t m_sequence = 0;
     std::uint64_t m_framesDelivered = 0;

@@ -30,8 +30,8 @@ const char* usage()
     return "usage: virtualcamera-usbip [--listen ADDRESS:PORT] [--attach] [--control SOCKET]\n"
            "                           [--script FILE] [--plug ID[,key=value...]]...\n"
            "\n"
-           "Offers virtual conference cameras by USB/IP until SIGTERM: over TCP, by default on\n"
-           "127.0.0.1:3240, or with --attach straight to this machine's kernel (as root, module\n"
+           "Offers virtual conference cameras over USB/IP until SIGTERM: over TCP, by default on\n"
+           "127.0.0.1:3240, or with --attach directly to this machine's kernel (as root, module\n"
            "vhci-hcd).\n"
            "Values are percent-encoded; a blank is %20, a comma %2c.\n";
 }
@@ -87,9 +87,7 @@ int run(const CommandLine& line)
     const auto execute = [&commands](const std::string& request) {
         return commands.execute(request);
     };
-    for (const std::string& request : line.plugs)
-        if (const std::string reply = execute(request); reply != "ok")
-            throw std::invalid_argument(request + ": " + reply);
+    commands.executeAll(line.plugs);
     const Script script = line.script.empty() ? Script() : Script::load(line.script);
     StopFlag stop;
     std::thread scripted([&] {
@@ -115,7 +113,7 @@ int main(int argc, char** argv)
         const CommandLine line =
             CommandLine::parse(argc, argv, {{"--listen", true}, {"--attach", false}});
         if (!line.program.empty())
-            throw std::invalid_argument("this one starts no program");
+            throw std::invalid_argument("virtualcamera-usbip starts no program");
         if (line.wantsHelp) {
             std::cout << usage();
             return 0;

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr std::chrono::milliseconds kVideoNodePatience{1000};
+constexpr int kVideoNodeTimeoutMs = 1000;
 constexpr std::chrono::milliseconds kVideoNodeInterval{20};
 
 bool isEqual(const char* a, const char* b)
@@ -47,7 +47,8 @@ bool hasVideoInterface(udev_device* usb)
     return found;
 }
 
-/// The nodes of one camera get their access in any order, and the one for metadata is of no use.
+/// udev gives access to the nodes of one camera in any order, and the metadata node is not enough:
+/// all nodes must be accessible.
 bool hasUsableVideoNodes(udev_device* usb)
 {
     bool found = false;
@@ -120,14 +121,15 @@ HotPlugWatch::Event HotPlugWatch::receive()
 }
 
 /// The interfaces of one camera appear one after the other, and the video driver may have to be
-/// loaded first. The HID interface alone makes the event, so its sibling is waited for here, where
-/// nobody else is kept waiting.
+/// loaded first. The HID interface alone makes the event, so this thread, which has no other task,
+/// waits for the video interface.
 void HotPlugWatch::waitForVideoNodes(udev_device* hidraw)
 {
     udev_device* usb = usbDeviceOf(hidraw);
     if (!usb || !hasVideoInterface(usb))
         return;
-    const auto deadline = std::chrono::steady_clock::now() + kVideoNodePatience;
+    const auto deadline =
+        std::chrono::steady_clock::now() + std::chrono::milliseconds(kVideoNodeTimeoutMs);
     while (!hasUsableVideoNodes(usb) && std::chrono::steady_clock::now() < deadline)
         std::this_thread::sleep_for(kVideoNodeInterval);
 }

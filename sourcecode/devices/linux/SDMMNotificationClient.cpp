@@ -1,15 +1,16 @@
 #include "SDMMNotificationClient.h"
 
+#include "LogCategories.h"
+
 #include <pulse/pulseaudio.h>
-#include <QDebug>
 
 namespace {
 
-/// @p id is the endpoint's name to the server, @p name the one for people. On the sound thread.
+/// @p id is the server's name of the endpoint, @p name the name for people. On the sound thread.
 void printDeviceName(const char* id, const char* name)
 {
-    qDebug() << "SDMMNotificationClient::_PrintDeviceID" << id;
-    qDebug() << "SDMMNotificationClient::_PrintDeviceName" << name;
+    qCDebug(hotplugLog) << "SDMMNotificationClient::_PrintDeviceID" << id;
+    qCDebug(hotplugLog) << "SDMMNotificationClient::_PrintDeviceName" << name;
 }
 
 void onSink(pa_context*, const pa_sink_info* info, int, void*)
@@ -32,9 +33,9 @@ void unrefOperation(pa_operation* operation)
 
 void onEvent(pa_context* context, pa_subscription_event_type_t event, uint32_t index, void*)
 {
-    // What was removed can no longer be asked for its name.
+    // A removed endpoint has no name any more.
     if ((event & PA_SUBSCRIPTION_EVENT_TYPE_MASK) == PA_SUBSCRIPTION_EVENT_REMOVE) {
-        qDebug() << "SDMMNotificationClient::_PrintDeviceID" << index;
+        qCDebug(hotplugLog) << "SDMMNotificationClient::_PrintDeviceID" << index;
         return;
     }
     if ((event & PA_SUBSCRIPTION_EVENT_FACILITY_MASK) == PA_SUBSCRIPTION_EVENT_SINK)
@@ -45,15 +46,16 @@ void onEvent(pa_context* context, pa_subscription_event_type_t event, uint32_t i
 
 void onSubscribed(pa_context*, int success, void*)
 {
-    qCritical() << "DeviceManager::initIMMDeviceEnumerator" << (success ? "注册成功" : "注册失败");
+    qCCritical(hotplugLog) << "DeviceManager::initIMMDeviceEnumerator"
+                           << (success ? "注册成功" : "注册失败");
 }
 
 void onState(pa_context* context, void*)
 {
     if (pa_context_get_state(context) != PA_CONTEXT_READY)
         return;
-    qCritical() << "DeviceManager::initIMMDeviceEnumerator"
-                << "接口创建成功";
+    qCCritical(hotplugLog) << "DeviceManager::initIMMDeviceEnumerator"
+                           << "接口创建成功";
     pa_context_set_subscribe_callback(context, onEvent, nullptr);
     const auto mask = static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SINK |
                                                           PA_SUBSCRIPTION_MASK_SOURCE);

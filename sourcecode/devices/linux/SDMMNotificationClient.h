@@ -5,8 +5,8 @@
 struct pa_context;
 struct pa_threaded_mainloop;
 
-/// Logs changes of the audio endpoints as the sound server tells them. Silent for as long as no
-/// sound server runs; starts none.
+/// Logs changes of the audio endpoints that the sound server reports. Does nothing while no sound
+/// server runs, and does not start one.
 class SDMMNotificationClient
 {
 public:
@@ -27,5 +27,5 @@ private:
     void disconnect();
 
     std::unique_ptr<pa_threaded_mainloop, MainLoopDeleter> m_loop;
-    pa_context* m_context = nullptr; ///< only touched with the loop locked
+    pa_context* m_context = nullptr; ///< used only while the loop is locked
 };

@@ -82,7 +82,7 @@ HotPlugWatch::Event HotPlugWatch::wait()
 
 void HotPlugWatch::wake() const
 {
-    // Without a window yet, its thread looks at the running flag before it waits.
+    // Before the window exists, its thread checks the running flag before it waits.
     if (HWND window = m_window)
         ::PostMessageW(window, WM_NULL, 0, 0);
 }

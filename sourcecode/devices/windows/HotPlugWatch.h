@@ -6,7 +6,8 @@
 
 /// The hidden window that receives the system's device-change broadcasts, and its message loop.
 ///
-/// The window belongs to the thread that makes it; only open(), close() and wake() are for others.
+/// The window belongs to the thread that makes it; other threads may call only open(), close() and
+/// wake().
 class HotPlugWatch
 {
 public:
@@ -36,7 +37,7 @@ public:
     /// Ends a wait() that is under way or to come.
     void wake() const;
 
-    /// Tells DeviceManager of arrivals and removals. On the thread of the window.
+    /// Reports arrivals and removals to DeviceManager. On the thread of the window.
     static LRESULT CALLBACK WndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
 private:

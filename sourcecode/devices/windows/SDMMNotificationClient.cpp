@@ -1,14 +1,15 @@
 #include "SDMMNotificationClient.h"
 
+#include "LogCategories.h"
+
 #include <QByteArray>
-#include <QDebug>
 
 // After mmdeviceapi.h, whose types it uses.
 #include <propidl.h>
 
 namespace {
 
-/// Friendly name of a device; the toolchain's libraries leave the key out.
+/// Key of a device's friendly name; the toolchain's libraries do not define it.
 constexpr PROPERTYKEY kFriendlyName = {
     {0xA45C254E, 0xDF1C, 0x4EFD, {0x80, 0x20, 0x67, 0xD1, 0x46, 0xA8, 0x50, 0xE0}}, 14};
 
@@ -123,7 +124,7 @@ long SDMMNotificationClient::_PrintDeviceName(const wchar_t* id)
     if (!enumerator)
         result = ::CoCreateInstance(__uuidof(MMDeviceEnumerator), nullptr, CLSCTX_SERVER,
                                     __uuidof(IMMDeviceEnumerator), enumerator.putVoid());
-    // There is no id when the last default endpoint is gone.
+    // The id is null when there is no default endpoint any more.
     ComPtr<IMMDevice> device;
     ComPtr<IPropertyStore> properties;
     PropertyValue name;
@@ -134,7 +135,7 @@ long SDMMNotificationClient::_PrintDeviceName(const wchar_t* id)
     if (SUCCEEDED(result))
         result = properties->GetValue(kFriendlyName, name.put());
 
-    qDebug() << "SDMMNotificationClient::_PrintDeviceID" << consoleText(id);
-    qDebug() << "SDMMNotificationClient::_PrintDeviceName" << consoleText(name.text());
+    qCDebug(hotplugLog) << "SDMMNotificationClient::_PrintDeviceID" << consoleText(id);
+    qCDebug(hotplugLog) << "SDMMNotificationClient::_PrintDeviceName" << consoleText(name.text());
     return result;
 }

@@ -15,10 +15,10 @@ public:
     SDMMNotificationClient(const SDMMNotificationClient&) = delete;
     SDMMNotificationClient& operator=(const SDMMNotificationClient&) = delete;
 
-    /// Registers with @p enumerator, and no longer with the one before.
+    /// Registers with @p enumerator and unregisters from the previous one.
     /// @return false when the audio system refuses
     bool registerCallback(ComPtr<IMMDeviceEnumerator> enumerator);
-    /// No notification is under way or will come when this returns.
+    /// When this returns, no notification is being handled and none will come.
     void unregisterCallback();
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
@@ -34,7 +34,7 @@ public:
     HRESULT STDMETHODCALLTYPE OnPropertyValueChanged(LPCWSTR id, PROPERTYKEY key) override;
 
     /// Logs id and friendly name of the endpoint.
-    /// @return the failure that kept the name back; both are logged all the same
+    /// @return why the name could not be read; id and name are logged in any case
     // NOLINTNEXTLINE(bugprone-reserved-identifier)
     long _PrintDeviceName(const wchar_t* id);
 
@@ -42,6 +42,6 @@ private:
     ~SDMMNotificationClient() = default;
 
     LONG m_references = 1;
-    ComApartment m_com; ///< before the enumerator, which is released while COM is still there
+    ComApartment m_com; ///< declared before the enumerator, which must be released before COM ends
     ComPtr<IMMDeviceEnumerator> m_enumerator;
 };

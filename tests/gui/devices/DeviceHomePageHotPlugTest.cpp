@@ -10,7 +10,7 @@
 
 namespace {
 
-/// What the watcher's thread does with an event.
+/// Handles an event as the watcher's thread does.
 void notify(int status)
 {
     std::thread([status] { CameraHandle::instance().getCameras(status); }).join();
@@ -52,7 +52,7 @@ private:
 
 void DeviceHomePageHotPlugTest::initTestCase()
 {
-    // The main window does it for the program.
+    // In the program the main window does this.
     qRegisterMetaType<QList<UVCDeviceInfo>>("QList<UVCDeviceInfo>");
     qRegisterMetaType<QMap<QString, HidDevices>>("QMap<QString,HidDevices>");
 }
@@ -82,24 +82,24 @@ void DeviceHomePageHotPlugTest::notificationOfTheWatcherMakesOneRebuild()
 {
     QFETCH(const int, status);
     QSignalSpy finished(&m_shown->page(), &DeviceHomePage::sigUpdateCameraListFinished);
-    m_shown->bench().plugIn(1);
+    m_shown->cameras().plugIn(1);
     notify(status);
     QTRY_COMPARE(finished.count(), 1);
-    QTest::qWait(50); // a second one would follow at once
+    QTest::qWait(50); // a second one would come immediately
     QCOMPARE(finished.count(), 1);
     QCOMPARE(finished.first().at(4).toInt(), status);
     QCOMPARE(m_shown->page().entryCount(), 1);
-    QCOMPARE(m_shown->bench().video().listings(), 1);
+    QCOMPARE(m_shown->cameras().video().listings(), 1);
     QCOMPARE(m_log->texts().count(QStringLiteral("更新home页的设备列表")), 1);
 }
 
 void DeviceHomePageHotPlugTest::notificationWaitsForTheWindowsThread()
 {
-    m_shown->bench().plugIn(1);
+    m_shown->cameras().plugIn(1);
     QElapsedTimer clock;
     clock.start();
     notify(DevicePluggedIn);
-    QVERIFY(clock.elapsed() < 400); // the pause is not the watcher's
+    QVERIFY(clock.elapsed() < 400); // the watcher itself does not wait
     QCOMPARE(m_shown->page().entryCount(), 0);
     QTRY_COMPARE(m_shown->page().entryCount(), 1);
 }
@@ -119,8 +119,8 @@ void DeviceHomePageHotPlugTest::eitherKindOfNotificationMakesOneRebuild()
     QSignalSpy video(notifier, &DeviceNotify::sigCameraDeviceUpdateWithoutHid);
     QSignalSpy both(notifier, &DeviceNotify::sigCameraDeviceUpdate);
     QSignalSpy finished(&m_shown->page(), &DeviceHomePage::sigUpdateCameraListFinished);
-    m_shown->bench().plugIn(2);
-    const QList<UVCDeviceInfo> cameras = CameraBench::videoDevices();
+    m_shown->cameras().plugIn(2);
+    const QList<UVCDeviceInfo> cameras = ScriptedCameras::videoDevices();
     IDeviceNotify* receiver = notifier;
     if (withHid)
         receiver->camerasChanged(cameras, {}, DeviceRemoved);
@@ -137,9 +137,9 @@ void DeviceHomePageHotPlugTest::eitherKindOfNotificationMakesOneRebuild()
 void DeviceHomePageHotPlugTest::everyNotificationMakesARebuild()
 {
     QSignalSpy finished(&m_shown->page(), &DeviceHomePage::sigUpdateCameraListFinished);
-    m_shown->bench().plugIn(1);
+    m_shown->cameras().plugIn(1);
     notify(DevicePluggedIn);
-    m_shown->bench().plugIn(0);
+    m_shown->cameras().plugIn(0);
     notify(DeviceRemoved);
     QTRY_COMPARE(finished.count(), 2);
     QCOMPARE(finished.at(0).at(4).toInt(), int(DevicePluggedIn));
@@ -149,7 +149,7 @@ void DeviceHomePageHotPlugTest::everyNotificationMakesARebuild()
 
 void DeviceHomePageHotPlugTest::rebuildTakesOnePause()
 {
-    m_shown->bench().plugIn(4);
+    m_shown->cameras().plugIn(4);
     QElapsedTimer clock;
     clock.start();
     m_shown->update();
@@ -160,11 +160,11 @@ void DeviceHomePageHotPlugTest::rebuildTakesOnePause()
 
 void DeviceHomePageHotPlugTest::signalTellsBeforeAndAfter()
 {
-    m_shown->bench().plugIn(1);
+    m_shown->cameras().plugIn(1);
     m_shown->update();
-    const QList<UVCDeviceInfo> before = CameraBench::videoDevices();
-    m_shown->bench().plugIn(2);
-    const QList<UVCDeviceInfo> after = CameraBench::videoDevices();
+    const QList<UVCDeviceInfo> before = ScriptedCameras::videoDevices();
+    m_shown->cameras().plugIn(2);
+    const QList<UVCDeviceInfo> after = ScriptedCameras::videoDevices();
     QSignalSpy finished(&m_shown->page(), &DeviceHomePage::sigUpdateCameraListFinished);
     m_shown->update();
     const QList<QVariant> told = finished.first();
@@ -172,15 +172,16 @@ void DeviceHomePageHotPlugTest::signalTellsBeforeAndAfter()
     QCOMPARE(told.at(1).value<QList<UVCDeviceInfo>>(), before);
     const auto newHid = told.at(2).value<HidDeviceMap>();
     const auto oldHid = told.at(3).value<HidDeviceMap>();
-    QCOMPARE(newHid.keys(), (QStringList{CameraBench::hidPath(0), CameraBench::hidPath(1)}));
-    QCOMPARE(oldHid.keys(), QStringList{CameraBench::hidPath(0)});
+    QCOMPARE(newHid.keys(),
+             (QStringList{ScriptedCameras::hidPath(0), ScriptedCameras::hidPath(1)}));
+    QCOMPARE(oldHid.keys(), QStringList{ScriptedCameras::hidPath(0)});
     QCOMPARE(told.at(4).toInt(), int(DevicePluggedIn));
 }
 
 void DeviceHomePageHotPlugTest::firstSignalTellsThatThereWasNothing()
 {
     QSignalSpy finished(&m_shown->page(), &DeviceHomePage::sigUpdateCameraListFinished);
-    m_shown->bench().plugIn(1);
+    m_shown->cameras().plugIn(1);
     m_shown->update();
     QCOMPARE(finished.count(), 1);
     QVERIFY(finished.first().at(1).value<QList<UVCDeviceInfo>>().isEmpty());
@@ -189,23 +190,23 @@ void DeviceHomePageHotPlugTest::firstSignalTellsThatThereWasNothing()
 
 void DeviceHomePageHotPlugTest::listIsMadeAnew()
 {
-    m_shown->bench().plugIn(2);
+    m_shown->cameras().plugIn(2);
     m_shown->update();
     const QPointer<SvtaDeviceWidget> first = m_shown->cards().at(0);
-    m_shown->bench().refuse(0);
-    m_shown->bench().plugIn(1);
+    m_shown->cameras().refuse(0);
+    m_shown->cameras().plugIn(1);
     m_shown->update(DeviceRemoved);
     QTRY_VERIFY(first.isNull());
     QCOMPARE(m_shown->pairs(), QStringList{ShownList::pair(0, 0)});
     QCOMPARE(int(m_shown->cards().at(0)->data().status), 0);
     QCOMPARE(m_shown->records().size(), 2);
-    QCOMPARE(m_shown->records().last().keys(), QStringList{CameraBench::videoPath(0)});
+    QCOMPARE(m_shown->records().last().keys(), QStringList{ScriptedCameras::videoPath(0)});
 }
 
 /// The watch for cameras begins before the start animation ends.
 void DeviceHomePageHotPlugTest::cameraThatComesBeforeTheStartHasOneCard()
 {
-    m_shown->bench().plugIn(2);
+    m_shown->cameras().plugIn(2);
     notify(DevicePluggedIn);
     QTRY_COMPARE(m_shown->page().entryCount(), 2);
     m_shown->page().start();
@@ -215,11 +216,11 @@ void DeviceHomePageHotPlugTest::cameraThatComesBeforeTheStartHasOneCard()
 void DeviceHomePageHotPlugTest::unpluggingTheLastCameraShowsTheEmptyState()
 {
     const auto* empty = m_shown->page().findChild<QWidget*>(QStringLiteral("noDeviceWidget"));
-    m_shown->bench().plugIn(1);
+    m_shown->cameras().plugIn(1);
     m_shown->update();
     QVERIFY(!empty->isVisible());
     QVERIFY(m_shown->list().isVisible());
-    m_shown->bench().plugIn(0);
+    m_shown->cameras().plugIn(0);
     m_shown->update(DeviceRemoved);
     QVERIFY(empty->isVisible());
     QVERIFY(!m_shown->list().isVisible());
@@ -228,10 +229,10 @@ void DeviceHomePageHotPlugTest::unpluggingTheLastCameraShowsTheEmptyState()
 void DeviceHomePageHotPlugTest::openCameraThatIsBackIsSignalled()
 {
     DeviceWidgetInfo open;
-    open.hidPath = CameraBench::hidPath(0);
+    open.hidPath = ScriptedCameras::hidPath(0);
     CameraHandle::instance().setCurrentDevice(open);
     QSignalSpy back(&m_shown->page(), &DeviceHomePage::sigInitCamera);
-    m_shown->bench().plugIn(1);
+    m_shown->cameras().plugIn(1);
     m_shown->update();
     QCOMPARE(back.count(), 1);
     m_shown->update();
@@ -241,10 +242,10 @@ void DeviceHomePageHotPlugTest::openCameraThatIsBackIsSignalled()
 void DeviceHomePageHotPlugTest::otherChangesDoNotSignalTheOpenCamera()
 {
     DeviceWidgetInfo open;
-    open.hidPath = CameraBench::hidPath(3);
+    open.hidPath = ScriptedCameras::hidPath(3);
     CameraHandle::instance().setCurrentDevice(open);
     QSignalSpy back(&m_shown->page(), &DeviceHomePage::sigInitCamera);
-    m_shown->bench().plugIn(2);
+    m_shown->cameras().plugIn(2);
     m_shown->update();
     QCOMPARE(back.count(), 0);
 }
@@ -265,10 +266,10 @@ void DeviceHomePageHotPlugTest::rebuildIsLoggedInItsOrder()
 void DeviceHomePageHotPlugTest::notificationAfterThePageIsGoneReachesNobody()
 {
     m_shown.reset();
-    const std::unique_ptr<CameraBench> bench = std::make_unique<CameraBench>(1);
+    const std::unique_ptr<ScriptedCameras> cameras = std::make_unique<ScriptedCameras>(1);
     notify(DevicePluggedIn);
     QTest::qWait(20);
-    QCOMPARE(bench->video().listings(), 1);
+    QCOMPARE(cameras->video().listings(), 1);
 }
 
 QTEST_MAIN(DeviceHomePageHotPlugTest)

@@ -7,7 +7,7 @@
 #include <QSignalSpy>
 #include <QtTest>
 
-/// The device list page as it stands: empty state, filled state and what its cards open.
+/// The device list page: empty state, filled state, and the pages that its cards open.
 class DeviceHomePageTest : public QObject
 {
     Q_OBJECT
@@ -114,7 +114,7 @@ void DeviceHomePageTest::startEnumeratesAndListsOnce()
     m_shown->page().start();
     QVERIFY(clock.elapsed() >= 500);
     QVERIFY2(clock.elapsed() < 1000, qPrintable(QString::number(clock.elapsed())));
-    QCOMPARE(m_shown->bench().video().listings(), 1);
+    QCOMPARE(m_shown->cameras().video().listings(), 1);
     QCOMPARE(m_shown->pairs(), (QStringList{ShownList::pair(0, 0), ShownList::pair(1, 1)}));
     const QString style = find<QWidget>("bgWidget")->styleSheet();
     for (const char* part : {"#FFFFFF", "1px solid #F2F2F2", "border-top: none"})
@@ -146,12 +146,12 @@ void DeviceHomePageTest::connectedCameraOpensItsPages()
     QTest::mouseClick(m_shown->cards().at(1), Qt::LeftButton);
     QCOMPARE(information.count(), 0);
     QCOMPARE(pages.count(), 1);
-    QCOMPARE(pages.first().first().value<DeviceWidgetInfo>().hidPath, CameraBench::hidPath(1));
+    QCOMPARE(pages.first().first().value<DeviceWidgetInfo>().hidPath, ScriptedCameras::hidPath(1));
 }
 
 void DeviceHomePageTest::failedCameraOpensItsInformation()
 {
-    m_shown->bench().refuse(0);
+    m_shown->cameras().refuse(0);
     buildFilled();
     QSignalSpy pages(&m_shown->page(), &DeviceHomePage::sigShowDevicePages);
     QSignalSpy information(&m_shown->page(), &DeviceHomePage::sigShowDeviceInfo);
@@ -159,7 +159,7 @@ void DeviceHomePageTest::failedCameraOpensItsInformation()
     QCOMPARE(pages.count(), 0);
     QCOMPARE(information.count(), 1);
     QCOMPARE(information.first().first().value<DeviceWidgetInfo>().hidPath,
-             CameraBench::hidPath(0));
+             ScriptedCameras::hidPath(0));
 }
 
 void DeviceHomePageTest::keyboardReachesAndOpensACard()
@@ -175,7 +175,7 @@ void DeviceHomePageTest::keyboardReachesAndOpensACard()
     QVERIFY(m_shown->cards().at(1)->hasFocus());
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     QCOMPARE(pages.count(), 1);
-    QCOMPARE(pages.first().first().value<DeviceWidgetInfo>().hidPath, CameraBench::hidPath(1));
+    QCOMPARE(pages.first().first().value<DeviceWidgetInfo>().hidPath, ScriptedCameras::hidPath(1));
 }
 
 void DeviceHomePageTest::pressingOnACardAndReleasingElsewhereOpensThePressedOne()
@@ -184,10 +184,10 @@ void DeviceHomePageTest::pressingOnACardAndReleasingElsewhereOpensThePressedOne(
     QSignalSpy pages(&m_shown->page(), &DeviceHomePage::sigShowDevicePages);
     QTest::mousePress(m_shown->cards().at(0), Qt::LeftButton);
     QCOMPARE(pages.count(), 0);
-    // The pointer is grabbed by what was pressed, wherever it is released.
+    // The pressed widget grabs the pointer until the button is released, at any position.
     QTest::mouseRelease(m_shown->cards().at(0), Qt::LeftButton, Qt::NoModifier, {100, 300});
     QCOMPARE(pages.count(), 1);
-    QCOMPARE(pages.first().first().value<DeviceWidgetInfo>().hidPath, CameraBench::hidPath(0));
+    QCOMPARE(pages.first().first().value<DeviceWidgetInfo>().hidPath, ScriptedCameras::hidPath(0));
 }
 
 QTEST_MAIN(DeviceHomePageTest)

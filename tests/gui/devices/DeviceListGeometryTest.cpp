@@ -2,11 +2,12 @@
 #include "ShownList.h"
 
 #include <QListWidget>
+#include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QtTest>
 
-/// How high the list is, and what of it can be seen.
+/// The height of the list, and its visible part.
 class DeviceListGeometryTest : public QObject
 {
     Q_OBJECT
@@ -24,6 +25,8 @@ private slots:
     void cardsAreInTheirPlaces();
     void everyCardCanBeScrolledIntoView_data();
     void everyCardCanBeScrolledIntoView();
+    void nothingBesideTheCardsIsBlack_data();
+    void nothingBesideTheCardsIsBlack();
 
 private:
     static bool isWhollyVisible(const QWidget& card)
@@ -101,7 +104,7 @@ void DeviceListGeometryTest::heightFollowsEveryChange()
     QVERIFY(shown.isShown());
     const std::pair<int, int> changes[] = {{6, 600}, {4, 480}, {0, 0}, {1, 120}, {6, 600}};
     for (const auto& [cameras, height] : changes) {
-        shown.bench().plugIn(cameras);
+        shown.cameras().plugIn(cameras);
         shown.update();
         QCOMPARE(shown.list().maximumHeight(), height);
         QCOMPARE(shown.list().isVisible(), cameras > 0);
@@ -112,7 +115,8 @@ void DeviceListGeometryTest::returningToTheListShowsEveryEntryInFullHeight()
 {
     ShownHome home(6);
     QVERIFY(home.passStart());
-    home.find<DeviceHomePage>()->slotUpdateCameraList(CameraBench::videoDevices(), DevicePluggedIn);
+    home.find<DeviceHomePage>()->slotUpdateCameraList(ScriptedCameras::videoDevices(),
+                                                      DevicePluggedIn);
     const auto* list = home.find<QListWidget>("deviceList");
     QCOMPARE(list->maximumHeight(), 600);
     home.window().showView(SvtaPagesView::AboutUsPage);
@@ -132,7 +136,7 @@ void DeviceListGeometryTest::lastInterfacesCardHasNoSizeHint()
 void DeviceListGeometryTest::cardBeforeAnotherInterfaceHasItsSizeHint()
 {
     ShownList shown(2);
-    shown.bench().hidapi().plugIn({QByteArray("/dev/hidraw9"), 0x1234, 0x5678});
+    shown.cameras().hidapi().plugIn({QByteArray("/dev/hidraw9"), 0x1234, 0x5678});
     shown.update();
     QCOMPARE(shown.page().entryCount(), 2);
     QCOMPARE(shown.list().item(1)->sizeHint(), QSize(320, 120));
@@ -165,7 +169,7 @@ void DeviceListGeometryTest::everyCardCanBeScrolledIntoView()
     QVERIFY(home.passStart());
     auto* page = home.find<DeviceHomePage>();
     if (byHotPlug)
-        page->slotUpdateCameraList(CameraBench::videoDevices(), DevicePluggedIn);
+        page->slotUpdateCameraList(ScriptedCameras::videoDevices(), DevicePluggedIn);
     QTest::qWait(20);
     auto* list = home.find<QListWidget>("deviceList");
     const auto card = [list](int row) { return list->itemWidget(list->item(row)); };
@@ -175,6 +179,39 @@ void DeviceListGeometryTest::everyCardCanBeScrolledIntoView()
     QVERIFY2(isWhollyVisible(*card(5)), "the last card");
     QVERIFY2(isWhollyVisible(*card(4)), "the card before");
     QCOMPARE(card(5)->size(), QSize(320, 100));
+}
+
+void DeviceListGeometryTest::nothingBesideTheCardsIsBlack_data()
+{
+    QTest::addColumn<bool>("afterHotPlug");
+    QTest::newRow("after the start: the page scrolls") << false;
+    QTest::newRow("after a hot-plug event: the list scrolls") << true;
+}
+
+void DeviceListGeometryTest::nothingBesideTheCardsIsBlack()
+{
+    QFETCH(const bool, afterHotPlug);
+    ShownHome home(6);
+    QVERIFY(home.passStart());
+    auto* page = home.find<DeviceHomePage>();
+    if (afterHotPlug)
+        page->slotUpdateCameraList(ScriptedCameras::videoDevices(), DevicePluggedIn);
+    constexpr int rightEdgeOfTheCards = 340;
+    const QRect strip(page->mapToGlobal(QPoint(rightEdgeOfTheCards, 0)),
+                      QSize(page->width() - rightEdgeOfTheCards, page->height()));
+    const auto darkestBeside = [&strip] {
+        const QImage image =
+            QGuiApplication::primaryScreen()
+                ->grabWindow(0, strip.x(), strip.y(), strip.width(), strip.height())
+                .toImage();
+        int darkest = 255;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                darkest = qMin(darkest, qGray(image.pixel(x, y)));
+        }
+        return darkest;
+    };
+    QTRY_VERIFY2(darkestBeside() > 150, qPrintable(QString::number(darkestBeside())));
 }
 
 QTEST_MAIN(DeviceListGeometryTest)

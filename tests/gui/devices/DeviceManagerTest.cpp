@@ -1,7 +1,7 @@
 #include "DeviceManager.h"
-#include "CameraBench.h"
 #include "CameraHandle.h"
 #include "LogCapture.h"
+#include "ScriptedCameras.h"
 #include "ScriptedUdev.h"
 #include "SDMMNotificationClient.h"
 
@@ -19,7 +19,7 @@ std::atomic<int> s_audioClients{0};
 
 } // namespace
 
-// Stands in for the client of the sound server.
+// Replaces the client of the sound server.
 SDMMNotificationClient::SDMMNotificationClient()
 {
     ++s_audioClients;
@@ -39,7 +39,7 @@ void SDMMNotificationClient::MainLoopDeleter::operator()(pa_threaded_mainloop*) 
 
 namespace {
 
-/// Takes the notifications in the place of the list page.
+/// Receives the notifications instead of the list page.
 class Receiver : public IDeviceNotify
 {
 public:
@@ -84,7 +84,7 @@ private:
 
 } // namespace
 
-/// The watch for cameras that come and go, over a monitor that the test feeds.
+/// The hot-plug watcher, with a monitor to which the test sends events.
 class DeviceManagerTest : public QObject
 {
     Q_OBJECT
@@ -97,8 +97,8 @@ private slots:
     void monitorListensToHidInterfaces();
     void arrivalMakesOneEnumeration();
     void removalMakesOneEnumeration();
-    void otherEventsMakeNone_data();
-    void otherEventsMakeNone();
+    void otherEventsMakeNoEnumeration_data();
+    void otherEventsMakeNoEnumeration();
     void everyEventMakesAnEnumeration();
     void watcherRunsOnAThreadOfItsOwn();
     void startingTwiceMakesOneWatcher();
@@ -112,7 +112,7 @@ private:
     static DeviceManager& manager() { return DeviceManager::instance(); }
 
     std::unique_ptr<LogCapture> m_log;
-    std::unique_ptr<CameraBench> m_bench;
+    std::unique_ptr<ScriptedCameras> m_cameras;
     std::unique_ptr<ScriptedUdev> m_udev;
     std::unique_ptr<Receiver> m_receiver;
 };
@@ -120,7 +120,7 @@ private:
 void DeviceManagerTest::init()
 {
     m_log = std::make_unique<LogCapture>();
-    m_bench = std::make_unique<CameraBench>(2);
+    m_cameras = std::make_unique<ScriptedCameras>(2);
     m_udev = std::make_unique<ScriptedUdev>();
     m_receiver = std::make_unique<Receiver>();
     s_audioRegistrations = 0;
@@ -134,7 +134,7 @@ void DeviceManagerTest::cleanup()
     QCOMPARE(s_audioClients.load(), 0);
     m_receiver.reset();
     m_udev.reset();
-    m_bench.reset();
+    m_cameras.reset();
     m_log.reset();
 }
 
@@ -169,7 +169,7 @@ void DeviceManagerTest::arrivalMakesOneEnumeration()
     m_udev->send("add");
     QTRY_COMPARE(m_receiver->statuses(), QList<int>{0});
     QCOMPARE(m_receiver->taken().first().cameras, 2);
-    QCOMPARE(m_bench->video().listings(), 1);
+    QCOMPARE(m_cameras->video().listings(), 1);
     QCOMPARE(m_log->texts().filter(QStringLiteral("检测到插入设备")).size(), 1);
     QVERIFY(m_log->texts().filter(QStringLiteral("检测到拔出设备")).isEmpty());
 }
@@ -177,16 +177,16 @@ void DeviceManagerTest::arrivalMakesOneEnumeration()
 void DeviceManagerTest::removalMakesOneEnumeration()
 {
     manager().start();
-    m_bench->plugIn(1);
+    m_cameras->plugIn(1);
     m_udev->send("remove");
     QTRY_COMPARE(m_receiver->statuses(), QList<int>{1});
     QCOMPARE(m_receiver->taken().first().cameras, 1);
-    QCOMPARE(m_bench->video().listings(), 1);
+    QCOMPARE(m_cameras->video().listings(), 1);
     QCOMPARE(m_log->texts().filter(QStringLiteral("检测到拔出设备")).size(), 1);
     QVERIFY(m_log->texts().filter(QStringLiteral("检测到插入设备")).isEmpty());
 }
 
-void DeviceManagerTest::otherEventsMakeNone_data()
+void DeviceManagerTest::otherEventsMakeNoEnumeration_data()
 {
     QTest::addColumn<QByteArray>("action");
     for (const char* action : {"change", "bind", "unbind", "move", "online", "offline", "addition"})
@@ -194,14 +194,14 @@ void DeviceManagerTest::otherEventsMakeNone_data()
     QTest::newRow("no action") << QByteArray();
 }
 
-void DeviceManagerTest::otherEventsMakeNone()
+void DeviceManagerTest::otherEventsMakeNoEnumeration()
 {
     QFETCH(const QByteArray, action);
     manager().start();
     m_udev->send(action.toStdString());
-    m_udev->send("remove"); // events are taken in order: this one tells that the first was
+    m_udev->send("remove"); // events are handled in order: when this one is done, the first is
     QTRY_COMPARE(m_receiver->statuses(), QList<int>{1});
-    QCOMPARE(m_bench->video().listings(), 1);
+    QCOMPARE(m_cameras->video().listings(), 1);
     QCOMPARE(m_log->texts().filter(QStringLiteral("DeviceManager::WndProc")).size(), 1);
 }
 
@@ -211,7 +211,7 @@ void DeviceManagerTest::everyEventMakesAnEnumeration()
     for (const char* action : {"add", "add", "remove", "add"})
         m_udev->send(action);
     QTRY_COMPARE(m_receiver->statuses(), (QList<int>{0, 0, 1, 0}));
-    QCOMPARE(m_bench->video().listings(), 4);
+    QCOMPARE(m_cameras->video().listings(), 4);
 }
 
 void DeviceManagerTest::watcherRunsOnAThreadOfItsOwn()
@@ -233,7 +233,7 @@ void DeviceManagerTest::startingTwiceMakesOneWatcher()
     m_udev->send("add");
     m_udev->send("remove");
     QTRY_COMPARE(m_receiver->statuses(), (QList<int>{0, 1}));
-    QCOMPARE(m_bench->video().listings(), 2);
+    QCOMPARE(m_cameras->video().listings(), 2);
 }
 
 void DeviceManagerTest::startingTwiceRegistersForAudioTwice()
@@ -253,7 +253,7 @@ void DeviceManagerTest::stoppingEndsTheWatcherAtOnce()
     manager().stop();
     QVERIFY2(clock.elapsed() < 500, qPrintable(QString::number(clock.elapsed())));
     QVERIFY(!manager().isRunning());
-    manager().stop(); // once more is no harm
+    manager().stop(); // stopping twice is harmless
     m_udev->send("add");
     QTest::qWait(30);
     QVERIFY(m_receiver->taken().isEmpty());
@@ -273,7 +273,9 @@ void DeviceManagerTest::monitorThatCannotBeMadeIsLogged()
 {
     m_udev->refuseMonitors();
     manager().start();
-    QTRY_VERIFY(!m_log->texts(QtCriticalMsg).filter(QStringLiteral("创建窗口失败")).isEmpty());
+    QTRY_VERIFY(!m_log->texts(QtCriticalMsg)
+                     .filter(QStringLiteral("the udev monitor cannot be opened"))
+                     .isEmpty());
     QVERIFY(
         m_log->texts(QtCriticalMsg).first().startsWith(QLatin1String("DeviceManager::detecting")));
     QVERIFY(manager().isRunning());
@@ -285,7 +287,7 @@ void DeviceManagerTest::noReceiverIsNoHarm()
     m_receiver.reset();
     manager().start();
     m_udev->send("add");
-    QTRY_COMPARE(m_bench->video().listings(), 1);
+    QTRY_COMPARE(m_cameras->video().listings(), 1);
 }
 
 QTEST_MAIN(DeviceManagerTest)

@@ -5,7 +5,7 @@
 #include <QSignalSpy>
 #include <QtTest>
 
-/// Which cards a set of HID interfaces and video devices gives.
+/// The cards for a set of HID interfaces and video devices.
 class DevicePairingTest : public QObject
 {
     Q_OBJECT
@@ -31,10 +31,10 @@ private slots:
     void buildingIsLogged();
 
 private:
-    void build() { m_shown->page().getHidCamerasAndAddToList(CameraBench::videoDevices()); }
+    void build() { m_shown->page().getHidCamerasAndAddToList(ScriptedCameras::videoDevices()); }
     void plugInVideo(const QString& path)
     {
-        m_shown->bench().video().plugIn({QStringLiteral("node"), QStringLiteral("name"), path});
+        m_shown->cameras().video().plugIn({QStringLiteral("node"), QStringLiteral("name"), path});
     }
 
     std::unique_ptr<LogCapture> m_log;
@@ -50,7 +50,7 @@ void DevicePairingTest::init()
 
 void DevicePairingTest::cleanup()
 {
-    ScriptedHidapi& hidapi = m_shown->bench().hidapi();
+    ScriptedHidapi& hidapi = m_shown->cameras().hidapi();
     QCOMPARE(hidapi.openHandles(), 0);
     QCOMPARE(hidapi.openEnumerations(), 0);
     QCOMPARE(hidapi.misuse(), QStringList());
@@ -67,7 +67,7 @@ void DevicePairingTest::interfacesAndVideoDevicesPairInOrder_data()
     QTest::newRow("one of each") << 1 << 1 << QStringList{pair(0, 0)};
     QTest::newRow("two of each") << 2 << 2 << QStringList{pair(0, 0), pair(1, 1)};
     QTest::newRow("more video devices") << 1 << 3 << QStringList{pair(0, 0)};
-    // The numbers run on through the passes, so what is missing is taken from the front again.
+    // The index continues over the passes, so missing entries are taken from the front again.
     QTest::newRow("one video device for two") << 2 << 1 << QStringList{pair(0, 0), pair(1, 0)};
     QTest::newRow("two video devices for three")
         << 3 << 2 << QStringList{pair(0, 0), pair(1, 1), pair(2, 0)};
@@ -79,30 +79,30 @@ void DevicePairingTest::interfacesAndVideoDevicesPairInOrder()
 {
     QFETCH(const int, hidInterfaces);
     QFETCH(const int, videoDevices);
-    m_shown->bench().plugInParts(hidInterfaces, videoDevices);
+    m_shown->cameras().plugInParts(hidInterfaces, videoDevices);
     build();
     QTEST(m_shown->pairs(), "pairs");
 }
 
 void DevicePairingTest::orderOfTheVideoDevicesDecides()
 {
-    m_shown->bench().plugInParts(2, 0);
-    plugInVideo(CameraBench::videoPath(1));
-    plugInVideo(CameraBench::videoPath(0));
+    m_shown->cameras().plugInParts(2, 0);
+    plugInVideo(ScriptedCameras::videoPath(1));
+    plugInVideo(ScriptedCameras::videoPath(0));
     build();
     QCOMPARE(m_shown->pairs(), (QStringList{ShownList::pair(0, 1), ShownList::pair(1, 0)}));
 }
 
 void DevicePairingTest::cameraWithoutAVideoDeviceIsNotListed()
 {
-    m_shown->bench().plugInParts(2, 0);
+    m_shown->cameras().plugInParts(2, 0);
     build();
     QCOMPARE(m_shown->page().entryCount(), 0);
 }
 
 void DevicePairingTest::videoDeviceWithoutTheIdsIsNotListed()
 {
-    m_shown->bench().plugInParts(1, 0);
+    m_shown->cameras().plugInParts(1, 0);
     plugInVideo(QStringLiteral("/dev/video0#vid_b206&pid_b216#1-1"));
     plugInVideo(QStringLiteral("/dev/video1#vid_1234&pid_b215#1-1"));
     plugInVideo(QStringLiteral("/dev/video2"));
@@ -113,19 +113,19 @@ void DevicePairingTest::videoDeviceWithoutTheIdsIsNotListed()
 
 void DevicePairingTest::idsOfAVideoDeviceMayBeInCapitals()
 {
-    m_shown->bench().plugInParts(1, 0);
+    m_shown->cameras().plugInParts(1, 0);
     const QString path = QStringLiteral("usb#VID_B206&PID_b215#x");
     plugInVideo(path);
     build();
-    QCOMPARE(m_shown->pairs(), QStringList{ShownList::pair(CameraBench::hidPath(0), path)});
+    QCOMPARE(m_shown->pairs(), QStringList{ShownList::pair(ScriptedCameras::hidPath(0), path)});
 }
 
 void DevicePairingTest::otherVideoDevicesAreNotCounted()
 {
-    m_shown->bench().plugInParts(2, 0);
-    plugInVideo(CameraBench::videoPath(0));
+    m_shown->cameras().plugInParts(2, 0);
+    plugInVideo(ScriptedCameras::videoPath(0));
     plugInVideo(QStringLiteral("/dev/video7#vid_1234&pid_5678#1-1"));
-    plugInVideo(CameraBench::videoPath(1));
+    plugInVideo(ScriptedCameras::videoPath(1));
     build();
     QCOMPARE(m_shown->pairs(), (QStringList{ShownList::pair(0, 0), ShownList::pair(1, 1)}));
 }
@@ -144,8 +144,8 @@ void DevicePairingTest::otherHidInterfacesAreNotListed()
 {
     QFETCH(const int, vendorId);
     QFETCH(const int, productId);
-    m_shown->bench().plugInParts(1, 2);
-    m_shown->bench().hidapi().plugIn(
+    m_shown->cameras().plugInParts(1, 2);
+    m_shown->cameras().hidapi().plugIn(
         {QByteArray("/dev/a"), static_cast<quint16>(vendorId), static_cast<quint16>(productId)});
     build();
     QCOMPARE(m_shown->pairs(), QStringList{ShownList::pair(0, 0)});
@@ -153,21 +153,21 @@ void DevicePairingTest::otherHidInterfacesAreNotListed()
 
 void DevicePairingTest::recordOfACamera()
 {
-    m_shown->bench().plugIn(1);
+    m_shown->cameras().plugIn(1);
     build();
     const DeviceWidgetInfo camera = m_shown->cards().first()->data();
     QCOMPARE(int(camera.status), 1);
     QCOMPARE(camera.name, QStringLiteral("NOVA EDGE"));
     QCOMPARE(camera.model, QStringLiteral("RQ-T47K"));
     QCOMPARE(camera.icon, QString());
-    QCOMPARE(camera.path, CameraBench::videoPath(0));
-    QCOMPARE(camera.hidPath, CameraBench::hidPath(0));
+    QCOMPARE(camera.path, ScriptedCameras::videoPath(0));
+    QCOMPARE(camera.hidPath, ScriptedCameras::hidPath(0));
 }
 
 void DevicePairingTest::cameraThatDoesNotAnswerIsListedAsFailed()
 {
-    m_shown->bench().plugIn(2);
-    m_shown->bench().refuse(1);
+    m_shown->cameras().plugIn(2);
+    m_shown->cameras().refuse(1);
     build();
     const auto state = [this](int row) {
         return m_shown->cards().at(row)->findChild<QLabel*>(QStringLiteral("labStatus"));
@@ -181,43 +181,46 @@ void DevicePairingTest::cameraThatDoesNotAnswerIsListedAsFailed()
 
 void DevicePairingTest::connectionIsTestedForEveryCamera()
 {
-    m_shown->bench().plugIn(3);
+    m_shown->cameras().plugIn(3);
     build();
-    const QStringList calls = m_shown->bench().hidapi().calls();
+    const QStringList calls = m_shown->cameras().hidapi().calls();
     for (int i = 0; i < 3; ++i)
-        QCOMPARE(calls.count(QStringLiteral("hid_open_path(%1)").arg(CameraBench::hidPath(i))), 1);
+        QCOMPARE(calls.count(QStringLiteral("hid_open_path(%1)").arg(ScriptedCameras::hidPath(i))),
+                 1);
     QCOMPARE(m_log->texts().filter(QStringLiteral("curStauts = true")).size(), 3);
 }
 
 void DevicePairingTest::recordsAreSignalledOnceTheListIsBuilt()
 {
-    m_shown->bench().plugIn(2);
+    m_shown->cameras().plugIn(2);
     build();
     QCOMPARE(m_shown->records().size(), 1);
     const QMap<QString, DeviceWidgetInfo> map = m_shown->records().first();
-    QCOMPARE(map.keys(), (QStringList{CameraBench::videoPath(0), CameraBench::videoPath(1)}));
-    QCOMPARE(map.value(CameraBench::videoPath(1)).hidPath, CameraBench::hidPath(1));
+    QCOMPARE(map.keys(),
+             (QStringList{ScriptedCameras::videoPath(0), ScriptedCameras::videoPath(1)}));
+    QCOMPARE(map.value(ScriptedCameras::videoPath(1)).hidPath, ScriptedCameras::hidPath(1));
 }
 
 void DevicePairingTest::everyCardIsSignalled()
 {
-    m_shown->bench().plugIn(2);
+    m_shown->cameras().plugIn(2);
     QSignalSpy cards(&m_shown->page(), &DeviceHomePage::sigSetDeviceParam);
     build();
     QCOMPARE(cards.count(), 2);
     for (int i = 0; i < 2; ++i)
-        QCOMPARE(cards.at(i).first().value<DeviceWidgetInfo>().hidPath, CameraBench::hidPath(i));
+        QCOMPARE(cards.at(i).first().value<DeviceWidgetInfo>().hidPath,
+                 ScriptedCameras::hidPath(i));
 }
 
 void DevicePairingTest::buildingIsLogged()
 {
-    m_shown->bench().plugIn(1);
+    m_shown->cameras().plugIn(1);
     build();
-    const QString path = CameraBench::videoPath(0);
+    const QString path = ScriptedCameras::videoPath(0);
     const QStringList expected{
         QStringLiteral("遍历hid设备 vid = 45574 pid = 45589"),
         QStringLiteral("获取vid == 41224 和 pid == 51202的设备"),
-        QStringLiteral("hidItem.path \"%1\"").arg(CameraBench::hidPath(0)),
+        QStringLiteral("hidItem.path \"%1\"").arg(ScriptedCameras::hidPath(0)),
         QStringLiteral("usbPath \"%1\"").arg(path),
         QStringLiteral("找到了相应hid设备的摄像机功能的设备"),
         QStringLiteral("path = \"%1\"").arg(path),

@@ -13,7 +13,7 @@ namespace {
 
 ScriptedUdev* s_current = nullptr;
 
-/// Contexts and monitors are told apart by nobody: an address is enough.
+/// Contexts and monitors need no content: an address is enough.
 char s_context;
 char s_monitor;
 
@@ -99,7 +99,7 @@ std::string ScriptedUdev::receive()
     if (::read(m_pipe[0], &event, 1) != 1)
         std::abort();
     const std::lock_guard lock(m_mutex);
-    const std::string action = m_actions.front();
+    std::string action = m_actions.front();
     m_actions.pop();
     return action;
 }
@@ -166,7 +166,7 @@ const char* udev_device_get_action(udev_device* device)
     return device->action.empty() ? nullptr : device->action.c_str();
 }
 
-/// An interface without a USB device around it: nothing is waited for.
+/// An interface without a USB device as its parent: the watcher waits for no other interface.
 udev_device* udev_device_get_parent_with_subsystem_devtype(udev_device*, const char*, const char*)
 {
     return nullptr;

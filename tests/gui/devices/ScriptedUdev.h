@@ -4,8 +4,8 @@
 #include <queue>
 #include <string>
 
-/// Stands in for the monitor of the udev library: while one exists, the program's monitor receives
-/// the events that are sent here. Callable from any thread. One at a time.
+/// Replaces the monitor of the udev library: while an object exists, the program's monitor receives
+/// the events that are sent here. Thread-safe. Only one object may exist at a time.
 class ScriptedUdev
 {
 public:
@@ -14,17 +14,17 @@ public:
     ScriptedUdev(const ScriptedUdev&) = delete;
     ScriptedUdev& operator=(const ScriptedUdev&) = delete;
 
-    /// An event of a HID interface.
+    /// Sends an event of a HID interface.
     void send(const std::string& action);
-    /// From now on no monitor can be made.
+    /// From now on creating a monitor fails.
     void refuseMonitors();
-    /// Monitors made so far, and those that were not given back.
+    /// Monitors created so far, and those that were not released.
     [[nodiscard]] int monitorsMade() const;
     [[nodiscard]] int monitorsOpen() const;
-    /// Source and subsystem that the last monitor was made for.
+    /// Source and subsystem of the last created monitor.
     [[nodiscard]] std::string subject() const;
 
-    /// @name The library's side
+    /// @name Called by the udev functions
     /// @{
     static ScriptedUdev* current();
     bool makeMonitor(const std::string& source);

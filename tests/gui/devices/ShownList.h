@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CameraBench.h"
 #include "DeviceHomePage.h"
+#include "ScriptedCameras.h"
 #include "SvtaDeviceWidget.h"
 
 #include <QListWidget>
@@ -12,7 +12,7 @@ class ShownList
 {
 public:
     explicit ShownList(int cameras = 0)
-        : m_bench(cameras)
+        : m_cameras(cameras)
     {
         QObject::connect(&m_page, &DeviceHomePage::sigSetDeviceWidgetMaps, &m_page,
                          [this](const QMap<QString, DeviceWidgetInfo>& map) { m_records << map; });
@@ -22,17 +22,17 @@ public:
     }
 
     [[nodiscard]] bool isShown() const { return m_shown; }
-    [[nodiscard]] CameraBench& bench() { return m_bench; }
+    [[nodiscard]] ScriptedCameras& cameras() { return m_cameras; }
     [[nodiscard]] DeviceHomePage& page() { return m_page; }
     [[nodiscard]] QListWidget& list() const
     {
         return *m_page.findChild<QListWidget*>(QStringLiteral("deviceList"));
     }
 
-    /// What a hot-plug notification leads to.
+    /// Updates the list as a hot-plug notification does.
     void update(int status = DevicePluggedIn)
     {
-        m_page.slotUpdateCameraList(CameraBench::videoDevices(), status);
+        m_page.slotUpdateCameraList(ScriptedCameras::videoDevices(), status);
     }
     /// The cards from top to bottom.
     [[nodiscard]] QList<SvtaDeviceWidget*> cards() const
@@ -42,7 +42,7 @@ public:
             cards << qobject_cast<SvtaDeviceWidget*>(list().itemWidget(list().item(row)));
         return cards;
     }
-    /// The records that were signalled, one map for each build.
+    /// The records of the list's signals, one map for each rebuild.
     [[nodiscard]] const QList<QMap<QString, DeviceWidgetInfo>>& records() const
     {
         return m_records;
@@ -61,11 +61,11 @@ public:
     }
     [[nodiscard]] static QString pair(int hid, int video)
     {
-        return pair(CameraBench::hidPath(hid), CameraBench::videoPath(video));
+        return pair(ScriptedCameras::hidPath(hid), ScriptedCameras::videoPath(video));
     }
 
 private:
-    CameraBench m_bench;
+    ScriptedCameras m_cameras;
     QList<QMap<QString, DeviceWidgetInfo>> m_records;
     DeviceHomePage m_page;
     bool m_shown = false;

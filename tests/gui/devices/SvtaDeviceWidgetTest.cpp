@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Counts the mouse buttons that a card leaves to its parent.
+/// Counts the mouse presses that a card passes to its parent.
 class ButtonParent : public QWidget
 {
 public:
@@ -147,7 +147,7 @@ void SvtaDeviceWidgetTest::newDataIsLogged()
     camera.path = QStringLiteral("new");
     m_card->setData(camera);
     QVERIFY(log.contains(QStringLiteral("info.path \"new\" mDeviceWidgetInfo.path \"%1\"")
-                             .arg(CameraBench::videoPath(0))));
+                             .arg(ScriptedCameras::videoPath(0))));
 }
 
 void SvtaDeviceWidgetTest::pressAloneOpensNothing()
@@ -163,8 +163,8 @@ void SvtaDeviceWidgetTest::releaseOpensTheCamera()
     QTest::mouseRelease(m_card.get(), Qt::LeftButton);
     QCOMPARE(opened.count(), 1);
     const auto camera = opened.first().first().value<DeviceWidgetInfo>();
-    QCOMPARE(camera.path, CameraBench::videoPath(0));
-    QCOMPARE(camera.hidPath, CameraBench::hidPath(0));
+    QCOMPARE(camera.path, ScriptedCameras::videoPath(0));
+    QCOMPARE(camera.hidPath, ScriptedCameras::hidPath(0));
     QCOMPARE(int(camera.status), 1);
 }
 

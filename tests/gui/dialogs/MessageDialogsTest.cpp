@@ -15,7 +15,7 @@ namespace {
 
 using Texts = QMap<QString, QString>;
 
-/// The texts of all labels and buttons, by object name; those that show none are left out.
+/// The texts of all labels and buttons by object name, without those that have no text.
 Texts textsOf(const QWidget& dialog)
 {
     Texts texts;
@@ -47,7 +47,7 @@ QRect placeOf(const QWidget& dialog, const char* name)
     return find(dialog, name)->geometry();
 }
 
-/// A dialog on the screen and what it signals.
+/// A dialog on the screen, and its signals.
 template <typename Dialog>
 struct Shown
 {
@@ -62,7 +62,7 @@ struct Shown
 
 } // namespace
 
-/// Texts, places and buttons of the dialogs that ask or tell something.
+/// Texts, positions and buttons of the question and message dialogs.
 class MessageDialogsTest : public QObject
 {
     Q_OBJECT
@@ -70,6 +70,7 @@ class MessageDialogsTest : public QObject
 private slots:
     void messageHasItsDefaultTexts();
     void messageHasItsPlaces();
+    void messageHasThePanelBorderOfAllDialogs();
     void messageWithAChoiceShowsBothButtons();
     void forcedMessageShowsOneButtonInTheMiddle();
     void messageBecomesAChoiceAgain();
@@ -131,6 +132,20 @@ void MessageDialogsTest::messageHasItsPlaces()
     QCOMPARE(find(dialog, "labMessage")->minimumSize(), QSize(232, 40));
     QCOMPARE(placeOf(dialog, "btnCancel"), QRect(41, 97, 91, 41));
     QCOMPARE(placeOf(dialog, "btnConfirm"), QRect(148, 96, 91, 41));
+}
+
+void MessageDialogsTest::messageHasThePanelBorderOfAllDialogs()
+{
+    const auto borderOf = [](const QWidget& dialog) {
+        auto* panel = dialog.findChild<QWidget*>(QStringLiteral("bgWidget"));
+        return panel->grab().toImage().pixelColor(panel->width() / 2, 0);
+    };
+    constexpr QColor border(0xC5, 0xC6, 0xC9);
+    QCOMPARE(borderOf(Shown<SvtaMessageDialog>().dialog), border);
+    QCOMPARE(borderOf(Shown<SvtaForceUpdateSecondDialog>().dialog), border);
+    QCOMPARE(borderOf(Shown<SvtaParamNotSaveDialog>().dialog), border);
+    QCOMPARE(borderOf(Shown<SvtaParamSaveDialog>().dialog), border);
+    QCOMPARE(borderOf(Shown<SvtaCenterTipDialog>().dialog), border);
 }
 
 void MessageDialogsTest::messageWithAChoiceShowsBothButtons()

@@ -6,7 +6,10 @@
 #include "SvtaParamNotSaveDialog.h"
 #include "SvtaParamResetDialog.h"
 #include "SvtaParamSaveDialog.h"
+#include "SvtaSupportedProductDialog.h"
+#include "SvtaVersionUpdateDialog.h"
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <QLineEdit>
@@ -17,6 +20,8 @@
 
 using Maker = std::function<std::unique_ptr<SvtaBaseDialog>(QWidget*)>;
 Q_DECLARE_METATYPE(Maker)
+using ButtonDialogMaker = std::function<std::unique_ptr<QDialog>()>;
+Q_DECLARE_METATYPE(ButtonDialogMaker)
 
 namespace {
 
@@ -24,6 +29,25 @@ template <typename Dialog>
 Maker maker()
 {
     return [](QWidget* parent) { return std::make_unique<Dialog>(parent); };
+}
+
+template <typename Dialog>
+ButtonDialogMaker buttonDialogMaker()
+{
+    return [] { return std::make_unique<Dialog>(); };
+}
+
+/// The buttons of @p dialog that the user can reach with Tab now.
+QList<QPushButton*> reachableButtons(const QDialog& dialog)
+{
+    QList<QPushButton*> buttons = dialog.findChildren<QPushButton*>();
+    buttons.erase(std::remove_if(buttons.begin(), buttons.end(),
+                                 [](const QPushButton* button) {
+                                     return !button->isVisible() || !button->isEnabled() ||
+                                            (button->focusPolicy() & Qt::TabFocus) == 0;
+                                 }),
+                  buttons.end());
+    return buttons;
 }
 
 /// Counts the key presses that a dialog leaves to its parent.
@@ -56,6 +80,10 @@ private slots:
     void escapeLeavesEveryDialogOpen();
     void returnPressesNoButton_data() { dialogs(); }
     void returnPressesNoButton();
+    void returnPressesNotEvenTheFocusedButton_data() { buttonDialogs(); }
+    void returnPressesNotEvenTheFocusedButton();
+    void spacePressesTheFocusedButton_data() { buttonDialogs(); }
+    void spacePressesTheFocusedButton();
     void draggingDoesNotMoveTheDialog_data() { dialogs(); }
     void draggingDoesNotMoveTheDialog();
     void otherKeysGoToTheParent();
@@ -63,6 +91,7 @@ private slots:
 
 private:
     static void dialogs();
+    static void buttonDialogs();
     static bool show(QWidget& dialog)
     {
         dialog.show();
@@ -82,6 +111,20 @@ void SvtaBaseDialogTest::dialogs()
     QTest::newRow("save") << maker<SvtaParamSaveDialog>();
     QTest::newRow("centre tip") << maker<SvtaCenterTipDialog>();
     QTest::newRow("loading") << maker<LoadingDialog>();
+}
+
+/// Every dialog of the program that has buttons.
+void SvtaBaseDialogTest::buttonDialogs()
+{
+    QTest::addColumn<ButtonDialogMaker>("make");
+    QTest::newRow("message") << buttonDialogMaker<SvtaMessageDialog>();
+    QTest::newRow("stop update") << buttonDialogMaker<SvtaForceUpdateSecondDialog>();
+    QTest::newRow("not saved") << buttonDialogMaker<SvtaParamNotSaveDialog>();
+    QTest::newRow("reset") << buttonDialogMaker<SvtaParamResetDialog>();
+    QTest::newRow("save") << buttonDialogMaker<SvtaParamSaveDialog>();
+    QTest::newRow("centre tip") << buttonDialogMaker<SvtaCenterTipDialog>();
+    QTest::newRow("update") << buttonDialogMaker<SvtaVersionUpdateDialog>();
+    QTest::newRow("supported products") << buttonDialogMaker<SvtaSupportedProductDialog>();
 }
 
 void SvtaBaseDialogTest::baseStartsWithItsNameAndSize()
@@ -163,6 +206,38 @@ void SvtaBaseDialogTest::returnPressesNoButton()
     QVERIFY(dialog->isVisible());
 }
 
+void SvtaBaseDialogTest::returnPressesNotEvenTheFocusedButton()
+{
+    QFETCH(const ButtonDialogMaker, make);
+    const auto dialog = make();
+    QVERIFY(show(*dialog));
+    const QList<QPushButton*> buttons = reachableButtons(*dialog);
+    QVERIFY(!buttons.isEmpty());
+    for (QPushButton* button : buttons) {
+        button->setFocus(Qt::TabFocusReason);
+        QCOMPARE(QApplication::focusWidget(), button);
+        const QSignalSpy clicks(button, &QPushButton::clicked);
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter})
+            QTest::keyClick(QApplication::focusWidget(), key);
+        QVERIFY2(clicks.isEmpty(), qPrintable(button->objectName()));
+        QVERIFY(dialog->isVisible());
+    }
+}
+
+void SvtaBaseDialogTest::spacePressesTheFocusedButton()
+{
+    QFETCH(const ButtonDialogMaker, make);
+    const auto dialog = make();
+    QVERIFY(show(*dialog));
+    for (QPushButton* button : reachableButtons(*dialog)) {
+        button->disconnect(); // what the button does is not of interest, and it may hide the dialog
+        button->setFocus(Qt::TabFocusReason);
+        const QSignalSpy clicks(button, &QPushButton::clicked);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+        QVERIFY2(clicks.count() == 1, qPrintable(button->objectName()));
+    }
+}
+
 void SvtaBaseDialogTest::draggingDoesNotMoveTheDialog()
 {
     QFETCH(const Maker, make);
@@ -172,7 +247,7 @@ void SvtaBaseDialogTest::draggingDoesNotMoveTheDialog()
     QWidget* panel = dialog->findChild<QWidget*>(QStringLiteral("bgWidget"));
     QWidget* target = panel ? panel : dialog.get();
     QTest::mousePress(target, Qt::LeftButton, Qt::NoModifier, {12, 12});
-    // QTest::mouseMove() holds no button.
+    // QTest::mouseMove() presses no button.
     for (const QPoint& by : {QPoint(20, 10), QPoint(60, 40)}) {
         const QPoint at = QPoint(12, 12) + by;
         QMouseEvent move(QEvent::MouseMove, at, target->mapToGlobal(at), Qt::NoButton,
@@ -188,7 +263,7 @@ void SvtaBaseDialogTest::otherKeysGoToTheParent()
 {
     KeyParent parent;
     SvtaBaseDialog inside(&parent);
-    inside.setWindowFlags(Qt::Widget); // a window of its own keeps its keys
+    inside.setWindowFlags(Qt::Widget); // a separate window does not pass its keys on
     parent.show();
     QTest::keyClick(&inside, Qt::Key_A);
     QTest::keyClick(&inside, Qt::Key_Return);

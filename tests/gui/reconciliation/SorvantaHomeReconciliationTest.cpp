@@ -1,20 +1,23 @@
 #include "CameraHandle.h"
+#include "CameraModels.h"
+#include "DeviceHomePage.h"
 #include "HidCommands.h"
 #include "LoadingDialog.h"
 #include "LogCapture.h"
 #include "MaskForm.h"
 #include "PendingTimers.h"
 #include "ShownHome.h"
-#include "SupportedCameras.h"
 #include "SvtaMessageDialog.h"
 #include "SvtaParamNotSaveDialog.h"
 #include "SvtaParamResetDialog.h"
 #include "SvtaParamSaveDialog.h"
 #include "SvtaVersionUpdateDialog.h"
 #include "TransPrewBtn.h"
+#include "UVCCamera.h"
 
 #include <memory>
 #include <QLabel>
+#include <QListWidget>
 #include <QtTest>
 
 using Pages = SvtaPagesView;
@@ -37,20 +40,20 @@ HidDevices device(const QString& path, quint16 vendor, quint16 product)
     return {path, vendor, product, QStringLiteral("Maker")};
 }
 
-/// A map of the devices that are named: "own" is the open camera, "second" and "third" are cameras
-/// of the kind, "vendor" and "product" differ in one id, "taken" is another maker's device under
-/// the open camera's name.
+/// A map of the named devices: "own" is the open camera, "second" and "third" are cameras of the
+/// same model, "vendor" and "product" differ in one id, "taken" is another maker's device at the
+/// path of the open camera.
 HidMap devices(const QByteArray& names)
 {
-    const quint16 vendor = SupportedCameras::kVendorId;
-    const quint16 product = SupportedCameras::kProductId;
+    const quint16 vendor = CameraModels::rows().begin()->vendorId;
+    const quint16 product = CameraModels::rows().begin()->productId;
     const QMap<QByteArray, HidDevices> known{
-        {"own", device(CameraBench::hidPath(0), vendor, product)},
-        {"second", device(CameraBench::hidPath(1), vendor, product)},
-        {"third", device(CameraBench::hidPath(2), vendor, product)},
-        {"vendor", device(CameraBench::hidPath(3), 0x1111, product)},
-        {"product", device(CameraBench::hidPath(4), vendor, 0x2222)},
-        {"taken", device(CameraBench::hidPath(0), 0x1111, 0x2222)}};
+        {"own", device(ScriptedCameras::hidPath(0), vendor, product)},
+        {"second", device(ScriptedCameras::hidPath(1), vendor, product)},
+        {"third", device(ScriptedCameras::hidPath(2), vendor, product)},
+        {"vendor", device(ScriptedCameras::hidPath(3), 0x1111, product)},
+        {"product", device(ScriptedCameras::hidPath(4), vendor, 0x2222)},
+        {"taken", device(ScriptedCameras::hidPath(0), 0x1111, 0x2222)}};
     HidMap map;
     for (const QByteArray& name : names.simplified().split(' ')) {
         if (known.contains(name))
@@ -63,7 +66,7 @@ HidMap devices(const QByteArray& names)
 
 Q_DECLARE_METATYPE(Outcome)
 
-/// What the main window makes of each change of the devices.
+/// The main window's reaction to each change of the devices.
 class SorvantaHomeReconciliationTest : public QObject
 {
     Q_OBJECT
@@ -74,15 +77,19 @@ private slots:
 
     void decision_data();
     void decision();
-    void lastCameraOfTheKindIsTheOneThatIsAsked();
-    void questionToAnotherCameraDoesNotMoveTheLink();
+    void lastCameraOfTheModelIsAsked();
+    void requestToAnotherCameraDoesNotChangeTheLink();
     void returningCameraIsReachedUnderItsNewName();
-    void nobodyIsAskedWithoutAReason_data();
-    void nobodyIsAskedWithoutAReason();
+    void cameraThatReturnsBesideAnotherIsAsked();
+    void removalMeansNothingWhileNoCameraIsOpen();
+    void editsOfOneCameraDoNotReachTheNext();
+    void listKeepsFiveCardsHeightWhenTheOpenCameraLeaves();
+    void noCameraIsAskedWithoutAReason_data();
+    void noCameraIsAskedWithoutAReason();
     void oneQuestionIsHiddenInItsOrder();
     void changeIsLogged();
     void verificationIsLogged();
-    void changeOfOtherDevicesIsLoggedNoFurther();
+    void changeOfOtherDevicesLogsOnlyTheDevices();
 
 private:
     void show(int page);
@@ -101,8 +108,8 @@ void SorvantaHomeReconciliationTest::init()
     m_log = std::make_unique<LogCapture>();
     m_home = std::make_unique<ShownHome>(1);
     QVERIFY(m_home->isPlaced());
-    m_home->bench().setVersion(kVersion);
-    m_home->bench().setSerialNumber(kSerial);
+    m_home->cameras().setVersion(kVersion);
+    m_home->cameras().setSerialNumber(kSerial);
     m_home->window().showView(Pages::HomePage);
     QVERIFY(m_home->openSettings());
     m_home->find<TransPrewBtn>()->setPreviewOpen(true);
@@ -110,7 +117,7 @@ void SorvantaHomeReconciliationTest::init()
 
 void SorvantaHomeReconciliationTest::cleanup()
 {
-    QCOMPARE(m_home->bench().hidapi().misuse(), QStringList());
+    QCOMPARE(m_home->cameras().hidapi().misuse(), QStringList());
     m_home.reset();
     m_log.reset();
 }
@@ -152,14 +159,16 @@ void SorvantaHomeReconciliationTest::decision_data()
             << kSerial << kVersion << true << outcome;
     };
     for (const PageName& page : pages) {
-        removal(page, "own camera goes", false, "own", "", List);
-        removal(page, "own camera goes, another stays", false, "own second", "second", List);
+        // A camera whose pages were left for the list is not open: there is nothing to leave.
+        const Outcome left = page.page == Pages::HomePage ? Nothing : List;
+        removal(page, "own camera goes", false, "own", "", left);
+        removal(page, "own camera goes, another stays", false, "own second", "second", left);
         removal(page, "own camera goes, its name is another maker's", false, "own", "taken",
                 Nothing);
         removal(page, "other camera goes", false, "own second", "own", Nothing);
         removal(page, "other vendor goes", false, "own vendor", "own", Nothing);
         removal(page, "other product goes", false, "own product", "own", Nothing);
-        removal(page, "own camera is exchanged in one go", false, "own", "second", Nothing);
+        removal(page, "own camera is exchanged in one go", false, "own", "second", left);
         removal(page, "nothing changes", false, "own", "own", Nothing);
         removal(page, "own camera goes", true, "own", "", Nothing);
         removal(page, "own camera goes, another stays", true, "own second", "second", Nothing);
@@ -192,7 +201,11 @@ void SorvantaHomeReconciliationTest::decision_data()
         insertion(page, "other product comes", true, "", "product", kSerial, kNewVersion, true,
                   Nothing);
         insertion(page, "camera comes while another goes", true, "second", "own", kSerial,
-                  kNewVersion, true, Nothing);
+                  kNewVersion, true, judged ? Complete : Nothing);
+        insertion(page, "new version is there again at once", true, "own", "own", kSerial,
+                  kNewVersion, true, judged ? Complete : Nothing);
+        insertion(page, "same version is still there", true, "own", "own", kSerial, kVersion, true,
+                  Nothing);
         insertion(page, "new version comes", false, "", "own", kSerial, kNewVersion, true, Nothing);
         insertion(page, "other camera comes", false, "own", "own second", other, kVersion, true,
                   Nothing);
@@ -210,10 +223,10 @@ void SorvantaHomeReconciliationTest::decision()
     show(page);
     if (loading)
         m_home->find<LoadingDialog>()->show();
-    m_home->bench().setSerialNumber(serial);
-    m_home->bench().setVersion(version);
-    m_home->bench().hidapi().respondTo(HidCommands::ConnectionProbe,
-                                       {QByteArray(1, connected ? '\0' : '\1')});
+    m_home->cameras().setSerialNumber(serial);
+    m_home->cameras().setVersion(version);
+    m_home->cameras().hidapi().respondTo(HidCommands::ConnectionProbe,
+                                         {QByteArray(1, connected ? '\0' : '\1')});
 
     QFETCH(const QByteArray, present);
     QFETCH(const QByteArray, before);
@@ -233,48 +246,120 @@ void SorvantaHomeReconciliationTest::decision()
     QCOMPARE(m_home->toast(), outcome == Complete ? QStringLiteral("Update Complete") : QString());
 }
 
-void SorvantaHomeReconciliationTest::lastCameraOfTheKindIsTheOneThatIsAsked()
+void SorvantaHomeReconciliationTest::lastCameraOfTheModelIsAsked()
 {
     show(Pages::InfoPage);
     m_home->find<LoadingDialog>()->show();
-    m_home->bench().setVersion(kNewVersion);
-    m_home->bench().hidapi().forgetCalls();
+    m_home->cameras().setVersion(kNewVersion);
+    m_home->cameras().hidapi().forgetCalls();
     change("own second third vendor product", "own second vendor product", kPluggedIn);
-    QStringList opened = m_home->bench().hidapi().calls().filter(QStringLiteral("hid_open_path"));
+    QStringList opened = m_home->cameras().hidapi().calls().filter(QStringLiteral("hid_open_path"));
     opened.removeDuplicates();
-    QCOMPARE(opened, QStringList{QStringLiteral("hid_open_path(%1)").arg(CameraBench::hidPath(2))});
+    QCOMPARE(opened,
+             QStringList{QStringLiteral("hid_open_path(%1)").arg(ScriptedCameras::hidPath(2))});
     QCOMPARE(m_home->toast(), QStringLiteral("Update Complete"));
 }
 
-/// The pages stay those of the open camera, so do the commands that they send.
-void SorvantaHomeReconciliationTest::questionToAnotherCameraDoesNotMoveTheLink()
+/// The pages still belong to the open camera, and so do the commands that they send.
+void SorvantaHomeReconciliationTest::requestToAnotherCameraDoesNotChangeTheLink()
 {
     show(Pages::InfoPage);
-    m_home->bench().hidapi().forgetCalls();
+    m_home->cameras().hidapi().forgetCalls();
     change("own second", "own", kPluggedIn);
     const QStringList opened =
-        m_home->bench().hidapi().calls().filter(QStringLiteral("hid_open_path"));
-    QVERIFY(opened.contains(QStringLiteral("hid_open_path(%1)").arg(CameraBench::hidPath(1))));
-    QCOMPARE(opened.last(), QStringLiteral("hid_open_path(%1)").arg(CameraBench::hidPath(0)));
-    QCOMPARE(m_home->bench().hidapi().openHandles(), 1);
+        m_home->cameras().hidapi().calls().filter(QStringLiteral("hid_open_path"));
+    QVERIFY(opened.contains(QStringLiteral("hid_open_path(%1)").arg(ScriptedCameras::hidPath(1))));
+    QCOMPARE(opened.last(), QStringLiteral("hid_open_path(%1)").arg(ScriptedCameras::hidPath(0)));
+    QCOMPARE(m_home->cameras().hidapi().openHandles(), 1);
+}
+
+void SorvantaHomeReconciliationTest::cameraThatReturnsBesideAnotherIsAsked()
+{
+    show(Pages::InfoPage);
+    m_home->find<LoadingDialog>()->show();
+    change("second", "own second", kRemoved);
+    m_home->cameras().setVersion(kNewVersion);
+    m_home->cameras().hidapi().forgetCalls();
+    change("own second", "second", kPluggedIn);
+    QStringList opened = m_home->cameras().hidapi().calls().filter(QStringLiteral("hid_open_path"));
+    opened.removeDuplicates();
+    QCOMPARE(opened,
+             QStringList{QStringLiteral("hid_open_path(%1)").arg(ScriptedCameras::hidPath(0))});
+    QCOMPARE(m_home->toast(), QStringLiteral("Update Complete"));
+}
+
+void SorvantaHomeReconciliationTest::removalMeansNothingWhileNoCameraIsOpen()
+{
+    m_home->window().showView(Pages::HomePage);
+    m_home->window().showView(Pages::AboutUsPage);
+    m_home->find<SvtaVersionUpdateDialog>()->show();
+    change("", "own", kRemoved);
+    QCOMPARE(PendingTimers::count(kLeaveDelayMs), 0);
+    QCOMPARE(m_home->page(), int(Pages::AboutUsPage));
+    QVERIFY(m_home->find<SvtaVersionUpdateDialog>()->isVisible());
+}
+
+/// The first camera is edited and pulled out; the picture of the second one cannot be opened, so
+/// its values are never read.
+void SorvantaHomeReconciliationTest::editsOfOneCameraDoNotReachTheNext()
+{
+    m_home->window().slotCameraViewChange(90);
+    m_home->window().slotPickupSensitivitySwitch(80);
+    QVERIFY(!m_home->window().isSameData());
+    change("", "own", kRemoved);
+    QVERIFY(PendingTimers::fire(kLeaveDelayMs));
+
+    DeviceWidgetInfo second = ShownHome::connectedCamera();
+    second.hidPath = ScriptedCameras::hidPath(1);
+    second.path = ScriptedCameras::videoPath(1);
+    m_home->cameras().video().preview().failing.insert(QStringLiteral("bindCaptureSource"));
+    m_home->cameras().hidapi().forgetCalls();
+    QVERIFY(m_home->openSettings(second));
+    QVERIFY(m_home->window().isSameData());
+    m_home->click("backBtn");
+    QCOMPARE(m_home->page(), int(Pages::HomePage));
+    QVERIFY(!m_home->find<SvtaParamNotSaveDialog>()->isVisible());
+    for (const QByteArray& frame : m_home->cameras().hidapi().writtenFrames())
+        QCOMPARE(int(frame.at(5)), 2); // reads only
+}
+
+void SorvantaHomeReconciliationTest::listKeepsFiveCardsHeightWhenTheOpenCameraLeaves()
+{
+    auto* list = m_home->find<DeviceHomePage>();
+    m_home->cameras().plugIn(7);
+    QList<UVCDeviceInfo> cameras;
+    UVCCamera::enumerateCameras(cameras);
+    list->slotUpdateCameraList(cameras, kPluggedIn);
+    DeviceWidgetInfo last = ShownHome::connectedCamera();
+    last.hidPath = ScriptedCameras::hidPath(6);
+    last.path = ScriptedCameras::videoPath(6);
+    QVERIFY(m_home->openSettings(last));
+
+    m_home->cameras().plugIn(6);
+    cameras.clear();
+    UVCCamera::enumerateCameras(cameras);
+    list->slotUpdateCameraList(cameras, kRemoved);
+    QVERIFY(PendingTimers::fire(kLeaveDelayMs));
+    QCOMPARE(m_home->page(), int(Pages::HomePage));
+    QCOMPARE(m_home->find<QListWidget>("deviceList")->height(), 600);
 }
 
 void SorvantaHomeReconciliationTest::returningCameraIsReachedUnderItsNewName()
 {
     show(Pages::InfoPage);
     DeviceWidgetInfo renamed = CameraHandle::instance().currentDevice();
-    QCOMPARE(renamed.hidPath, CameraBench::hidPath(0));
-    renamed.hidPath = CameraBench::hidPath(1);
-    renamed.path = CameraBench::videoPath(1);
+    QCOMPARE(renamed.hidPath, ScriptedCameras::hidPath(0));
+    renamed.hidPath = ScriptedCameras::hidPath(1);
+    renamed.path = ScriptedCameras::videoPath(1);
     m_home->window().slotSetDeviceWidget({{renamed.path, renamed}});
     m_home->find<LoadingDialog>()->show();
     change("second", "", kPluggedIn);
     QVERIFY(m_home->find<SvtaMessageDialog>()->isVisible());
-    QCOMPARE(CameraHandle::instance().currentDevice().hidPath, CameraBench::hidPath(1));
-    QCOMPARE(CameraHandle::instance().currentDevice().path, CameraBench::videoPath(1));
+    QCOMPARE(CameraHandle::instance().currentDevice().hidPath, ScriptedCameras::hidPath(1));
+    QCOMPARE(CameraHandle::instance().currentDevice().path, ScriptedCameras::videoPath(1));
 }
 
-void SorvantaHomeReconciliationTest::nobodyIsAskedWithoutAReason_data()
+void SorvantaHomeReconciliationTest::noCameraIsAskedWithoutAReason_data()
 {
     QTest::addColumn<int>("page");
     QTest::addColumn<QByteArray>("before");
@@ -288,16 +373,16 @@ void SorvantaHomeReconciliationTest::nobodyIsAskedWithoutAReason_data()
         << int(Pages::InfoPage) << QByteArray("own second") << QByteArray("own") << kRemoved;
 }
 
-void SorvantaHomeReconciliationTest::nobodyIsAskedWithoutAReason()
+void SorvantaHomeReconciliationTest::noCameraIsAskedWithoutAReason()
 {
     QFETCH(const int, page);
     QFETCH(const QByteArray, before);
     QFETCH(const QByteArray, present);
     QFETCH(const int, status);
     show(page);
-    m_home->bench().hidapi().forgetCalls();
+    m_home->cameras().hidapi().forgetCalls();
     change(present, before, status);
-    QCOMPARE(m_home->bench().hidapi().calls(), QStringList());
+    QCOMPARE(m_home->cameras().hidapi().calls(), QStringList());
 }
 
 void SorvantaHomeReconciliationTest::oneQuestionIsHiddenInItsOrder()
@@ -308,6 +393,7 @@ void SorvantaHomeReconciliationTest::oneQuestionIsHiddenInItsOrder()
     for (QDialog* question : questions)
         question->show();
     for (int hidden = 1; hidden <= questions.size(); ++hidden) {
+        QVERIFY(m_home->openSettings());
         change("", "own", kRemoved);
         QVERIFY(PendingTimers::fire(kLeaveDelayMs));
         for (int i = 0; i < questions.size(); ++i)
@@ -320,8 +406,8 @@ void SorvantaHomeReconciliationTest::changeIsLogged()
     m_log->clear();
     change("second vendor", "own second vendor", kRemoved);
     const QStringList said = m_log->texts();
-    const QString own = CameraBench::hidPath(0);
-    const QString second = CameraBench::hidPath(1);
+    const QString own = ScriptedCameras::hidPath(0);
+    const QString second = ScriptedCameras::hidPath(1);
     const auto quoted = [](const QString& text) { return QStringLiteral("\"%1\"").arg(text); };
     QCOMPARE(said.filter(QStringLiteral("In Loop deviceHidMaps curHidDevice path =")).size(), 2);
     QCOMPARE(said.filter(QStringLiteral("In Loop oldDeviceHidMaps curHidDevice path =")).size(), 3);
@@ -355,7 +441,7 @@ void SorvantaHomeReconciliationTest::verificationIsLogged()
     }
 }
 
-void SorvantaHomeReconciliationTest::changeOfOtherDevicesIsLoggedNoFurther()
+void SorvantaHomeReconciliationTest::changeOfOtherDevicesLogsOnlyTheDevices()
 {
     m_log->clear();
     change("own vendor", "own", kPluggedIn);

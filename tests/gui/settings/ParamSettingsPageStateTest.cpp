@@ -42,7 +42,7 @@ private slots:
 
     void noticeOf4kNeedsBothFlags_data();
     void noticeOf4kNeedsBothFlags();
-    void noticeOf4kGoesAfterItsTime();
+    void noticeOf4kDisappearsAfterItsTime();
     void noticeOf4kLiesOverTheLivePreview();
     void previewAreaShowsAPictureWhileClosed();
     void previewTipIsShownOnDemand();
@@ -81,19 +81,19 @@ void ParamSettingsPageStateTest::startsOnTheFeatureTabWithIntelligentOff()
 
 void ParamSettingsPageStateTest::settingASliderSignalsOnceWhetherOrNotItChanges()
 {
-    m_shown->page().setBrightSlider(78, 178, 140);
+    m_shown->page().setPicture(PictureProperty::Brightness, 140);
     QCOMPARE(m_shown->taken(), QStringList{QStringLiteral("bright 140")});
-    m_shown->page().setBrightSlider(78, 178, 140);
+    m_shown->page().setPicture(PictureProperty::Brightness, 140);
     QCOMPARE(m_shown->taken(), QStringList{QStringLiteral("bright 140")});
     QCOMPARE(m_shown->find<QSlider>("brightSlider")->value(), 140);
 }
 
 void ParamSettingsPageStateTest::settingEachSliderReachesItsOwnSignalAndLabel()
 {
-    m_shown->page().setBrightSlider(78, 178, 79);
-    m_shown->page().setContrastSlider(78, 178, 80);
-    m_shown->page().setSharpnessSlider(78, 178, 81);
-    m_shown->page().setSaturationSlider(78, 178, 82);
+    m_shown->page().setPicture(PictureProperty::Brightness, 79);
+    m_shown->page().setPicture(PictureProperty::Contrast, 80);
+    m_shown->page().setPicture(PictureProperty::Sharpness, 81);
+    m_shown->page().setPicture(PictureProperty::Saturation, 82);
     QCOMPARE(m_shown->taken(),
              (QStringList{QStringLiteral("bright 79"), QStringLiteral("contrast 80"),
                           QStringLiteral("sharpness 81"), QStringLiteral("saturation 82")}));
@@ -116,13 +116,13 @@ void ParamSettingsPageStateTest::labelOfASlider_data()
 void ParamSettingsPageStateTest::labelOfASlider()
 {
     QFETCH(const int, value);
-    m_shown->page().setBrightSlider(78, 178, value);
+    m_shown->page().setPicture(PictureProperty::Brightness, value);
     QTEST(m_shown->text("brightChangeLab"), "text");
 }
 
 void ParamSettingsPageStateTest::valueOffTheScaleIsSignalledAsItIs()
 {
-    m_shown->page().setBrightSlider(78, 178, 12);
+    m_shown->page().setPicture(PictureProperty::Brightness, 12);
     QCOMPARE(m_shown->taken(), QStringList{QStringLiteral("bright 12")});
     QCOMPARE(m_shown->find<QSlider>("brightSlider")->value(), 78);
     QCOMPARE(m_shown->text("brightChangeLab"), QStringLiteral("0"));
@@ -313,7 +313,7 @@ void ParamSettingsPageStateTest::discardOfFrameMaster()
     m_shown->page().paramExitReset(
         {{QStringLiteral("intelligent"), 1}, {QStringLiteral("frameMaster"), 1}});
     QCOMPARE(m_shown->taken().first(), QStringLiteral("intelligent on 0"));
-    // The receiver of that signal marks frame master, which brings its options back.
+    // The receiver of that signal selects frame master, which shows its options again.
     QVERIFY(!m_shown->find("intelligentExpandWidget")->isVisible());
     QVERIFY(!m_shown->page().isCameraViewEnabled());
 }
@@ -355,7 +355,7 @@ void ParamSettingsPageStateTest::discardOfAnUnchangedSubModeIsSilentAboutIt()
 
 void ParamSettingsPageStateTest::resetToDefaults()
 {
-    m_shown->page().setBrightSlider(78, 178, 100);
+    m_shown->page().setPicture(PictureProperty::Brightness, 100);
     m_shown->page().setHorizontalMirror(true);
     m_shown->page().setPickupSensitivity(90);
     (void)m_shown->taken();
@@ -404,7 +404,7 @@ void ParamSettingsPageStateTest::noticeOf4kNeedsBothFlags()
     QTEST(m_shown->find("tipWidgetFor4k")->isVisible(), "shown");
 }
 
-void ParamSettingsPageStateTest::noticeOf4kGoesAfterItsTime()
+void ParamSettingsPageStateTest::noticeOf4kDisappearsAfterItsTime()
 {
     m_shown->page().set4kInUse(true);
     m_shown->page().setStreamOn(1);
@@ -417,7 +417,7 @@ void ParamSettingsPageStateTest::noticeOf4kGoesAfterItsTime()
 
 void ParamSettingsPageStateTest::noticeOf4kLiesOverTheLivePreview()
 {
-    QVERIFY(m_shown->page().previewWindow() != 0);
+    QVERIFY(m_shown->page().previewArea()->winId() != 0);
     QWidget* area = m_shown->page().previewArea();
     auto* picture = new QLabel(area);
     picture->setGeometry(area->rect());
@@ -465,9 +465,9 @@ void ParamSettingsPageStateTest::previewTipIsShownOnDemand()
 
 void ParamSettingsPageStateTest::previewAreaIsANativeWindowOfItsOwn()
 {
-    const WId window = m_shown->page().previewWindow();
+    const WId window = m_shown->page().previewArea()->winId();
     QCOMPARE(QWidget::find(window), m_shown->page().previewArea());
-    // Its ancestors have windows too: otherwise it stays where it is when they move.
+    // Its ancestors are native windows too: otherwise it would not move with them.
     QVERIFY(m_shown->page().testAttribute(Qt::WA_NativeWindow));
 }
 

@@ -6,8 +6,8 @@
 
 namespace {
 
-/// A move with the left button down. QTest's moves go through the X server, which answers when it
-/// has the time: a release would overtake them.
+/// A move with the left button down. QTest's moves go through the X server and arrive later; a
+/// release would overtake them.
 void dragTo(QWidget* widget, const QPoint& position)
 {
     QMouseEvent move(QEvent::MouseMove, position, widget->mapToGlobal(position), Qt::NoButton,
@@ -17,7 +17,7 @@ void dragTo(QWidget* widget, const QPoint& position)
 
 } // namespace
 
-/// What a user does with mouse and keyboard, and what the page makes of it.
+/// A user's actions with mouse and keyboard, and the page's reactions.
 class ParamSettingsPageTest : public QObject
 {
     Q_OBJECT
@@ -106,7 +106,7 @@ void ParamSettingsPageTest::clickAtTheLeftEndSetsTheMinimum()
 {
     m_shown->showCameraTab();
     for (const int x : {0, 4, 8}) {
-        m_shown->page().setBrightSlider(78, 178, 128);
+        m_shown->page().setPicture(PictureProperty::Brightness, 128);
         m_shown->clickAt("brightSlider", x);
         QCOMPARE(m_shown->find<QSlider>("brightSlider")->value(), 78);
         QCOMPARE(m_shown->text("brightChangeLab"), QStringLiteral("0"));
@@ -118,7 +118,7 @@ void ParamSettingsPageTest::clickAtTheRightEndSetsTheMaximum()
     m_shown->showCameraTab();
     const int width = m_shown->find("brightSlider")->width();
     for (const int x : {width - 8, width - 4, width - 1}) {
-        m_shown->page().setBrightSlider(78, 178, 128);
+        m_shown->page().setPicture(PictureProperty::Brightness, 128);
         m_shown->clickAt("brightSlider", x);
         QCOMPARE(m_shown->find<QSlider>("brightSlider")->value(), 178);
         QCOMPARE(m_shown->text("brightChangeLab"), QStringLiteral("100%"));
@@ -229,12 +229,12 @@ void ParamSettingsPageTest::keyWithoutEffectSignalsNothing()
 {
     m_shown->showCameraTab();
     auto* slider = m_shown->find<QSlider>("contrastSlider");
-    m_shown->page().setContrastSlider(78, 178, 178);
+    m_shown->page().setPicture(PictureProperty::Contrast, 178);
     (void)m_shown->taken();
     slider->setFocus(Qt::TabFocusReason);
     QTest::keyClick(slider, Qt::Key_Right);
     QCOMPARE(m_shown->taken(), QStringList());
-    m_shown->page().setContrastSlider(78, 178, 100);
+    m_shown->page().setPicture(PictureProperty::Contrast, 100);
     QCOMPARE(m_shown->taken(), QStringList{QStringLiteral("contrast 100")});
 }
 

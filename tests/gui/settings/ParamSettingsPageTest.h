@@ -11,7 +11,7 @@
 #include <QStringList>
 #include <QtTest>
 
-/// A page on the screen, and everything that it signals, in order and as text.
+/// A page on the screen, and all its signals, in order and as text.
 class ShownPage : public QObject
 {
     Q_OBJECT
@@ -49,7 +49,7 @@ public:
     [[nodiscard]] bool isShown() const { return m_shown; }
     [[nodiscard]] ParamSettingsPage& page() { return m_page; }
 
-    /// What was signalled since the last call.
+    /// The signals since the last call.
     [[nodiscard]] QStringList taken()
     {
         QStringList signalled;

@@ -89,10 +89,10 @@ double SvtaSwitchButtonTest::knob()
     return (first + last + 1) / 2.0;
 }
 
-/// Whether the event was accepted. Sent straight: no tick passes.
+/// Whether the event was accepted. Sent directly, so that no timer event comes in between.
 bool SvtaSwitchButtonTest::send(QEvent::Type type, Qt::MouseButton button, Qt::MouseButtons buttons)
 {
-    // A window below it that takes every event would hide whether this one did.
+    // A parent that accepts every event would hide whether this widget accepted it.
     QMouseEvent event(type, QPointF(5, 5), button, buttons, Qt::NoModifier);
     event.setAccepted(false);
     static_cast<QObject*>(m_button)->event(&event);

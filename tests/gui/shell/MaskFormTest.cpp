@@ -10,7 +10,7 @@ namespace {
 
 constexpr QRect kCovered(301, 151, 361, 601);
 
-/// Counts the events of a type that come through to an object.
+/// Counts the events of a type that reach an object.
 class EventCounter : public QObject
 {
 public:
@@ -45,14 +45,14 @@ private slots:
     void cleanup();
 
     void isAHalfTransparentBlackToolWindow();
-    void coversTheActiveWindowUntilToldOtherwise();
+    void coversTheActiveWindowByDefault();
     void coversTheWholeWindowOfAPage();
     void nullIsIgnoredAsCoveredWidget();
     void nullIsIgnoredAsDialog();
 
-    void appearsAndGoesWithItsDialog();
+    void isShownAndHiddenWithItsDialog();
     void coversTheWindowExactly();
-    void coversTheWindowWhereverItIs();
+    void coversTheWindowAtAnyPosition();
     void dialogIsCentredOnTheWindow();
     void listOfSupportedProductsIsAtTheBottom();
     void dialogIsPlacedAgainAtEveryShow();
@@ -101,10 +101,9 @@ void MaskFormTest::isAHalfTransparentBlackToolWindow()
          {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
         QCOMPARE(m_mask->palette().color(group, QPalette::Window), QColor(0, 0, 0, 255));
     QVERIFY(!m_mask->isVisible());
-    QVERIFY(!m_mask->watchedDialog());
 }
 
-void MaskFormTest::coversTheActiveWindowUntilToldOtherwise()
+void MaskFormTest::coversTheActiveWindowByDefault()
 {
     MaskForm mask;
     mask.show();
@@ -131,17 +130,16 @@ void MaskFormTest::nullIsIgnoredAsCoveredWidget()
 void MaskFormTest::nullIsIgnoredAsDialog()
 {
     const auto dialog = makeDialog();
-    m_mask->showUnder(dialog.get());
-    m_mask->showUnder(nullptr);
-    QCOMPARE(m_mask->watchedDialog(), dialog.get());
+    m_mask->follow(dialog.get());
+    m_mask->follow(nullptr);
     dialog->show();
     QVERIFY(m_mask->isVisible());
 }
 
-void MaskFormTest::appearsAndGoesWithItsDialog()
+void MaskFormTest::isShownAndHiddenWithItsDialog()
 {
     const auto dialog = makeDialog();
-    m_mask->showUnder(dialog.get());
+    m_mask->follow(dialog.get());
     QVERIFY(!m_mask->isVisible());
     for (int round = 0; round < 2; ++round) {
         dialog->show();
@@ -154,18 +152,18 @@ void MaskFormTest::appearsAndGoesWithItsDialog()
 void MaskFormTest::coversTheWindowExactly()
 {
     const auto dialog = makeDialog();
-    m_mask->showUnder(dialog.get());
+    m_mask->follow(dialog.get());
     dialog->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_mask));
     QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
-    QTest::qWait(50); // whatever the window manager thinks of the place
+    QTest::qWait(50); // until the window manager may have moved it
     QCOMPARE(OnScreen::placeOf(*m_mask), kCovered);
 }
 
-void MaskFormTest::coversTheWindowWhereverItIs()
+void MaskFormTest::coversTheWindowAtAnyPosition()
 {
     const auto dialog = makeDialog();
-    m_mask->showUnder(dialog.get());
+    m_mask->follow(dialog.get());
     dialog->show();
     dialog->hide();
     m_window->move(40, 60);
@@ -180,7 +178,7 @@ void MaskFormTest::coversTheWindowWhereverItIs()
 void MaskFormTest::dialogIsCentredOnTheWindow()
 {
     const auto dialog = makeDialog({251, 132});
-    m_mask->showUnder(dialog.get());
+    m_mask->follow(dialog.get());
     dialog->show();
     QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
     QTRY_COMPARE(OnScreen::placeOf(*dialog).topLeft(),
@@ -191,7 +189,7 @@ void MaskFormTest::listOfSupportedProductsIsAtTheBottom()
 {
     const auto dialog = makeDialog({360, 380});
     dialog->setObjectName(QStringLiteral("SvtaSupportedProductDialog"));
-    m_mask->showUnder(dialog.get());
+    m_mask->follow(dialog.get());
     dialog->show();
     QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
     QTRY_COMPARE(OnScreen::placeOf(*dialog).topLeft(),
@@ -201,7 +199,7 @@ void MaskFormTest::listOfSupportedProductsIsAtTheBottom()
 void MaskFormTest::dialogIsPlacedAgainAtEveryShow()
 {
     const auto dialog = makeDialog();
-    m_mask->showUnder(dialog.get());
+    m_mask->follow(dialog.get());
     dialog->show();
     const QPoint place(301 + (361 - 280) / 2, 151 + (601 - 156) / 2);
     QCOMPARE(dialog->pos(), place);
@@ -214,9 +212,9 @@ void MaskFormTest::dialogIsPlacedAgainAtEveryShow()
 void MaskFormTest::rememberingADialogTwiceChangesNothing()
 {
     const auto dialog = makeDialog();
-    m_mask->showUnder(dialog.get());
+    m_mask->follow(dialog.get());
     const EventCounter shows(m_mask, QEvent::Show);
-    m_mask->showUnder(dialog.get());
+    m_mask->follow(dialog.get());
     dialog->show();
     QCOMPARE(shows.count(), 1);
 }
@@ -225,8 +223,8 @@ void MaskFormTest::followsTheDialogRememberedLast()
 {
     const auto first = makeDialog();
     const auto second = makeDialog();
-    m_mask->showUnder(first.get());
-    m_mask->showUnder(second.get());
+    m_mask->follow(first.get());
+    m_mask->follow(second.get());
     first->move(3, 4);
     first->show();
     QVERIFY(!m_mask->isVisible());
@@ -243,16 +241,15 @@ void MaskFormTest::deletedDialogIsForgotten()
 {
     auto dialog = makeDialog();
     const auto other = makeDialog();
-    m_mask->showUnder(dialog.get());
+    m_mask->follow(dialog.get());
     dialog.reset();
-    QVERIFY(!m_mask->watchedDialog());
     m_mask->setGeometry(7, 8, 90, 60);
     other->move(3, 4);
     other->show();
     QVERIFY(!m_mask->isVisible());
     other->hide();
     QCOMPARE(m_mask->geometry(), QRect(7, 8, 90, 60));
-    m_mask->showUnder(other.get());
+    m_mask->follow(other.get());
     other->show();
     QVERIFY(m_mask->isVisible());
 }
@@ -262,7 +259,7 @@ void MaskFormTest::eventsReachTheDialog()
     const auto dialog = makeDialog();
     const EventCounter shows(dialog.get(), QEvent::Show);
     const EventCounter hides(dialog.get(), QEvent::Hide);
-    m_mask->showUnder(dialog.get()); // filters before the counters do
+    m_mask->follow(dialog.get()); // its event filter runs before the counters'
     dialog->show();
     dialog->hide();
     QCOMPARE(shows.count(), 1);
@@ -272,7 +269,7 @@ void MaskFormTest::eventsReachTheDialog()
 void MaskFormTest::dialogStaysAboveAfterAClickOnTheMask()
 {
     const auto dialog = makeDialog();
-    m_mask->showUnder(dialog.get());
+    m_mask->follow(dialog.get());
     dialog->show();
     QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
     const auto isAbove = [this, &dialog] {

@@ -14,7 +14,7 @@ QLabel* labelOf(const QWidget& widget)
     return widget.findChild<QLabel*>(QStringLiteral("label"));
 }
 
-/// Counts the presses that a label leaves to the widget around it.
+/// Counts the presses that a label passes to its parent.
 class PressCounter : public QObject
 {
 public:
@@ -34,7 +34,7 @@ private:
 
 } // namespace
 
-/// The three small windows over the preview, each by itself.
+/// The three small windows over the preview, each tested alone.
 class OverlayControlsTest : public QObject
 {
     Q_OBJECT
@@ -48,13 +48,13 @@ private slots:
 
     void gridButtonActsOnThePressOfTheLeftButton();
     void gridButtonIgnoresOtherButtonsAndReleases();
-    void gridButtonTakesOnlyTheLeftPress();
+    void gridButtonAcceptsOnlyTheLeftPress();
     void gridButtonIgnoresOtherObjects();
 
     void previewIsClosedAtFirst();
     void previewButtonActsOnTheReleaseOfTheLeftButton();
     void previewButtonIgnoresOtherButtonsAndPresses();
-    void previewButtonTellsWhenThePointerComesAndGoes();
+    void previewButtonReportsWhenThePointerEntersAndLeaves();
     void previewButtonIgnoresOtherObjects();
 
 private:
@@ -113,7 +113,7 @@ void OverlayControlsTest::gridButtonIgnoresOtherButtonsAndReleases()
     QCOMPARE(toggled.count(), 0);
 }
 
-void OverlayControlsTest::gridButtonTakesOnlyTheLeftPress()
+void OverlayControlsTest::gridButtonAcceptsOnlyTheLeftPress()
 {
     TransparentBtn button;
     const PressCounter left(&button);
@@ -163,7 +163,7 @@ void OverlayControlsTest::previewButtonIgnoresOtherButtonsAndPresses()
     QCOMPARE(toggled.count(), 0);
 }
 
-void OverlayControlsTest::previewButtonTellsWhenThePointerComesAndGoes()
+void OverlayControlsTest::previewButtonReportsWhenThePointerEntersAndLeaves()
 {
     TransPrewBtn button;
     QSignalSpy came(&button, &TransPrewBtn::sigShowPreviewTip);

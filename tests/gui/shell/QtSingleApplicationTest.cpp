@@ -27,7 +27,7 @@ QString socketPath()
     return QtSingleApplication::instanceDirectory() + QStringLiteral("/marviktools.socket");
 }
 
-/// A sender that says what it likes, without the program's help.
+/// A sender of arbitrary bytes that does not use the program's code.
 class RawSender
 {
 public:
@@ -39,7 +39,7 @@ public:
         m_socket.flush();
     }
     [[nodiscard]] bool isConnected() const { return m_connected; }
-    /// Whether the other end has taken the message or closed the connection.
+    /// Whether the receiver has accepted the message or closed the connection.
     [[nodiscard]] bool isServed() const
     {
         return m_socket.bytesAvailable() > 0 || m_socket.state() == QLocalSocket::UnconnectedState;
@@ -52,7 +52,7 @@ private:
 
 } // namespace
 
-/// The instance that runs, and what further starts can say to it.
+/// The running instance, and the messages of later starts to it.
 class QtSingleApplicationTest : public QObject
 {
     Q_OBJECT
@@ -62,20 +62,20 @@ private slots:
     void init();
     void cleanup();
 
-    void firstInstanceStaysTheFirst();
-    void filesAreOfTheUserAlone();
+    void firstInstanceStaysPrimary();
+    void filesAreAccessibleOnlyToTheUser();
     void messageIsPassedOn();
-    void messageOfTheLongestSizeIsPassedOn();
+    void longestMessageIsPassedOn();
     void badMessagesAreIgnored_data();
     void badMessagesAreIgnored();
-    void slowSenderDoesNotHoldOthersUp();
+    void slowSenderDoesNotBlockOthers();
     void manySendersAreServed();
     void messageThatCannotBeSentIsRefused();
-    void sendingToNobodyEndsInTime();
+    void sendingWithoutAReceiverEndsInTime();
 
     void messageRaisesTheActivationWindow();
-    void windowThatIsNotToBeActivatedStaysHidden();
-    void anyTextRestoresTheSettingsWithTheirButtons();
+    void windowStaysHiddenWithoutActivation();
+    void anyMessageRestoresTheSettingsPageWithItsButtons();
 
 private:
     std::unique_ptr<QSignalSpy> m_received;
@@ -97,13 +97,13 @@ void QtSingleApplicationTest::cleanup()
     application().setActivationWindow(nullptr);
 }
 
-void QtSingleApplicationTest::firstInstanceStaysTheFirst()
+void QtSingleApplicationTest::firstInstanceStaysPrimary()
 {
     QVERIFY(!application().isRunning());
     QVERIFY(QFile::exists(socketPath()));
 }
 
-void QtSingleApplicationTest::filesAreOfTheUserAlone()
+void QtSingleApplicationTest::filesAreAccessibleOnlyToTheUser()
 {
     constexpr QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
                                           QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
@@ -128,7 +128,7 @@ void QtSingleApplicationTest::messageIsPassedOn()
     QCOMPARE(m_received->first().first().toString(), QStringLiteral("raise_window_noop 窗口"));
 }
 
-void QtSingleApplicationTest::messageOfTheLongestSizeIsPassedOn()
+void QtSingleApplicationTest::longestMessageIsPassedOn()
 {
     const QByteArray message(QtSingleApplication::kMaxMessageBytes, 'm');
     const RawSender sender(message + '\0');
@@ -157,7 +157,7 @@ void QtSingleApplicationTest::badMessagesAreIgnored()
     QTRY_COMPARE(m_received->count(), 1);
 }
 
-void QtSingleApplicationTest::slowSenderDoesNotHoldOthersUp()
+void QtSingleApplicationTest::slowSenderDoesNotBlockOthers()
 {
     const RawSender slow("raise_");
     const RawSender silent("");
@@ -172,10 +172,12 @@ void QtSingleApplicationTest::slowSenderDoesNotHoldOthersUp()
 
 void QtSingleApplicationTest::manySendersAreServed()
 {
+    constexpr int count = 20;
     std::vector<std::unique_ptr<RawSender>> senders;
-    for (int i = 0; i < 20; ++i)
+    senders.reserve(count);
+    for (int i = 0; i < count; ++i)
         senders.push_back(std::make_unique<RawSender>(QByteArray("raise_window_noop\0", 18)));
-    QTRY_COMPARE(m_received->count(), 20);
+    QTRY_COMPARE(m_received->count(), count);
 }
 
 void QtSingleApplicationTest::messageThatCannotBeSentIsRefused()
@@ -188,7 +190,7 @@ void QtSingleApplicationTest::messageThatCannotBeSentIsRefused()
     QVERIFY(clock.elapsed() < 500);
 }
 
-void QtSingleApplicationTest::sendingToNobodyEndsInTime()
+void QtSingleApplicationTest::sendingWithoutAReceiverEndsInTime()
 {
     const QTemporaryDir elsewhere;
     const QByteArray before = qgetenv("XDG_RUNTIME_DIR");
@@ -217,7 +219,7 @@ void QtSingleApplicationTest::messageRaisesTheActivationWindow()
     QVERIFY(window.isVisible());
 }
 
-void QtSingleApplicationTest::windowThatIsNotToBeActivatedStaysHidden()
+void QtSingleApplicationTest::windowStaysHiddenWithoutActivation()
 {
     QWidget window;
     application().setActivationWindow(&window, false);
@@ -226,7 +228,7 @@ void QtSingleApplicationTest::windowThatIsNotToBeActivatedStaysHidden()
     QVERIFY(!window.isVisible());
 }
 
-void QtSingleApplicationTest::anyTextRestoresTheSettingsWithTheirButtons()
+void QtSingleApplicationTest::anyMessageRestoresTheSettingsPageWithItsButtons()
 {
     ShownHome home;
     QVERIFY(home.isPlaced());

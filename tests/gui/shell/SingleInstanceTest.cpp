@@ -29,6 +29,7 @@ public:
                               QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
     [[nodiscard]] QString directory() const { return m_directory.path(); }
+    [[nodiscard]] QString lockFile() const { return m_directory.filePath("marviktools.lock"); }
     [[nodiscard]] QString socket() const { return m_directory.filePath("marviktools.socket"); }
     [[nodiscard]] QProcessEnvironment environment() const
     {
@@ -42,15 +43,20 @@ private:
     QTemporaryDir m_directory;
 };
 
-/// A running program. Ends with this object.
+/// A running program; the destructor ends it.
 class Program
 {
 public:
     explicit Program(const User& user)
+        : Program(user.environment(), QStringLiteral(MARVIK_PROGRAM), {})
     {
-        m_process.setProcessEnvironment(user.environment());
+    }
+    Program(const QProcessEnvironment& environment, const QString& command,
+            const QStringList& arguments)
+    {
+        m_process.setProcessEnvironment(environment);
         m_process.setProcessChannelMode(QProcess::MergedChannels);
-        m_process.start(QStringLiteral(MARVIK_PROGRAM), {});
+        m_process.start(command, arguments);
         m_process.waitForStarted();
     }
     ~Program()
@@ -108,7 +114,7 @@ public:
     {
         return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
     }
-    /// As the kernel does it when memory is short: no farewell.
+    /// Kills it without warning, as the kernel does when memory is short.
     void crash()
     {
         ::kill(static_cast<pid_t>(m_process.processId()), SIGKILL);
@@ -137,6 +143,10 @@ private slots:
     void socketIsOfTheUserAlone();
     void twoUsersDoNotMeet();
     void noiseOnTheSocketChangesNothing();
+    void lockFileThatNobodyHoldsDoesNotPreventTheStart_data();
+    void lockFileThatNobodyHoldsDoesNotPreventTheStart();
+    void programStartsOnAFullDisk();
+    void damagedLockFileOfARunningProgramStillCounts();
 
 private:
     std::unique_ptr<User> m_user;
@@ -241,6 +251,53 @@ void SingleInstanceTest::noiseOnTheSocketChangesNothing()
     QVERIFY(m_first->windows().isEmpty());
     Program second(*m_user);
     QVERIFY(m_first->waitForWindow());
+}
+
+void SingleInstanceTest::lockFileThatNobodyHoldsDoesNotPreventTheStart_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("garbage") << QByteArray("\x00\xFF no lock\n\n\n", 14);
+    QTest::newRow("of a dead process under another host name")
+        << QByteArray("4194304\nMarvikTools\nold-name\n");
+}
+
+void SingleInstanceTest::lockFileThatNobodyHoldsDoesNotPreventTheStart()
+{
+    QFETCH(const QByteArray, content);
+    const User other;
+    QFile file(other.lockFile());
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(content);
+    file.close();
+    Program program(other);
+    QVERIFY2(program.waitForWindow(), program.output().constData());
+    Program second(other);
+    QVERIFY(second.waitForEnd());
+    QCOMPARE(second.exitCode(), 0);
+    QVERIFY(program.isShown());
+}
+
+void SingleInstanceTest::programStartsOnAFullDisk()
+{
+    const User other;
+    // No file can grow, as on a full disk: the lock file is created, but nothing can be written.
+    Program program(other.environment(), QStringLiteral("sh"),
+                    {QStringLiteral("-c"), QStringLiteral("trap '' XFSZ; ulimit -f 0; exec \"$0\""),
+                     QStringLiteral(MARVIK_PROGRAM)});
+    QVERIFY(program.waitForWindow());
+    QVERIFY(program.output().contains("A second start of the program is not noticed"));
+}
+
+void SingleInstanceTest::damagedLockFileOfARunningProgramStillCounts()
+{
+    QFile file(m_user->lockFile());
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.close();
+    Program second(*m_user);
+    QVERIFY(second.waitForEnd());
+    QCOMPARE(second.exitCode(), 0);
+    QVERIFY(m_first->isShown());
 }
 
 QTEST_MAIN(SingleInstanceTest)

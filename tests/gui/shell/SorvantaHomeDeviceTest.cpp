@@ -13,7 +13,7 @@
 
 using Pages = SvtaPagesView;
 
-/// Opening a camera from the list: what is asked of it, and what its pages say.
+/// Opening a camera from the list: the requests to it, and the texts of its pages.
 class SorvantaHomeDeviceTest : public QObject
 {
     Q_OBJECT
@@ -49,13 +49,13 @@ void SorvantaHomeDeviceTest::init()
     m_log = std::make_unique<LogCapture>();
     m_home = std::make_unique<ShownHome>(1);
     QVERIFY(m_home->isPlaced());
-    m_home->bench().setVersion(QByteArray::fromHex("01020304"));
-    m_home->bench().setSerialNumber("SN-0815");
+    m_home->cameras().setVersion(QByteArray::fromHex("01020304"));
+    m_home->cameras().setSerialNumber("SN-0815");
 }
 
 void SorvantaHomeDeviceTest::cleanup()
 {
-    QCOMPARE(m_home->bench().hidapi().misuse(), QStringList());
+    QCOMPARE(m_home->cameras().hidapi().misuse(), QStringList());
     m_home.reset();
     m_log.reset();
 }
@@ -76,7 +76,7 @@ void SorvantaHomeDeviceTest::clickOnAConnectedCameraOpensItsSettings()
 
 void SorvantaHomeDeviceTest::clickOnAFailedCameraOpensItsInformation()
 {
-    m_home->bench().hidapi().respondTo(HidCommands::ConnectionProbe, {QByteArray(1, '\1')});
+    m_home->cameras().hidapi().respondTo(HidCommands::ConnectionProbe, {QByteArray(1, '\1')});
     QVERIFY(m_home->passStart());
     clickCard();
     QCOMPARE(m_home->page(), int(Pages::InfoPage));
@@ -94,13 +94,13 @@ void SorvantaHomeDeviceTest::openingACameraAsksWhoItIs()
     QVERIFY(m_log->contains(QStringLiteral("sn \"SN-0815\"")));
     QCOMPARE(m_log->texts().filter(QRegularExpression(QStringLiteral("^vsc = "))).size(), 1);
     QCOMPARE(CameraHandle::instance().currentDevice().sn, QStringLiteral("SN-0815"));
-    QCOMPARE(CameraHandle::instance().currentDevice().hidPath, CameraBench::hidPath(0));
+    QCOMPARE(CameraHandle::instance().currentDevice().hidPath, ScriptedCameras::hidPath(0));
 }
 
 void SorvantaHomeDeviceTest::informationIsAskedForAnew()
 {
     QVERIFY(m_home->openSettings());
-    m_home->bench().setSerialNumber("SN-4711");
+    m_home->cameras().setSerialNumber("SN-4711");
     m_log->clear();
     m_home->click("deviceInfoBtn");
     QCOMPARE(m_home->page(), int(Pages::InfoPage));
@@ -110,7 +110,7 @@ void SorvantaHomeDeviceTest::informationIsAskedForAnew()
 
 void SorvantaHomeDeviceTest::cameraThatCannotBeAskedShowsNothing()
 {
-    m_home->bench().refuse(0);
+    m_home->cameras().refuse(0);
     QVERIFY(m_home->openSettings());
     QCOMPARE(text("labSNNumber"), QString());
     QVERIFY(m_log->contains(QStringLiteral("sn \"\"")));
@@ -118,7 +118,7 @@ void SorvantaHomeDeviceTest::cameraThatCannotBeAskedShowsNothing()
 
 void SorvantaHomeDeviceTest::markupFromACameraIsShownAsItIs()
 {
-    m_home->bench().setSerialNumber("<b>1</b>");
+    m_home->cameras().setSerialNumber("<b>1</b>");
     DeviceWidgetInfo camera = ShownHome::connectedCamera();
     camera.name = QStringLiteral("<i>name</i>");
     QVERIFY(m_home->openSettings(camera));
@@ -130,9 +130,9 @@ void SorvantaHomeDeviceTest::markupFromACameraIsShownAsItIs()
 
 void SorvantaHomeDeviceTest::identityIsLogged()
 {
-    m_home->bench().hidapi().setStrings({L"Maker", L"Product", L"77", {{1, L"Index"}}});
+    m_home->cameras().hidapi().setStrings({L"Maker", L"Product", L"77", {{1, L"Index"}}});
     QVERIFY(m_home->openSettings());
-    m_home->bench().hidapi().queueAnswer(QByteArray::fromHex("0a0b0c0d0e"));
+    m_home->cameras().hidapi().queueAnswer(QByteArray::fromHex("0a0b0c0d0e"));
     m_log->clear();
     m_home->window().getHidInfo();
     const QStringList expected{
@@ -146,10 +146,10 @@ void SorvantaHomeDeviceTest::identityIsLogged()
 void SorvantaHomeDeviceTest::silentCameraDoesNotHoldTheWindowUp()
 {
     QVERIFY(m_home->openSettings());
-    ScriptedHidapi& hidapi = m_home->bench().hidapi();
+    ScriptedHidapi& hidapi = m_home->cameras().hidapi();
     hidapi.forgetCalls();
     m_home->window().getHidInfo();
-    // The stand-in does not wait; the times that it is told to wait are what a silent camera costs.
+    // The scripted library does not wait; the sum of the time-outs is the delay of a silent camera.
     int waited = 0;
     const QRegularExpression timedRead(QStringLiteral("^hid_read_timeout\\(.*, (-?\\d+)\\)$"));
     for (const QString& call : hidapi.calls()) {
@@ -167,12 +167,12 @@ void SorvantaHomeDeviceTest::silentCameraDoesNotHoldTheWindowUp()
 void SorvantaHomeDeviceTest::returningCameraIsOpenedAnew()
 {
     QVERIFY(m_home->openSettings());
-    ScriptedHidapi& hidapi = m_home->bench().hidapi();
+    ScriptedHidapi& hidapi = m_home->cameras().hidapi();
     hidapi.forgetCalls();
     m_log->clear();
     m_home->window().slotInitCamera(0);
     QVERIFY(m_log->contains(QStringLiteral("init m_pCamera")));
-    const QString open = QStringLiteral("hid_open_path(%1)").arg(CameraBench::hidPath(0));
+    const QString open = QStringLiteral("hid_open_path(%1)").arg(ScriptedCameras::hidPath(0));
     QCOMPARE(hidapi.calls().count(open), 2); // identity, then the link
     QCOMPARE(hidapi.openHandles(), 1);
 }
@@ -182,8 +182,8 @@ void SorvantaHomeDeviceTest::noHandleStaysOpenBehindACommand()
     QVERIFY(m_home->passStart());
     clickCard();
     QVERIFY(PendingTimers::fire(ShownHome::kPreviewDelayMs));
-    QCOMPARE(m_home->bench().hidapi().openHandles(), 1);
-    QCOMPARE(m_home->bench().hidapi().openEnumerations(), 0);
+    QCOMPARE(m_home->cameras().hidapi().openHandles(), 1);
+    QCOMPARE(m_home->cameras().hidapi().openEnumerations(), 0);
 }
 
 QTEST_MAIN(SorvantaHomeDeviceTest)

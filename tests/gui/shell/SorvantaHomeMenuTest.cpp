@@ -21,7 +21,7 @@ private slots:
     void opensAtTheWindowsNewPlace();
     void clickOutsideClosesIt();
     void aboutOpensTheAboutPage();
-    void aboutOnTheAboutPageEntersItNoSecondTime();
+    void aboutOnTheAboutPageDoesNotOpenItAgain();
     void quitClosesTheWindowIntoTheTray();
 
 private:
@@ -102,7 +102,7 @@ void SorvantaHomeMenuTest::aboutOpensTheAboutPage()
     QCOMPARE(m_home->page(), int(SvtaPagesView::HomePage));
 }
 
-void SorvantaHomeMenuTest::aboutOnTheAboutPageEntersItNoSecondTime()
+void SorvantaHomeMenuTest::aboutOnTheAboutPageDoesNotOpenItAgain()
 {
     choose("btnAbout");
     choose("btnAbout");

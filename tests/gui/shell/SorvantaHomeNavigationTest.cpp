@@ -13,7 +13,7 @@
 
 using Pages = SvtaPagesView;
 
-/// The pages of the main window, and the way back from each.
+/// The pages of the main window, and the back button of each.
 class SorvantaHomeNavigationTest : public QObject
 {
     Q_OBJECT
@@ -23,7 +23,7 @@ private slots:
     void cleanup();
 
     void indexOfEveryPageIsItsValue();
-    void startAnimationGivesWayToTheListAfterItsTime();
+    void listReplacesTheStartAnimationAfterItsTime();
     void startAnimationHasNeitherMenuNorBackBar();
     void endOfTheStartChangesTheTitleBar();
     void listHasNoBackBar();
@@ -36,9 +36,9 @@ private slots:
     void pageThatDoesNotExistIsInTheHistory();
 
     void previewStartsAMomentAfterTheSettingsPage();
-    void previewDoesNotStartOnAPageThatTheUserHasGoneTo();
-    void everyPageChangeGivesThePreviewUp_data();
-    void everyPageChangeGivesThePreviewUp();
+    void previewDoesNotStartAfterTheUserHasLeftThePage();
+    void everyPageChangeStopsThePreview_data();
+    void everyPageChangeStopsThePreview();
 
     void backFromAboutReturnsToThePageBefore_data();
     void backFromAboutReturnsToThePageBefore();
@@ -69,7 +69,7 @@ void SorvantaHomeNavigationTest::init()
 
 void SorvantaHomeNavigationTest::cleanup()
 {
-    QCOMPARE(m_home->bench().hidapi().misuse(), QStringList());
+    QCOMPARE(m_home->cameras().hidapi().misuse(), QStringList());
     m_home.reset();
     m_log.reset();
 }
@@ -89,10 +89,10 @@ void SorvantaHomeNavigationTest::indexOfEveryPageIsItsValue()
     QCOMPARE(int(Pages::SettingPage), 4);
 }
 
-void SorvantaHomeNavigationTest::startAnimationGivesWayToTheListAfterItsTime()
+void SorvantaHomeNavigationTest::listReplacesTheStartAnimationAfterItsTime()
 {
     QElapsedTimer clock;
-    ShownHome* first = m_home.release(); // made before the clock starts: its time is not exact
+    ShownHome* first = m_home.release(); // created before the clock starts: its own time varies
     delete first;
     clock.start();
     m_home = std::make_unique<ShownHome>();
@@ -215,26 +215,26 @@ void SorvantaHomeNavigationTest::pageThatDoesNotExistIsInTheHistory()
 
 void SorvantaHomeNavigationTest::previewStartsAMomentAfterTheSettingsPage()
 {
-    CaptureScript& preview = m_home->bench().video().preview();
+    CaptureScript& preview = m_home->cameras().video().preview();
     m_home->window().showDeviceSettingPages(ShownHome::connectedCamera());
     QCOMPARE(PendingTimers::count(100), 1);
     QVERIFY(!preview.takeSteps().contains(QStringLiteral("run")));
     QTRY_VERIFY(preview.steps.contains(QStringLiteral("run")));
     QVERIFY(preview.steps.contains(
-        QStringLiteral("bindCaptureSource(%1)").arg(CameraBench::videoPath(0))));
+        QStringLiteral("bindCaptureSource(%1)").arg(ScriptedCameras::videoPath(0))));
 }
 
-void SorvantaHomeNavigationTest::previewDoesNotStartOnAPageThatTheUserHasGoneTo()
+void SorvantaHomeNavigationTest::previewDoesNotStartAfterTheUserHasLeftThePage()
 {
     m_home->window().showDeviceSettingPages(ShownHome::connectedCamera());
     m_home->window().showView(Pages::AboutUsPage);
-    CaptureScript& preview = m_home->bench().video().preview();
+    CaptureScript& preview = m_home->cameras().video().preview();
     preview.steps.clear();
     QVERIFY(PendingTimers::fire(100));
     QCOMPARE(preview.steps, QStringList());
 }
 
-void SorvantaHomeNavigationTest::everyPageChangeGivesThePreviewUp_data()
+void SorvantaHomeNavigationTest::everyPageChangeStopsThePreview_data()
 {
     QTest::addColumn<int>("page");
     QTest::newRow("list") << int(Pages::HomePage);
@@ -243,11 +243,11 @@ void SorvantaHomeNavigationTest::everyPageChangeGivesThePreviewUp_data()
     QTest::newRow("page that does not exist") << 7;
 }
 
-void SorvantaHomeNavigationTest::everyPageChangeGivesThePreviewUp()
+void SorvantaHomeNavigationTest::everyPageChangeStopsThePreview()
 {
     QFETCH(const int, page);
     QVERIFY(m_home->openSettings());
-    CaptureScript& preview = m_home->bench().video().preview();
+    CaptureScript& preview = m_home->cameras().video().preview();
     QVERIFY(preview.takeSteps().contains(QStringLiteral("run")));
     m_home->window().showView(static_cast<Pages::ViewPageEnum>(page));
     QVERIFY(preview.steps.contains(QStringLiteral("stop")));

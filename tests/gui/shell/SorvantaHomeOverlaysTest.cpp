@@ -1,5 +1,6 @@
 #include "MaskForm.h"
 #include "OnScreen.h"
+#include "OverlayImage.h"
 #include "PendingTimers.h"
 #include "Pointer.h"
 #include "ShownHome.h"
@@ -23,7 +24,7 @@ const QString kGridOn = QStringLiteral("image: url(:/images/bandengfeng.svg)");
 
 } // namespace
 
-/// What the main window shows over itself: the controls of the preview and the mask.
+/// The windows over the main window: the controls of the preview and the mask.
 class SorvantaHomeOverlaysTest : public QObject
 {
     Q_OBJECT
@@ -46,7 +47,7 @@ private slots:
     void areHiddenWhileTheWindowIsMinimized();
     void followAWindowThatIsMinimizedAndRestoredAtOnce();
     void areNotShownWhenAHiddenWindowChangesItsState();
-    void closingTheWindowTakesTheGridAway();
+    void closingTheWindowHidesTheGrid();
     void restoringShowsTheButtonsOnTheSettingsPage();
     void restoringAClosedPreviewShowsItsButtonOnly();
     void restoringAnotherPageShowsNone();
@@ -100,18 +101,17 @@ void SorvantaHomeOverlaysTest::areHiddenUntilThePreviewRuns()
     QVERIFY(PendingTimers::fire(ShownHome::kPreviewDelayMs));
     QCOMPARE(shown(), QStringLiteral("bp"));
     QVERIFY(previewButton()->isPreviewOpen());
-    QCOMPARE(gridButton()->labelStyle(), kGridOff);
-    QCOMPARE(previewButton()->labelStyle(), QStringLiteral("image: url(:/images/previewopen.svg)"));
+    QCOMPARE(imageStyle(gridButton()), kGridOff);
+    QCOMPARE(imageStyle(previewButton()), QStringLiteral("image: url(:/images/previewopen.svg)"));
 }
 
 void SorvantaHomeOverlaysTest::closedPreviewHasNoGridButton()
 {
-    m_home->bench().video().preview().failing = {QStringLiteral("run")};
+    m_home->cameras().video().preview().failing = {QStringLiteral("run")};
     QVERIFY(m_home->openSettings());
     QCOMPARE(shown(), QStringLiteral("p"));
     QVERIFY(!previewButton()->isPreviewOpen());
-    QCOMPARE(previewButton()->labelStyle(),
-             QStringLiteral("image: url(:/images/previewclose.svg)"));
+    QCOMPARE(imageStyle(previewButton()), QStringLiteral("image: url(:/images/previewclose.svg)"));
 }
 
 void SorvantaHomeOverlaysTest::keepTheirPlacesInTheWindow()
@@ -141,13 +141,13 @@ void SorvantaHomeOverlaysTest::clickOnTheGridButtonSwitchesTheGrid()
 {
     Pointer::clickAt(Pointer::middleOf(*gridButton()) - QPoint(8, 8));
     QTRY_COMPARE(shown(), QStringLiteral("gbp"));
-    QCOMPARE(gridButton()->labelStyle(), kGridOn);
+    QCOMPARE(imageStyle(gridButton()), kGridOn);
     QVERIFY(QTest::qWaitForWindowExposed(grid()));
-    QTest::qWait(100); // until the window manager has the button above the grid again
-    // Elsewhere on it, or the two would be a double click.
+    QTest::qWait(100); // until the window manager has raised the button above the grid again
+    // At another place on it, otherwise the two clicks would be a double click.
     Pointer::clickAt(Pointer::middleOf(*gridButton()) + QPoint(8, 8));
     QTRY_COMPARE(shown(), QStringLiteral("bp"));
-    QCOMPARE(gridButton()->labelStyle(), kGridOff);
+    QCOMPARE(imageStyle(gridButton()), kGridOff);
 }
 
 void SorvantaHomeOverlaysTest::buttonsLieOverTheGrid()
@@ -155,7 +155,7 @@ void SorvantaHomeOverlaysTest::buttonsLieOverTheGrid()
     clickGridButton();
     QVERIFY(QTest::qWaitForWindowExposed(grid()));
     QTest::qWait(50);
-    // The grid takes no clicks away from the buttons that it surrounds.
+    // The grid does not intercept clicks on the buttons inside it.
     Pointer::clickAt(Pointer::middleOf(*previewButton()));
     QTRY_VERIFY(!previewButton()->isPreviewOpen());
     QCOMPARE(shown(), QStringLiteral("p"));
@@ -177,7 +177,7 @@ void SorvantaHomeOverlaysTest::everyPageChangeHidesThem()
     QCOMPARE(shown(), QStringLiteral("gbp"));
     m_home->window().showView(static_cast<Pages::ViewPageEnum>(page));
     QCOMPARE(shown(), QString());
-    QCOMPARE(gridButton()->labelStyle(), kGridOff);
+    QCOMPARE(imageStyle(gridButton()), kGridOff);
 }
 
 void SorvantaHomeOverlaysTest::gridComesBackWithTheSettings()
@@ -188,7 +188,7 @@ void SorvantaHomeOverlaysTest::gridComesBackWithTheSettings()
     m_home->click("backBtn");
     QCOMPARE(m_home->page(), int(Pages::SettingPage));
     QVERIFY(grid()->isVisible());
-    QCOMPARE(gridButton()->labelStyle(), kGridOn);
+    QCOMPARE(imageStyle(gridButton()), kGridOn);
 }
 
 void SorvantaHomeOverlaysTest::gridIsForgottenOnTheList()
@@ -197,7 +197,7 @@ void SorvantaHomeOverlaysTest::gridIsForgottenOnTheList()
     m_home->window().showView(Pages::HomePage);
     QVERIFY(m_home->openSettings());
     QCOMPARE(shown(), QStringLiteral("bp"));
-    QCOMPARE(gridButton()->labelStyle(), kGridOff);
+    QCOMPARE(imageStyle(gridButton()), kGridOff);
 }
 
 void SorvantaHomeOverlaysTest::areHiddenWhileTheWindowIsMinimized()
@@ -206,11 +206,11 @@ void SorvantaHomeOverlaysTest::areHiddenWhileTheWindowIsMinimized()
     m_home->click("minimumBtn");
     QTRY_VERIFY(m_home->window().isMinimized());
     QTRY_COMPARE(shown(), QString());
-    // Asked back before the window manager has taken it down, the window would go after all.
+    // Restored before the window manager has minimized it, the window would still be minimized.
     QTRY_VERIFY(!m_home->window().windowHandle()->isExposed());
     m_home->window().showNormal();
     QTRY_COMPARE(shown(), QStringLiteral("gbp"));
-    QCOMPARE(gridButton()->labelStyle(), kGridOn);
+    QCOMPARE(imageStyle(gridButton()), kGridOn);
     QVERIFY(m_home->window().testAttribute(Qt::WA_Mapped));
     QTest::qWait(100);
     const QPoint origin = OnScreen::placeOf(m_home->window()).topLeft();
@@ -224,7 +224,7 @@ void SorvantaHomeOverlaysTest::followAWindowThatIsMinimizedAndRestoredAtOnce()
     for (int round = 0; round < 3; ++round) {
         m_home->click("minimumBtn");
         m_home->window().showNormal();
-        // Whichever of the two the window manager carries out last.
+        // The window manager may execute the two requests in any order.
         QTest::qWait(300);
         QCOMPARE(shown(), OnScreen::isShown(m_home->window()) ? QStringLiteral("gbp") : QString());
         m_home->window().showNormal();
@@ -243,18 +243,18 @@ void SorvantaHomeOverlaysTest::areNotShownWhenAHiddenWindowChangesItsState()
     QCOMPARE(shown(), QString());
 }
 
-void SorvantaHomeOverlaysTest::closingTheWindowTakesTheGridAway()
+void SorvantaHomeOverlaysTest::closingTheWindowHidesTheGrid()
 {
     clickGridButton();
     m_home->closeToTray();
     QVERIFY(m_home->window().isHidden());
     QCOMPARE(shown(), QString());
-    QCOMPARE(gridButton()->labelStyle(), kGridOff);
+    QCOMPARE(imageStyle(gridButton()), kGridOff);
     m_home->window().slotActivateWindow();
     QTRY_VERIFY(m_home->window().isVisible());
     QCOMPARE(m_home->page(), int(Pages::SettingPage));
     QTRY_COMPARE(shown(), QStringLiteral("bp"));
-    QCOMPARE(gridButton()->labelStyle(), kGridOff);
+    QCOMPARE(imageStyle(gridButton()), kGridOff);
 }
 
 void SorvantaHomeOverlaysTest::restoringShowsTheButtonsOnTheSettingsPage()

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Counts the key presses that come to an object.
+/// Counts the key presses that reach an object.
 class KeyCounter : public QObject
 {
 public:
@@ -237,6 +237,7 @@ void SorvantaHomeTitleTest::otherKeysInTheFrameAreNotLogged()
 
 void SorvantaHomeTitleTest::keysOfAControlOnAPageReachIt()
 {
+    m_home->cameras().answerAll();
     QVERIFY(m_home->openSettings());
     QTest::mouseClick(m_home->find<QPushButton>("btnCameraSetting"), Qt::LeftButton);
     auto* slider = m_home->find<QSlider>("brightSlider");
@@ -270,7 +271,8 @@ void SorvantaHomeTitleTest::doubleClickNotesA4kStream()
     QFETCH(const int, width);
     QFETCH(const int, height);
     QFETCH(const int, streaming);
-    m_home->bench().setStream(width, height, streaming);
+    m_home->cameras().answerAll();
+    m_home->cameras().setStream(width, height, streaming);
     QVERIFY(m_home->openSettings());
     m_log->clear();
     QTest::mouseDClick(m_home->find("titleWidget"), Qt::LeftButton, Qt::NoModifier, {180, 18});

@@ -115,7 +115,7 @@ void SorvantaHomeToastTest::newToastHasItsFullTime()
     m_home->window().showToast(QStringLiteral("first"));
     QTest::qWait(400);
     m_home->window().showToast(QStringLiteral("second"));
-    QTest::qWait(450); // the first one's time is over
+    QTest::qWait(450); // the time of the first toast is over
     QVERIFY(toasts().first()->isVisible());
     QTRY_VERIFY(!toasts().first()->isVisible());
 }

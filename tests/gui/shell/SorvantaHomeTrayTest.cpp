@@ -14,7 +14,7 @@
 
 using Pages = SvtaPagesView;
 
-/// The window's life in the system tray.
+/// The window and its icon in the system tray.
 class SorvantaHomeTrayTest : public QObject
 {
     Q_OBJECT
@@ -25,7 +25,7 @@ private slots:
 
     void iconIsInTheTrayFromTheStart();
     void menuHasOneEntry();
-    void showActionIsInNoMenu();
+    void showActionIsNotInTheMenu();
     void closingHidesTheWindow();
     void closingAMinimizedWindowHidesIt();
     void closingWithoutAnIconEndsTheProgram();
@@ -45,10 +45,11 @@ private slots:
 private:
     [[nodiscard]] QSystemTrayIcon* icon() const { return m_home->find<QSystemTrayIcon>(); }
     [[nodiscard]] SorvantaHome& window() const { return m_home->window(); }
-    /// Middle of the icon in the tray, once the tray has taken it.
+    /// The centre of the icon, after the tray has accepted it.
     [[nodiscard]] QPoint inTray() const
     {
-        QTest::qWait(QApplication::doubleClickInterval()); // since the last test's click
+        QTest::qWait(QApplication::doubleClickInterval()); // or it would be a double click with
+                                                           // that of the last test
         const auto isEmbedded = [this] { return icon()->geometry().width() > 4; };
         return QTest::qWaitFor(isEmbedded) ? icon()->geometry().center() : QPoint();
     }
@@ -86,7 +87,7 @@ void SorvantaHomeTrayTest::menuHasOneEntry()
         QVERIFY2(menu->styleSheet().contains(QLatin1String(part)), part);
 }
 
-void SorvantaHomeTrayTest::showActionIsInNoMenu()
+void SorvantaHomeTrayTest::showActionIsNotInTheMenu()
 {
     const auto actions = window().findChildren<QAction*>(QString(), Qt::FindDirectChildrenOnly);
     const auto show = std::find_if(actions.begin(), actions.end(), [](const QAction* action) {
@@ -192,7 +193,7 @@ void SorvantaHomeTrayTest::activationLeavesAShownWindowShown()
 {
     for (int round = 0; round < 3; ++round) {
         emit icon()->activated(QSystemTrayIcon::Trigger);
-        QTest::qWait(200); // time for the window manager to have it otherwise
+        QTest::qWait(200); // time for the window manager to restore it, which it must not
         QVERIFY(OnScreen::isShown(window()));
         QVERIFY(window().isVisible() && !window().isMinimized());
         QVERIFY(window().isActiveWindow());
@@ -236,7 +237,7 @@ void SorvantaHomeTrayTest::clickOnQuitInTheMenuEndsTheProgram()
     const QPoint place = inTray();
     QMenu* menu = icon()->contextMenu();
     bool opened = false;
-    QTimer::singleShot(0, this, [this, place, menu, &opened] {
+    QTimer::singleShot(0, this, [place, menu, &opened] {
         Pointer::clickAt(place, 3);
         opened = QTest::qWaitFor([menu] { return menu->isVisible(); });
         QTest::qWait(100);

@@ -1,5 +1,5 @@
 #include "LogCapture.h"
-#include "MaskForm.h"
+#include "MaskedDialog.h"
 #include "ShownHome.h"
 #include "SvtaParamNotSaveDialog.h"
 
@@ -9,7 +9,7 @@
 
 using Pages = SvtaPagesView;
 
-/// Leaving settings that were edited and not saved.
+/// Leaving the settings page with unsaved edits.
 class SorvantaHomeUnsavedTest : public QObject
 {
     Q_OBJECT
@@ -23,7 +23,7 @@ private slots:
     void leavingDiscardsAndReturnsToTheList();
     void questionComesAgainAfterItWasClosed();
     void informationPageIsOpenedWithoutAQuestion();
-    void quitForgetsWhatWasEdited();
+    void quitDiscardsTheEdits();
 
 private:
     [[nodiscard]] QWidget* question() const { return m_home->find<SvtaParamNotSaveDialog>(); }
@@ -65,7 +65,7 @@ void SorvantaHomeUnsavedTest::backAsksAndStaysOnThePage()
     QCOMPARE(m_home->page(), int(Pages::SettingPage));
     QVERIFY(question()->isModal());
     QVERIFY(mask()->isVisible());
-    QCOMPARE(mask()->watchedDialog(), question());
+    QCOMPARE(dialogOver(mask()), static_cast<const QDialog*>(question()));
     QVERIFY(m_log->contains(QStringLiteral("flag false")));
 }
 
@@ -112,7 +112,7 @@ void SorvantaHomeUnsavedTest::informationPageIsOpenedWithoutAQuestion()
     QVERIFY(!m_home->window().isSameData());
 }
 
-void SorvantaHomeUnsavedTest::quitForgetsWhatWasEdited()
+void SorvantaHomeUnsavedTest::quitDiscardsTheEdits()
 {
     m_home->window().slotShowMoreMenu();
     QTest::mouseClick(m_home->find<QPushButton>("btnQuit"), Qt::LeftButton);

@@ -12,8 +12,8 @@ class TerminationRequestTest : public QObject
 private slots:
     void signalBecomesARequest_data();
     void signalBecomesARequest();
-    void severalAtOnceAreOneRequestAtLeast();
-    void handlersAreGivenBack();
+    void severalSignalsMakeAtLeastOneRequest();
+    void handlersAreRestored();
 };
 
 void TerminationRequestTest::signalBecomesARequest_data()
@@ -30,13 +30,13 @@ void TerminationRequestTest::signalBecomesARequest()
     const TerminationRequest request;
     const QSignalSpy requested(&request, &TerminationRequest::requested);
     QCOMPARE(raise(number), 0);
-    QVERIFY(requested.isEmpty()); // not from within the handler
+    QVERIFY(requested.isEmpty()); // must not be emitted inside the handler
     QTRY_COMPARE(requested.size(), 1);
     QCOMPARE(raise(number), 0);
     QTRY_COMPARE(requested.size(), 2);
 }
 
-void TerminationRequestTest::severalAtOnceAreOneRequestAtLeast()
+void TerminationRequestTest::severalSignalsMakeAtLeastOneRequest()
 {
     const TerminationRequest request;
     const QSignalSpy requested(&request, &TerminationRequest::requested);
@@ -45,7 +45,7 @@ void TerminationRequestTest::severalAtOnceAreOneRequestAtLeast()
     QTRY_VERIFY(!requested.isEmpty());
 }
 
-void TerminationRequestTest::handlersAreGivenBack()
+void TerminationRequestTest::handlersAreRestored()
 {
     struct sigaction before = {};
     struct sigaction after = {};

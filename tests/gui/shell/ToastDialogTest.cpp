@@ -4,8 +4,9 @@
 
 #include <memory>
 #include <QElapsedTimer>
-#include <QFontMetrics>
+#include <QFontMetricsF>
 #include <QLabel>
+#include <QtMath>
 #include <QtTest>
 #include <vector>
 
@@ -15,7 +16,7 @@ constexpr QRect kParentPlace(300, 200, 361, 501);
 
 } // namespace
 
-/// A toast over a window of its own.
+/// A toast over a separate window.
 class ToastDialogTest : public QObject
 {
     Q_OBJECT
@@ -26,8 +27,9 @@ private slots:
 
     void isATranslucentToolWindowOnTop();
     void isShownForItsTime();
-    void runsFromStartToEnd();
+    void animationRunsFromStartToEnd();
     void shortTextDecidesTheWidth();
+    void textThatFitsStaysInOneLine();
     void longTextIsLimitedAndWraps();
     void liesInTheMiddleOfItsParent_data();
     void liesInTheMiddleOfItsParent();
@@ -42,7 +44,9 @@ private:
     }
     [[nodiscard]] int widthOf(const QString& text) const
     {
-        return QFontMetrics(label()->font()).horizontalAdvance(text);
+        const QFontMetricsF metrics(label()->font());
+        return qCeil(metrics.horizontalAdvance(text) +
+                     qMax(qreal(0), -metrics.rightBearing(text.back())));
     }
     void start(const QString& text)
     {
@@ -108,7 +112,7 @@ void ToastDialogTest::isShownForItsTime()
     }
 }
 
-void ToastDialogTest::runsFromStartToEnd()
+void ToastDialogTest::animationRunsFromStartToEnd()
 {
     QVERIFY(!m_toast->isRunning());
     m_toast->show();
@@ -128,6 +132,22 @@ void ToastDialogTest::shortTextDecidesTheWidth()
     QCOMPARE(label()->width(), widthOf(text));
     QCOMPARE(m_toast->width(), label()->width() + 64);
     QCOMPARE(m_toast->height(), label()->height() + 26);
+}
+
+/// Texts of many widths, whatever fraction of a pixel they end with.
+void ToastDialogTest::textThatFitsStaysInOneLine()
+{
+    start(QStringLiteral("A"));
+    const int oneLine = label()->height();
+    QString text;
+    for (const QChar next : QStringLiteral("Camera is in use by other app, try it again")) {
+        text += next;
+        if (next.isSpace())
+            continue;
+        start(text);
+        QVERIFY(label()->width() < 360);
+        QVERIFY2(label()->height() == oneLine, qPrintable(text));
+    }
 }
 
 void ToastDialogTest::longTextIsLimitedAndWraps()

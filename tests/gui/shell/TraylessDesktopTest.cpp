@@ -1,4 +1,4 @@
-#include "CameraBench.h"
+#include "ScriptedCameras.h"
 #include "SorvantaHome.h"
 
 #include <QApplication>
@@ -33,7 +33,7 @@ private:
 void TraylessDesktopTest::closingEndsTheProgram()
 {
     QVERIFY(!QSystemTrayIcon::isSystemTrayAvailable());
-    const CameraBench bench;
+    const ScriptedCameras cameras;
     SorvantaHome home;
     home.show();
     QVERIFY(QTest::qWaitForWindowExposed(&home));
@@ -44,7 +44,7 @@ void TraylessDesktopTest::closingEndsTheProgram()
 
 void TraylessDesktopTest::quitOfTheMenuEndsTheProgram()
 {
-    const CameraBench bench;
+    const ScriptedCameras cameras;
     SorvantaHome home;
     home.show();
     QVERIFY(QTest::qWaitForWindowExposed(&home));

@@ -8,7 +8,7 @@
 #include <QSignalSpy>
 #include <QtTest>
 
-/// Stands in for the desktop's browser.
+/// Replaces the desktop's browser.
 class Browser : public QObject
 {
     Q_OBJECT
@@ -33,7 +33,7 @@ private slots:
     void showsVersionAndHashCode();
     void laterVersionReplacesTheFirst();
     void logsTheBodyOfACheck();
-    void updateButtonAnswersEachTimeAndAsksNobody();
+    void updateButtonShowsTheToastAndSendsNoRequest();
     void linksOpenInTheBrowser();
 
 private:
@@ -86,12 +86,12 @@ void AboutPageTest::logsTheBodyOfACheck()
     const LogCapture log;
     page.setVersion(QStringLiteral("1\"2"));
     QCOMPARE(log.texts().size(), 1);
-    // Quoted by the log itself.
+    // The log adds these quotes.
     QVERIFY(log.texts().constFirst().contains(QStringLiteral("SCW")));
     QVERIFY(log.texts().constFirst().contains(QStringLiteral("1\\\"2")));
 }
 
-void AboutPageTest::updateButtonAnswersEachTimeAndAsksNobody()
+void AboutPageTest::updateButtonShowsTheToastAndSendsNoRequest()
 {
     const LocalService service;
     QVERIFY(service.isRunning());

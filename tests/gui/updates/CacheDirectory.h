@@ -6,8 +6,8 @@
 #include <QString>
 #include <QStringList>
 
-/// A cache location of the test's own, as long as this object exists. It is not made before
-/// somebody needs it, as on a new account.
+/// A separate cache location, as long as this object exists. It is not created before it is needed,
+/// as on a new account.
 class CacheDirectory
 {
 public:
@@ -16,7 +16,7 @@ public:
     [[nodiscard]] QString filePath(const QString& name) const;
     [[nodiscard]] QStringList files() const;
     [[nodiscard]] QByteArray contentOf(const QString& name) const;
-    /// Makes the directory with this file in it.
+    /// Creates the directory with this file in it.
     [[nodiscard]] bool put(const QString& name, const QByteArray& content) const;
 
 private:

@@ -16,7 +16,7 @@
 namespace {
 
 constexpr const char* kChild = "--main-window";
-constexpr int kPatienceMs = 30000;
+constexpr int kTimeoutMs = 30000;
 
 QString shownVersion(const QObject& parent)
 {
@@ -25,8 +25,8 @@ QString shownVersion(const QObject& parent)
 
 } // namespace
 
-/// What the program makes of the file beside it: this program is copied beside files of the test,
-/// makes the main window there, and tells the version that it shows and its log.
+/// The configuration file beside the program: this program is copied to a folder with a file of the
+/// test, creates the main window there, and prints the shown version and its log.
 class ConfigFileTest : public QObject
 {
     Q_OBJECT
@@ -40,7 +40,7 @@ private slots:
     void brokenFileLeavesThePlaceholder();
 
 private:
-    /// @param config what stands in the file; no file for null
+    /// @param config content of the file; null means no file
     bool start(const QByteArray& config);
 
     QString m_version;
@@ -71,7 +71,7 @@ bool ConfigFileTest::start(const QByteArray& config)
     file.close();
     QProcess process;
     process.start(program, {QLatin1String(kChild)});
-    if (!process.waitForFinished(kPatienceMs) || process.exitCode() != 0)
+    if (!process.waitForFinished(kTimeoutMs) || process.exitCode() != 0)
         return false;
     const QString said = QString::fromUtf8(process.readAllStandardOutput());
     m_version = said.section(QLatin1Char('\n'), 0, 0);

@@ -1,4 +1,5 @@
 #include "DeviceInfoPage.h"
+#include "HttpError.h"
 #include "LocalService.h"
 #include "LogCapture.h"
 #include "TestVendor.h"
@@ -8,7 +9,7 @@
 #include <QSignalSpy>
 #include <QtTest>
 
-/// Who the open camera is, and the question for newer firmware.
+/// Shows the identity of the open camera and asks for newer firmware.
 class DeviceInfoPageTest : public QObject
 {
     Q_OBJECT
@@ -17,17 +18,20 @@ private slots:
     void showsPlaceholdersBeforeACameraIsOpen();
     void showsTheCamera();
     void asksWithModelAndVersion();
-    void versionStandsInTheBodyAsItIs();
-    void emptyVersionIsAskedToo();
-    void upToDateIsToldByToast();
+    void versionIsInTheBodyUnchanged();
+    void emptyVersionIsSentToo();
+    void upToDateIsReportedByToast();
     void everyOtherAnswerIsAnOffer_data();
     void everyOtherAnswerIsAnOffer();
-    void failureIsToldByToast_data();
-    void failureIsToldByToast();
-    void serviceThatIsNotTrustedGetsNoQuestion();
-    void asksOneQuestionAtATime();
-    void asksNobodyInABuildWithoutAService();
-    void pageMayGoWhileItAsks();
+    void failureIsReportedByToast_data();
+    void failureIsReportedByToast();
+    void untrustedServiceReceivesNoRequest();
+    void sendsOneRequestAtATime();
+    void answerAboutAnEarlierCameraIsDropped_data();
+    void answerAboutAnEarlierCameraIsDropped();
+    void answerAboutTheSameCameraIsKept();
+    void buildWithoutAServiceSaysSoOnItsButton();
+    void canBeDestroyedDuringARequest();
 
 private:
     static DeviceWidgetInfo camera(const QString& version = QStringLiteral("1.0.5"))
@@ -90,7 +94,7 @@ void DeviceInfoPageTest::asksWithModelAndVersion()
     QCOMPARE(seen.body, QByteArray("{\"terminalType\":\"RQ-T47K\",\n\"version\":\"1.0.5\",\n}"));
 }
 
-void DeviceInfoPageTest::versionStandsInTheBodyAsItIs()
+void DeviceInfoPageTest::versionIsInTheBodyUnchanged()
 {
     LocalService service;
     QVERIFY(service.isRunning());
@@ -102,7 +106,7 @@ void DeviceInfoPageTest::versionStandsInTheBodyAsItIs()
              QByteArray("{\"terminalType\":\"RQ-T47K\",\n\"version\":\"1\"0\",\n}"));
 }
 
-void DeviceInfoPageTest::emptyVersionIsAskedToo()
+void DeviceInfoPageTest::emptyVersionIsSentToo()
 {
     LocalService service;
     QVERIFY(service.isRunning());
@@ -115,7 +119,7 @@ void DeviceInfoPageTest::emptyVersionIsAskedToo()
              QByteArray("{\"terminalType\":\"RQ-T47K\",\n\"version\":\"\",\n}"));
 }
 
-void DeviceInfoPageTest::upToDateIsToldByToast()
+void DeviceInfoPageTest::upToDateIsReportedByToast()
 {
     LocalService service;
     QVERIFY(service.isRunning());
@@ -163,7 +167,7 @@ void DeviceInfoPageTest::everyOtherAnswerIsAnOffer()
     QVERIFY(toast.isEmpty());
 }
 
-void DeviceInfoPageTest::failureIsToldByToast_data()
+void DeviceInfoPageTest::failureIsReportedByToast_data()
 {
     QTest::addColumn<QString>("fault");
     QTest::newRow("service down") << QString();
@@ -178,7 +182,7 @@ void DeviceInfoPageTest::failureIsToldByToast_data()
     QTest::newRow("expired") << QStringLiteral("certificate expired");
 }
 
-void DeviceInfoPageTest::failureIsToldByToast()
+void DeviceInfoPageTest::failureIsReportedByToast()
 {
     QFETCH(const QString, fault);
     LocalService service;
@@ -200,7 +204,7 @@ void DeviceInfoPageTest::failureIsToldByToast()
     QVERIFY(button(page)->isEnabled());
 }
 
-void DeviceInfoPageTest::serviceThatIsNotTrustedGetsNoQuestion()
+void DeviceInfoPageTest::untrustedServiceReceivesNoRequest()
 {
     LocalService service;
     QVERIFY(service.isRunning());
@@ -214,7 +218,7 @@ void DeviceInfoPageTest::serviceThatIsNotTrustedGetsNoQuestion()
     QCOMPARE(service->requests().size(), 0);
 }
 
-void DeviceInfoPageTest::asksOneQuestionAtATime()
+void DeviceInfoPageTest::sendsOneRequestAtATime()
 {
     LocalService service;
     QVERIFY(service.isRunning());
@@ -230,22 +234,75 @@ void DeviceInfoPageTest::asksOneQuestionAtATime()
     QCOMPARE(service.checks(), 1);
 }
 
-void DeviceInfoPageTest::asksNobodyInABuildWithoutAService()
+void DeviceInfoPageTest::answerAboutAnEarlierCameraIsDropped_data()
+{
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<QString>("fault");
+    QTest::newRow("offer") << QByteArray("{\"needUpgrade\":true}") << QString();
+    QTest::newRow("up to date") << QByteArray("{\"needUpgrade\":false}") << QString();
+    QTest::newRow("failure") << QByteArray("{}") << QStringLiteral("status 500");
+}
+
+void DeviceInfoPageTest::answerAboutAnEarlierCameraIsDropped()
+{
+    QFETCH(const QByteArray, answer);
+    QFETCH(const QString, fault);
+    LocalService service;
+    QVERIFY(service.isRunning());
+    service.answer(answer);
+    if (!fault.isEmpty())
+        QVERIFY(service->fault(fault));
+    DeviceInfoPage page;
+    const QSignalSpy toast(&page, &DeviceInfoPage::sigShowToast);
+    const QSignalSpy offer(&page, &DeviceInfoPage::sigSetDownloadData);
+    page.setProductInfo(camera());
+    const LogCapture log;
+    ask(page);
+    DeviceWidgetInfo other = camera();
+    other.sn = QStringLiteral("SVAA009500552");
+    page.setProductInfo(other);
+    QVERIFY(button(page)->isEnabled());
+    QTRY_VERIFY(log.contains(QString::number(Brivane::Cancelled)));
+    QTest::qWait(50);
+    QVERIFY(toast.isEmpty());
+    QVERIFY(offer.isEmpty());
+}
+
+void DeviceInfoPageTest::answerAboutTheSameCameraIsKept()
+{
+    LocalService service;
+    QVERIFY(service.isRunning());
+    service.answer("{\"needUpgrade\":true}");
+    DeviceInfoPage page;
+    const QSignalSpy offer(&page, &DeviceInfoPage::sigSetDownloadData);
+    page.setProductInfo(camera());
+    ask(page);
+    page.setProductInfo(camera());
+    QTRY_COMPARE(offer.size(), 1);
+}
+
+void DeviceInfoPageTest::buildWithoutAServiceSaysSoOnItsButton()
 {
     LocalService service;
     QVERIFY(service.isRunning());
     TestVendor::setUpdateBaseUrl(QStringLiteral("https://update.sorvanta.invalid"));
-    const LogCapture log;
     DeviceInfoPage page;
     const QSignalSpy toast(&page, &DeviceInfoPage::sigShowToast);
     page.setProductInfo(camera());
+    QVERIFY(!button(page)->isEnabled());
+    QCOMPARE(button(page)->text(), QStringLiteral("No update service"));
+    QVERIFY(button(page)->fontMetrics().horizontalAdvance(button(page)->text()) <
+            button(page)->width());
+    QCOMPARE(button(page)->toolTip(), QStringLiteral("This build has no update service."));
+    QCOMPARE(button(page)->accessibleDescription(), button(page)->toolTip());
     ask(page);
-    QCOMPARE(toast.size(), 1);
-    QCOMPARE(toast.at(0).at(0).toString(), QStringLiteral("Connecting… Please wait."));
-    QVERIFY(log.contains(QStringLiteral("slotNeedUpgrade")));
+    page.slotNeedUpgrade();
+    QTest::qWait(50);
+    QVERIFY(toast.isEmpty());
+    QCOMPARE(service.checks(), 0);
 }
 
-void DeviceInfoPageTest::pageMayGoWhileItAsks()
+void DeviceInfoPageTest::canBeDestroyedDuringARequest()
 {
     LocalService service;
     QVERIFY(service.isRunning());

@@ -26,7 +26,7 @@ LocalService::~LocalService()
     TestVendor::setChecksForApplicationUpdate(false);
 }
 
-/// Made once: keys take their time.
+/// Made once, because making keys takes time.
 CertificateKit* LocalService::certificates()
 {
     static const QTemporaryDir directory;

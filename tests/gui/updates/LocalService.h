@@ -7,8 +7,8 @@
 #include <QJsonObject>
 #include <QTemporaryDir>
 
-/// The update service that the program under test knows and trusts, on the test's own thread: it
-/// serves while the test waits for something.
+/// The update service to which the program under test connects. It runs on the test's own thread,
+/// while the test processes events.
 class LocalService
 {
 public:
@@ -20,12 +20,12 @@ public:
     [[nodiscard]] bool isRunning() const { return m_service && m_service->isListening(); }
     [[nodiscard]] updateservice::UpdateService* operator->() const { return m_service.get(); }
 
-    /// The check is answered with @p text from now on.
+    /// From now on checks are answered with @p text.
     void answer(const QByteArray& text);
     /// Serves @p content as a package of this name.
     /// @return the answer that offers it
     [[nodiscard]] QJsonObject offer(const QString& name, const QByteArray& content);
-    /// How many requests for this path have come.
+    /// The number of requests received for this path.
     [[nodiscard]] int requestsFor(const QByteArray& path) const;
     [[nodiscard]] int checks() const;
 

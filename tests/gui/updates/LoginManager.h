@@ -8,8 +8,8 @@
 #include <QObject>
 #include <QStringList>
 
-/// logind, as far as inhibitors go. Its locks are the write ends of pipes: whoever holds one keeps
-/// the pipe from being at its end.
+/// The part of logind that grants inhibitor locks. A lock is the write end of a pipe: while a
+/// process holds it, the read end reports no end of file.
 class LoginManager : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -25,9 +25,9 @@ public:
     void setBehaviour(Behaviour behaviour) { m_behaviour = behaviour; }
     /// What, who, why and mode of every request.
     [[nodiscard]] QList<QStringList> requests() const { return m_requests; }
-    /// Answers the request that it hesitated at.
+    /// Answers the request that was deferred.
     void grantNow();
-    /// Whether somebody holds the lock that was granted last.
+    /// Whether a process holds the last granted lock.
     [[nodiscard]] bool isHeld() const;
 
 public slots:

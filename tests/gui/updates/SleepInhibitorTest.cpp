@@ -9,15 +9,15 @@
 
 namespace {
 
-constexpr int kPatienceMs = 10000;
-constexpr int kAtOnceMs = 2000; // libraries give an answer twenty-five seconds
+constexpr int kTimeoutMs = 10000;
+constexpr int kAtOnceMs = 2000; // the library's own time-out is twenty-five seconds
 const QString kWhy = QStringLiteral("Firmware is written into a camera");
 const QString kRefused = QStringLiteral("the system may go to sleep:");
 
 } // namespace
 
-/// The inhibitor against a login manager of the test's own. The tests use one bus in turn: a
-/// program connects to the system's once.
+/// The inhibitor with a login manager of the test. All tests share one bus, because a program
+/// connects to the system bus only once.
 class SleepInhibitorTest : public QObject
 {
     Q_OBJECT
@@ -26,14 +26,14 @@ private slots:
     void initTestCase();
     void init();
     void cleanup();
-    void asksForWhatItNeeds();
-    void holdsTheLockUntilItsEnd();
-    void twoHoldALockEach();
+    void requestsTheRightInhibitor();
+    void holdsTheLockDuringItsLifetime();
+    void twoInhibitorsHoldTwoLocks();
     void refusalIsLogged();
     void doesNotWaitForTheAnswer();
-    void lockThatComesAfterItsEndIsGivenBack();
+    void lockGrantedAfterItsEndIsReleased();
     void missingLoginManagerIsLogged();
-    void busThatGoesAwayIsNoHarm();
+    void lostBusIsHarmless();
 
 private:
     [[nodiscard]] int refusals() const { return m_log->texts().filter(kRefused).size(); }
@@ -61,31 +61,31 @@ void SleepInhibitorTest::cleanup()
     m_manager.reset();
 }
 
-void SleepInhibitorTest::asksForWhatItNeeds()
+void SleepInhibitorTest::requestsTheRightInhibitor()
 {
     const SleepInhibitor inhibitor(kWhy);
-    QTRY_COMPARE_WITH_TIMEOUT(m_manager->requests().size(), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_manager->requests().size(), 1, kTimeoutMs);
     QCOMPARE(m_manager->requests().constFirst(),
              (QStringList{"idle:sleep", "MarvikTools", kWhy, "block"}));
 }
 
-void SleepInhibitorTest::holdsTheLockUntilItsEnd()
+void SleepInhibitorTest::holdsTheLockDuringItsLifetime()
 {
     auto inhibitor = std::make_unique<SleepInhibitor>(kWhy);
-    QTRY_VERIFY_WITH_TIMEOUT(m_manager->isHeld(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_manager->isHeld(), kTimeoutMs);
     QTest::qWait(200);
     QVERIFY(m_manager->isHeld());
     QCOMPARE(refusals(), 0);
     inhibitor.reset();
-    QTRY_VERIFY_WITH_TIMEOUT(!m_manager->isHeld(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_manager->isHeld(), kTimeoutMs);
 }
 
-void SleepInhibitorTest::twoHoldALockEach()
+void SleepInhibitorTest::twoInhibitorsHoldTwoLocks()
 {
     auto first = std::make_unique<SleepInhibitor>(kWhy);
-    QTRY_COMPARE_WITH_TIMEOUT(m_manager->requests().size(), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_manager->requests().size(), 1, kTimeoutMs);
     const SleepInhibitor second(kWhy);
-    QTRY_COMPARE_WITH_TIMEOUT(m_manager->requests().size(), 2, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_manager->requests().size(), 2, kTimeoutMs);
     first.reset();
     QTest::qWait(200);
     QVERIFY(m_manager->isHeld());
@@ -95,7 +95,7 @@ void SleepInhibitorTest::refusalIsLogged()
 {
     m_manager->setBehaviour(LoginManager::Refuse);
     const SleepInhibitor inhibitor(kWhy);
-    QTRY_COMPARE_WITH_TIMEOUT(refusals(), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(refusals(), 1, kTimeoutMs);
     QCOMPARE(m_log->texts().filter(QStringLiteral("not today")).size(), 1);
     QVERIFY(!m_manager->isHeld());
 }
@@ -107,21 +107,21 @@ void SleepInhibitorTest::doesNotWaitForTheAnswer()
     timer.start();
     const SleepInhibitor inhibitor(kWhy);
     QVERIFY(timer.elapsed() < kAtOnceMs);
-    QTRY_COMPARE_WITH_TIMEOUT(m_manager->requests().size(), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_manager->requests().size(), 1, kTimeoutMs);
     m_manager->grantNow();
-    // The test's own copy is gone when grantNow() has returned.
+    // The test has closed its own copy when grantNow() returns.
     QTest::qWait(200);
     QVERIFY(m_manager->isHeld());
 }
 
-void SleepInhibitorTest::lockThatComesAfterItsEndIsGivenBack()
+void SleepInhibitorTest::lockGrantedAfterItsEndIsReleased()
 {
     m_manager->setBehaviour(LoginManager::Hesitate);
     auto inhibitor = std::make_unique<SleepInhibitor>(kWhy);
-    QTRY_COMPARE_WITH_TIMEOUT(m_manager->requests().size(), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_manager->requests().size(), 1, kTimeoutMs);
     inhibitor.reset();
     m_manager->grantNow();
-    QTRY_VERIFY_WITH_TIMEOUT(!m_manager->isHeld(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_manager->isHeld(), kTimeoutMs);
     QCOMPARE(refusals(), 0);
 }
 
@@ -129,22 +129,22 @@ void SleepInhibitorTest::missingLoginManagerIsLogged()
 {
     m_manager.reset();
     const SleepInhibitor inhibitor(kWhy);
-    QTRY_COMPARE_WITH_TIMEOUT(refusals(), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(refusals(), 1, kTimeoutMs);
 }
 
 /// The last test: the program does not connect again.
-void SleepInhibitorTest::busThatGoesAwayIsNoHarm()
+void SleepInhibitorTest::lostBusIsHarmless()
 {
     auto inhibitor = std::make_unique<SleepInhibitor>(kWhy);
-    QTRY_VERIFY_WITH_TIMEOUT(m_manager->isHeld(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_manager->isHeld(), kTimeoutMs);
     m_bus.stop();
-    // The lock is the descriptor's and not the bus's.
+    // The descriptor holds the lock, not the connection to the bus.
     QTest::qWait(200);
     QVERIFY(m_manager->isHeld());
     inhibitor.reset();
-    QTRY_VERIFY_WITH_TIMEOUT(!m_manager->isHeld(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_manager->isHeld(), kTimeoutMs);
     const SleepInhibitor another(kWhy);
-    QTRY_COMPARE_WITH_TIMEOUT(refusals(), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(refusals(), 1, kTimeoutMs);
 }
 
 QTEST_GUILESS_MAIN(SleepInhibitorTest)

@@ -7,7 +7,7 @@
 #include "LoadingDialog.h"
 #include "LocalService.h"
 #include "LogCapture.h"
-#include "MaskForm.h"
+#include "MaskedDialog.h"
 #include "ShownHome.h"
 #include "SvtaDeviceWidget.h"
 #include "SvtaMessageDialog.h"
@@ -18,6 +18,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSettings>
+#include <QThreadPool>
 #include <QtTest>
 
 using Pages = SvtaPagesView;
@@ -54,27 +55,32 @@ private slots:
     void init();
     void cleanup();
 
-    void imageGoesIntoTheCamera();
+    void imageIsWrittenToTheCamera();
     void returningCameraEndsTheInstallation();
     void cameraThatCannotBeOpenedEndsItAtOnce();
+    void damagedPackageIsNotSent_data();
+    void damagedPackageIsNotSent();
     void failedTransferWaitsForTheLimit();
-    void loadingDialogIsNotTheUsersToClose();
+    void loadingDialogCannotBeClosedByTheUser();
     void cameraBeingWrittenIsNotAsked();
     void cameraBeingWrittenIsNotOpened();
     void otherCameraDoesNotEndTheInstallation();
     void cameraThatReturnsDuringTheTransferIsFree();
-    void secondInstallationHasToWait();
+    void secondInstallationIsRefusedDuringTheFirst();
     void quitLetsTheTransferEnd();
     void destructionLetsTheTransferEnd();
-    void removalStopsTheDownload();
+    void packageIsRemovedWhenTheUserGivesUp();
+    void packageIsRemovedForAnotherOne();
+    void applicationOfferWaitsForTheEndOfTheUpdate();
+    void unplugStopsTheDownload();
     void developersFileIsWrittenWithoutADialog();
     void withoutADevelopersFileNothingHappens();
 
 private:
-    [[nodiscard]] ScriptedHidapi& hidapi() const { return m_home->bench().hidapi(); }
-    /// Brings a package of the program's own making to the information page.
+    [[nodiscard]] ScriptedHidapi& hidapi() const { return m_home->cameras().hidapi(); }
+    /// Downloads a package of the test from the information page.
     void install(const QByteArray& image);
-    /// Frames with this command that the camera has received.
+    /// How many frames with this command the camera has received.
     [[nodiscard]] QList<QByteArray> received(std::uint16_t command) const
     {
         QList<QByteArray> frames;
@@ -99,13 +105,21 @@ private:
         return QTest::qWaitFor([this] { return !received(HidCommands::FirmwareEnd).isEmpty(); },
                                20000);
     }
+    /// Waits until the window knows that the transfer has ended, which is after its last handle is
+    /// closed.
+    static void passEndOfTransfer()
+    {
+        QThreadPool::globalInstance()->waitForDone();
+        QCoreApplication::processEvents();
+    }
     [[nodiscard]] QTimer* limit() const
     {
         return m_home->window().findChild<QTimer*>(QStringLiteral("updateTimer"));
     }
     void rebuildList(int status) const
     {
-        m_home->find<DeviceHomePage>()->slotUpdateCameraList(CameraBench::videoDevices(), status);
+        m_home->find<DeviceHomePage>()->slotUpdateCameraList(ScriptedCameras::videoDevices(),
+                                                             status);
     }
 
     std::unique_ptr<LogCapture> m_log;
@@ -122,8 +136,8 @@ void SorvantaHomeFirmwareTest::init()
     QVERIFY(m_service->isRunning());
     m_home = std::make_unique<ShownHome>(1);
     QVERIFY(m_home->isPlaced());
-    m_home->bench().setVersion(QByteArray::fromHex("010005"));
-    m_home->bench().setSerialNumber(kSerial);
+    m_home->cameras().setVersion(QByteArray::fromHex("010005"));
+    m_home->cameras().setSerialNumber(kSerial);
     for (const std::uint16_t command :
          {HidCommands::FirmwareStart, HidCommands::FirmwarePacket, HidCommands::FirmwareEnd})
         hidapi().respondTo(command, {});
@@ -153,7 +167,7 @@ void SorvantaHomeFirmwareTest::install(const QByteArray& image)
     QTRY_VERIFY(m_home->find<LoadingDialog>()->isVisible());
 }
 
-void SorvantaHomeFirmwareTest::imageGoesIntoTheCamera()
+void SorvantaHomeFirmwareTest::imageIsWrittenToTheCamera()
 {
     const QByteArray image = imageOf(5);
     install(image);
@@ -163,7 +177,7 @@ void SorvantaHomeFirmwareTest::imageGoesIntoTheCamera()
     QCOMPARE(limit()->interval(), kInstallLimitMs);
     const auto* mask = m_home->window().findChild<MaskForm*>({}, Qt::FindDirectChildrenOnly);
     QVERIFY(mask->isVisible());
-    QCOMPARE(mask->watchedDialog(), static_cast<const QDialog*>(m_home->find<LoadingDialog>()));
+    QCOMPARE(dialogOver(mask), static_cast<const QDialog*>(m_home->find<LoadingDialog>()));
     QCOMPARE(m_home->find<LoadingDialog>()->size(), QSize(278, 178));
 
     QVERIFY(transferEnds());
@@ -172,7 +186,7 @@ void SorvantaHomeFirmwareTest::imageGoesIntoTheCamera()
     QCOMPARE(receivedImage(), image);
     QVERIFY(m_log->contains(
         QStringLiteral("slotCameraUpdateFile \"%1\"").arg(m_cache->filePath("fw.bin"))));
-    // No handle is left that would keep the name of a camera that starts anew.
+    // No handle stays open, because that would keep the node name of the restarting camera.
     QTRY_COMPARE(hidapi().openHandles(), 0);
     QVERIFY(m_home->find<LoadingDialog>()->isVisible());
     QVERIFY(limit()->isActive());
@@ -182,23 +196,24 @@ void SorvantaHomeFirmwareTest::returningCameraEndsTheInstallation()
 {
     install(imageOf(2));
     QVERIFY(transferEnds());
-    QTRY_COMPARE(hidapi().openHandles(), 0);
-    m_home->bench().plugIn(0);
+    passEndOfTransfer();
+    m_home->cameras().plugIn(0);
     rebuildList(DeviceRemoved);
     QVERIFY(m_home->find<LoadingDialog>()->isVisible());
     QCOMPARE(m_home->page(), int(Pages::InfoPage));
-    m_home->bench().setVersion(QByteArray::fromHex("010006"));
-    m_home->bench().plugIn(1);
+    m_home->cameras().setVersion(QByteArray::fromHex("010006"));
+    m_home->cameras().plugIn(1);
     rebuildList(DevicePluggedIn);
     QVERIFY(!m_home->find<LoadingDialog>()->isVisible());
     QVERIFY(!limit()->isActive());
     QCOMPARE(m_home->page(), int(Pages::HomePage));
     QCOMPARE(m_home->toast(), QStringLiteral("Update Complete"));
+    QCOMPARE(m_cache->files(), QStringList());
 }
 
 void SorvantaHomeFirmwareTest::cameraThatCannotBeOpenedEndsItAtOnce()
 {
-    m_home->bench().refuse(0);
+    m_home->cameras().refuse(0);
     m_home->window().slotSetDownloadData(m_service->offer(QStringLiteral("fw.bin"), imageOf(2)),
                                          QStringLiteral("NOVA EDGE"));
     hidapi().forgetCalls();
@@ -213,6 +228,47 @@ void SorvantaHomeFirmwareTest::cameraThatCannotBeOpenedEndsItAtOnce()
     QVERIFY(hidapi().writtenFrames().isEmpty());
 }
 
+void SorvantaHomeFirmwareTest::damagedPackageIsNotSent_data()
+{
+    QTest::addColumn<QByteArray>("package");
+    QTest::addColumn<int>(
+        "left"); // bytes of the package that are still there afterwards; -1: no file
+    QTest::newRow("empty") << QByteArray() << 0;
+    QTest::newRow("too large") << QByteArray(8 * 1024 * 1024 + 1, 'x') << 8 * 1024 * 1024 + 1;
+    QTest::newRow("shorter") << imageOf(2) << 1010;
+    QTest::newRow("not readable") << imageOf(2) << -1;
+}
+
+void SorvantaHomeFirmwareTest::damagedPackageIsNotSent()
+{
+    QFETCH(const QByteArray, package);
+    QFETCH(const int, left);
+    m_home->window().slotSetDownloadData(m_service->offer(QStringLiteral("fw.bin"), package),
+                                         QStringLiteral("NOVA EDGE"));
+    hidapi().forgetCalls();
+    const QString path = m_cache->filePath(QStringLiteral("fw.bin"));
+    // On the networking library's thread, before the window hears of the package.
+    const auto damaged = connect(
+        m_home->find<Dialog>(), &Dialog::sigDownloadSuccessed, m_home->find<Dialog>(),
+        [path, left] {
+            if (left < 0)
+                QFile::remove(path);
+            else
+                QFile::resize(path, left);
+        },
+        Qt::DirectConnection);
+    m_home->find<Dialog>()->slotUpdate();
+    QTRY_VERIFY_WITH_TIMEOUT(m_home->find<SvtaMessageDialog>()->isVisible(), 30000);
+    QCOMPARE(
+        m_home->find<SvtaMessageDialog>()->findChild<QLabel*>(QStringLiteral("labMessage"))->text(),
+        QStringLiteral("Updating failed. Please try again."));
+    QVERIFY(!m_home->find<LoadingDialog>()->isVisible());
+    QVERIFY(!limit()->isActive());
+    QCOMPARE(hidapi().calls(), QStringList());
+    QCOMPARE(hidapi().openHandles(), 1); // the link of the pages
+    disconnect(damaged);
+}
+
 void SorvantaHomeFirmwareTest::failedTransferWaitsForTheLimit()
 {
     ScriptedReply refusal;
@@ -220,7 +276,7 @@ void SorvantaHomeFirmwareTest::failedTransferWaitsForTheLimit()
     hidapi().respondTo(HidCommands::FirmwareStart, refusal);
     install(imageOf(2));
     QTRY_COMPARE(received(HidCommands::FirmwareStart).size(), 3);
-    // The link to the camera is there again.
+    // The link to the camera is open again.
     QTRY_COMPARE(hidapi().openHandles(), 1);
     QVERIFY(received(HidCommands::FirmwareEnd).isEmpty());
     QVERIFY(m_home->find<LoadingDialog>()->isVisible());
@@ -231,9 +287,10 @@ void SorvantaHomeFirmwareTest::failedTransferWaitsForTheLimit()
     QCOMPARE(m_home->page(), int(Pages::HomePage));
     QCOMPARE(m_home->toast(), QStringLiteral("更新失败，请重试"));
     QVERIFY(m_log->contains(QStringLiteral("SorvantaHome::slotTimeout 1284 超时了")));
+    QCOMPARE(m_cache->files(), QStringList());
 }
 
-void SorvantaHomeFirmwareTest::loadingDialogIsNotTheUsersToClose()
+void SorvantaHomeFirmwareTest::loadingDialogCannotBeClosedByTheUser()
 {
     install(imageOf(2));
     m_home->find<LoadingDialog>()->close();
@@ -244,17 +301,17 @@ void SorvantaHomeFirmwareTest::loadingDialogIsNotTheUsersToClose()
 
 void SorvantaHomeFirmwareTest::cameraBeingWrittenIsNotAsked()
 {
-    m_home->bench().plugIn(2);
+    m_home->cameras().plugIn(2);
     rebuildList(DevicePluggedIn);
     install(imageOf(200));
     QTRY_VERIFY(!received(HidCommands::FirmwarePacket).isEmpty());
-    const QString busy = QStringLiteral("hid_open_path(%1)").arg(CameraBench::hidPath(0));
-    const QString other = QStringLiteral("hid_open_path(%1)").arg(CameraBench::hidPath(1));
+    const QString busy = QStringLiteral("hid_open_path(%1)").arg(ScriptedCameras::hidPath(0));
+    const QString other = QStringLiteral("hid_open_path(%1)").arg(ScriptedCameras::hidPath(1));
     const int otherBefore = hidapi().calls().count(other);
     QCOMPARE(hidapi().calls().count(busy), 1); // by the transfer
-    m_home->bench().setSerialNumber("SVAA009500552");
+    m_home->cameras().setSerialNumber("SVAA009500552");
     rebuildList(DevicePluggedIn);
-    m_home->bench().plugIn(3);
+    m_home->cameras().plugIn(3);
     rebuildList(DevicePluggedIn);
     QVERIFY(received(HidCommands::FirmwareEnd).isEmpty());
     QCOMPARE(hidapi().calls().count(busy), 1);
@@ -285,7 +342,8 @@ void SorvantaHomeFirmwareTest::cameraBeingWrittenIsNotOpened()
     QVERIFY(received(HidCommands::FirmwareVersion).isEmpty());
     QVERIFY(transferEnds());
     QCOMPARE(receivedImage(), imageOf(200));
-    QTRY_COMPARE(hidapi().openHandles(), 0);
+    passEndOfTransfer();
+    QCOMPARE(hidapi().openHandles(), 0);
     m_home->window().showDeviceSettingPages(ShownHome::connectedCamera());
     QCOMPARE(m_home->page(), int(Pages::SettingPage));
 }
@@ -294,8 +352,8 @@ void SorvantaHomeFirmwareTest::otherCameraDoesNotEndTheInstallation()
 {
     install(imageOf(100));
     QTRY_VERIFY(!received(HidCommands::FirmwarePacket).isEmpty());
-    m_home->bench().setSerialNumber("SVAA009500552");
-    m_home->bench().plugIn(2);
+    m_home->cameras().setSerialNumber("SVAA009500552");
+    m_home->cameras().plugIn(2);
     rebuildList(DevicePluggedIn);
     QVERIFY(received(HidCommands::FirmwareEnd).isEmpty());
     QVERIFY(m_home->find<LoadingDialog>()->isVisible());
@@ -308,17 +366,17 @@ void SorvantaHomeFirmwareTest::cameraThatReturnsDuringTheTransferIsFree()
 {
     install(imageOf(200));
     QTRY_VERIFY(!received(HidCommands::FirmwarePacket).isEmpty());
-    m_home->bench().plugIn(0);
+    m_home->cameras().plugIn(0);
     rebuildList(DeviceRemoved);
     QVERIFY(m_home->find<LoadingDialog>()->isVisible());
-    m_home->bench().plugIn(1);
+    m_home->cameras().plugIn(1);
     rebuildList(DevicePluggedIn);
     QVERIFY(!received(HidCommands::FirmwareVersion).isEmpty());
     QVERIFY(!m_home->find<LoadingDialog>()->isVisible());
     QVERIFY(m_home->find<SvtaMessageDialog>()->isVisible()); // the old version
 }
 
-void SorvantaHomeFirmwareTest::secondInstallationHasToWait()
+void SorvantaHomeFirmwareTest::secondInstallationIsRefusedDuringTheFirst()
 {
     install(imageOf(200));
     QTRY_VERIFY(!received(HidCommands::FirmwarePacket).isEmpty());
@@ -359,14 +417,72 @@ void SorvantaHomeFirmwareTest::destructionLetsTheTransferEnd()
     QVERIFY(!m_log->texts().filter(QStringLiteral("packNUm:100")).isEmpty());
 }
 
-void SorvantaHomeFirmwareTest::removalStopsTheDownload()
+void SorvantaHomeFirmwareTest::packageIsRemovedWhenTheUserGivesUp()
+{
+    install(imageOf(2));
+    QVERIFY(transferEnds());
+    passEndOfTransfer();
+    QCOMPARE(m_cache->files(), QStringList("fw.bin")); // until the camera is verified
+    m_home->cameras().plugIn(0);
+    rebuildList(DeviceRemoved);
+    m_home->cameras().plugIn(1);
+    rebuildList(DevicePluggedIn);
+    QVERIFY(m_home->find<SvtaMessageDialog>()->isVisible()); // the old version
+    m_home->find<SvtaMessageDialog>()->close();
+    QCOMPARE(m_cache->files(), QStringList());
+}
+
+void SorvantaHomeFirmwareTest::packageIsRemovedForAnotherOne()
+{
+    m_home->window().slotSetDownloadData(m_service->offer(QStringLiteral("fw.bin"), imageOf(2)),
+                                         QStringLiteral("NOVA EDGE"));
+    m_home->window().showView(Pages::SettingPage); // nothing is installed from here
+    m_home->find<Dialog>()->slotUpdate();
+    QTRY_COMPARE(m_cache->files(), QStringList("fw.bin"));
+    QTRY_COMPARE(m_home->find<Dialog>()->currentPage(), int(Dialog::OfferPage));
+    m_home->window().slotSetDownloadData(m_service->offer(QStringLiteral("fw2.bin"), imageOf(2)),
+                                         QStringLiteral("NOVA EDGE"));
+    m_home->find<Dialog>()->slotUpdate();
+    QTRY_COMPARE(m_cache->files(), QStringList("fw2.bin"));
+}
+
+void SorvantaHomeFirmwareTest::applicationOfferWaitsForTheEndOfTheUpdate()
+{
+    const QByteArray image = imageOf(60);
+    QVERIFY((*m_service)->fault(QStringLiteral("slow 60000")));
+    m_home->window().slotSetDownloadData(m_service->offer(QStringLiteral("fw.bin"), image),
+                                         QStringLiteral("NOVA EDGE"));
+    QSignalSpy progress(m_home->find<Dialog>(), &Dialog::sigSetProgress);
+    m_home->find<Dialog>()->slotUpdate();
+    QTRY_VERIFY(!progress.isEmpty());
+    m_home->window().slotSetUpdateData(
+        m_service->offer(QStringLiteral("setup.exe"), "MZ INSTALLER"));
+    const auto* title = m_home->find<Dialog>()->findChild<QLabel*>(QStringLiteral("labTitle"));
+    QCOMPARE(title->text(), QStringLiteral("NOVA EDGE"));
+
+    QTRY_VERIFY(m_home->find<LoadingDialog>()->isVisible());
+    QVERIFY(!m_home->find<Dialog>()->isVisible());
+    QTRY_VERIFY(!received(HidCommands::FirmwarePacket).isEmpty());
+    limit()->setInterval(1); // the list is shown while the camera is still being written
+    QTRY_COMPARE(m_home->page(), int(Pages::HomePage));
+    QVERIFY(received(HidCommands::FirmwareEnd).isEmpty());
+    QVERIFY(!m_home->find<Dialog>()->isVisible());
+    QVERIFY(transferEnds());
+    QCOMPARE(receivedImage(), image);
+    QTRY_VERIFY(m_home->find<Dialog>()->isVisible());
+    QCOMPARE(title->text(), QStringLiteral("MarvikTools V" MARVIK_VERSION));
+}
+
+void SorvantaHomeFirmwareTest::unplugStopsTheDownload()
 {
     m_home->window().slotSetDownloadData(m_service->offer(QStringLiteral("fw.bin"), imageOf(100)),
                                          QStringLiteral("NOVA EDGE"));
     QVERIFY((*m_service)->fault(QStringLiteral("slow 20000")));
     m_home->find<Dialog>()->slotUpdate();
-    QTRY_VERIFY(m_home->find<Dialog>()->findChild<QProgressBar*>() != nullptr);
-    m_home->bench().plugIn(0);
+    const auto* progress = m_home->find<Dialog>()->findChild<QProgressBar*>();
+    QTRY_VERIFY(progress->value() > 0);
+    QCOMPARE(m_home->find<Dialog>()->currentPage(), int(Dialog::DownloadPage));
+    m_home->cameras().plugIn(0);
     rebuildList(DeviceRemoved);
     QTRY_COMPARE(m_home->page(), int(Pages::HomePage));
     QTRY_VERIFY(!m_home->find<Dialog>()->isVisible());

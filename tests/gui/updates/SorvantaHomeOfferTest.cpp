@@ -2,7 +2,7 @@
 #include "LoadingDialog.h"
 #include "LocalService.h"
 #include "LogCapture.h"
-#include "MaskForm.h"
+#include "MaskedDialog.h"
 #include "PendingTimers.h"
 #include "ShownHome.h"
 #include "SvtaForceUpdateSecondDialog.h"
@@ -27,23 +27,30 @@ private slots:
     void init();
     void cleanup();
 
-    void firmwareOfferStandsUnderTheProductsName();
-    void normalOfferStandsUnderTheProgramsName();
-    void forcedOfferCanOnlyBeTakenOrTheProgramLeft();
-    void questionOfAForcedOfferCanBeTakenBack();
-    void offerBringsAHiddenWindowBack();
+    void firmwareOfferIsTitledWithTheProductsName();
+    void normalOfferIsTitledWithTheProgramsName();
+    void forcedOfferAllowsOnlyUpdateOrQuit();
+    void quitQuestionOfAForcedOfferCanBeCancelled();
+    void offerShowsAHiddenWindow();
     void failedDownloadAsks();
-    void failedForcedDownloadLeavesNoChoice();
+    void failedForcedDownloadHasOneButton();
     void laterTriesAgain();
     void retryGivesUp();
+    void closingTheFailureMessageGivesUp();
+    void failureMessageOfAForcedUpdateCannotBeClosed();
     void toastsOfThePagesAreShown();
 
-    void programAsksForItselfOnceTheListIsThere();
+    void applicationOfferWaitsForAPageOfTheProgram_data();
+    void applicationOfferWaitsForAPageOfTheProgram();
+    void firmwareOfferIsIgnoredDuringAnotherDownload();
+    void answerIsDroppedWhenThePageIsLeft();
+
+    void programChecksForItsUpdateWhenTheListIsShown();
     void programsOwnOfferIsShown();
-    void otherAnswersAboutTheProgramAreQuiet_data();
-    void otherAnswersAboutTheProgramAreQuiet();
-    void programDoesNotAskForItself_data();
-    void programDoesNotAskForItself();
+    void otherAnswersAboutTheProgramShowNothing_data();
+    void otherAnswersAboutTheProgramShowNothing();
+    void programDoesNotCheckForItsUpdate_data();
+    void programDoesNotCheckForItsUpdate();
 
 private:
     [[nodiscard]] QString title() const
@@ -63,8 +70,13 @@ private:
     }
     [[nodiscard]] const QDialog* masked() const
     {
-        const auto* mask = m_home->window().findChild<MaskForm*>({}, Qt::FindDirectChildrenOnly);
-        return mask->isVisible() ? mask->watchedDialog() : nullptr;
+        return dialogOver(m_home->window().findChild<MaskForm*>({}, Qt::FindDirectChildrenOnly));
+    }
+    /// Shows the list, on which the program's own offers are shown.
+    void showList()
+    {
+        PendingTimers::drop(ShownHome::kStartAnimationMs);
+        m_home->window().showView(Pages::HomePage);
     }
     void startAgain()
     {
@@ -96,7 +108,7 @@ void SorvantaHomeOfferTest::cleanup()
     m_log.reset();
 }
 
-void SorvantaHomeOfferTest::firmwareOfferStandsUnderTheProductsName()
+void SorvantaHomeOfferTest::firmwareOfferIsTitledWithTheProductsName()
 {
     m_service->answer("{\"needUpgrade\":true,\"details\":\"New\"}");
     PendingTimers::drop(ShownHome::kStartAnimationMs);
@@ -114,8 +126,9 @@ void SorvantaHomeOfferTest::firmwareOfferStandsUnderTheProductsName()
     QVERIFY(m_log->contains(QStringLiteral("emit sigSetDownloadData")));
 }
 
-void SorvantaHomeOfferTest::normalOfferStandsUnderTheProgramsName()
+void SorvantaHomeOfferTest::normalOfferIsTitledWithTheProgramsName()
 {
+    showList();
     m_home->window().slotSetUpdateData(m_service->offer(QStringLiteral("setup"), "x"));
     QVERIFY(m_home->find<Dialog>()->isVisible());
     QCOMPARE(masked(), static_cast<const QDialog*>(m_home->find<Dialog>()));
@@ -124,8 +137,9 @@ void SorvantaHomeOfferTest::normalOfferStandsUnderTheProgramsName()
     QVERIFY(button<Dialog>("btnPauseUpdate")->isVisible());
 }
 
-void SorvantaHomeOfferTest::forcedOfferCanOnlyBeTakenOrTheProgramLeft()
+void SorvantaHomeOfferTest::forcedOfferAllowsOnlyUpdateOrQuit()
 {
+    showList();
     m_home->window().slotForceUpdate(m_service->offer(QStringLiteral("setup"), "x"));
     QVERIFY(m_home->find<Dialog>()->isVisible());
     QCOMPARE(title(), QStringLiteral("MarvikTools V" MARVIK_VERSION));
@@ -150,8 +164,9 @@ void SorvantaHomeOfferTest::forcedOfferCanOnlyBeTakenOrTheProgramLeft()
     QVERIFY(quit);
 }
 
-void SorvantaHomeOfferTest::questionOfAForcedOfferCanBeTakenBack()
+void SorvantaHomeOfferTest::quitQuestionOfAForcedOfferCanBeCancelled()
 {
+    showList();
     m_home->window().slotForceUpdate(m_service->offer(QStringLiteral("setup"), "x"));
     for (int round = 0; round < 2; ++round) {
         QTest::mouseClick(button<Dialog>("btnClose"), Qt::LeftButton);
@@ -164,8 +179,9 @@ void SorvantaHomeOfferTest::questionOfAForcedOfferCanBeTakenBack()
              2);
 }
 
-void SorvantaHomeOfferTest::offerBringsAHiddenWindowBack()
+void SorvantaHomeOfferTest::offerShowsAHiddenWindow()
 {
+    showList();
     m_home->window().hide();
     m_home->window().slotSetUpdateData({});
     QVERIFY(m_home->window().isVisible());
@@ -176,6 +192,7 @@ void SorvantaHomeOfferTest::offerBringsAHiddenWindowBack()
 
 void SorvantaHomeOfferTest::failedDownloadAsks()
 {
+    showList();
     m_home->window().slotSetUpdateData(m_service->offer(QStringLiteral("setup"), "x"));
     (*m_service)->stop();
     QTest::mouseClick(button<Dialog>("btnUpdate"), Qt::LeftButton);
@@ -192,8 +209,9 @@ void SorvantaHomeOfferTest::failedDownloadAsks()
         QStringLiteral("Download failed"));
 }
 
-void SorvantaHomeOfferTest::failedForcedDownloadLeavesNoChoice()
+void SorvantaHomeOfferTest::failedForcedDownloadHasOneButton()
 {
+    showList();
     m_home->window().slotForceUpdate(m_service->offer(QStringLiteral("setup"), "x"));
     (*m_service)->stop();
     QTest::mouseClick(button<Dialog>("btnUpdate"), Qt::LeftButton);
@@ -207,6 +225,7 @@ void SorvantaHomeOfferTest::failedForcedDownloadLeavesNoChoice()
 
 void SorvantaHomeOfferTest::laterTriesAgain()
 {
+    showList();
     const QByteArray package(50000, 'p');
     m_home->window().slotSetUpdateData(m_service->offer(QStringLiteral("setup"), package));
     QVERIFY((*m_service)->fault(QStringLiteral("truncate 100")));
@@ -225,6 +244,7 @@ void SorvantaHomeOfferTest::laterTriesAgain()
 
 void SorvantaHomeOfferTest::retryGivesUp()
 {
+    showList();
     m_home->window().slotSetUpdateData(m_service->offer(QStringLiteral("setup"), "x"));
     (*m_service)->stop();
     QTest::mouseClick(button<Dialog>("btnUpdate"), Qt::LeftButton);
@@ -237,6 +257,32 @@ void SorvantaHomeOfferTest::retryGivesUp()
     QVERIFY(!masked());
     QTest::qWait(100);
     QCOMPARE((*m_service)->requests().size(), before);
+}
+
+void SorvantaHomeOfferTest::closingTheFailureMessageGivesUp()
+{
+    showList();
+    m_home->window().slotSetUpdateData(m_service->offer(QStringLiteral("setup"), "x"));
+    (*m_service)->stop();
+    QTest::mouseClick(button<Dialog>("btnUpdate"), Qt::LeftButton);
+    QTRY_VERIFY(m_home->find<SvtaMessageDialog>()->isVisible());
+    m_home->find<SvtaMessageDialog>()->close();
+    QVERIFY(!m_home->find<SvtaMessageDialog>()->isVisible());
+    QVERIFY(!m_home->find<Dialog>()->isVisible());
+    m_home->window().slotSetUpdateData(m_service->offer(QStringLiteral("setup"), "x"));
+    QVERIFY(m_home->find<Dialog>()->isVisible());
+    QCOMPARE(m_home->find<Dialog>()->currentPage(), int(Dialog::OfferPage));
+}
+
+void SorvantaHomeOfferTest::failureMessageOfAForcedUpdateCannotBeClosed()
+{
+    showList();
+    m_home->window().slotForceUpdate(m_service->offer(QStringLiteral("setup"), "x"));
+    (*m_service)->stop();
+    QTest::mouseClick(button<Dialog>("btnUpdate"), Qt::LeftButton);
+    QTRY_VERIFY(m_home->find<SvtaMessageDialog>()->isVisible());
+    m_home->find<SvtaMessageDialog>()->close();
+    QVERIFY(m_home->find<SvtaMessageDialog>()->isVisible());
 }
 
 void SorvantaHomeOfferTest::toastsOfThePagesAreShown()
@@ -255,7 +301,70 @@ void SorvantaHomeOfferTest::toastsOfThePagesAreShown()
     QCOMPARE(m_service->checks(), checks);
 }
 
-void SorvantaHomeOfferTest::programAsksForItselfOnceTheListIsThere()
+void SorvantaHomeOfferTest::applicationOfferWaitsForAPageOfTheProgram_data()
+{
+    QTest::addColumn<bool>("forced");
+    QTest::addColumn<int>("page");
+    QTest::addColumn<int>("shownOn");
+    QTest::newRow("settings") << false << int(Pages::SettingPage) << int(Pages::HomePage);
+    QTest::newRow("information") << false << int(Pages::InfoPage) << int(Pages::AboutUsPage);
+    QTest::newRow("forced") << true << int(Pages::InfoPage) << int(Pages::HomePage);
+}
+
+void SorvantaHomeOfferTest::applicationOfferWaitsForAPageOfTheProgram()
+{
+    QFETCH(const bool, forced);
+    QFETCH(const int, page);
+    QFETCH(const int, shownOn);
+    PendingTimers::drop(ShownHome::kStartAnimationMs);
+    m_home->window().showDeviceSettingPages(ShownHome::connectedCamera());
+    m_home->window().showView(static_cast<Pages::ViewPageEnum>(page));
+    const QJsonObject offer = m_service->offer(QStringLiteral("setup"), "x");
+    if (forced)
+        m_home->window().slotForceUpdate(offer);
+    else
+        m_home->window().slotSetUpdateData(offer);
+    QCoreApplication::processEvents();
+    QVERIFY(!m_home->find<Dialog>()->isVisible());
+
+    m_home->window().showView(static_cast<Pages::ViewPageEnum>(shownOn));
+    QVERIFY(m_home->find<Dialog>()->isVisible());
+    QCOMPARE(title(), QStringLiteral("MarvikTools V" MARVIK_VERSION));
+    QCOMPARE(button<Dialog>("btnClose")->isVisible(), forced);
+}
+
+void SorvantaHomeOfferTest::firmwareOfferIsIgnoredDuringAnotherDownload()
+{
+    showList();
+    const QByteArray package(50000, 'p');
+    m_home->window().slotSetUpdateData(m_service->offer(QStringLiteral("setup"), package));
+    QVERIFY((*m_service)->fault(QStringLiteral("slow 50000")));
+    QTest::mouseClick(button<Dialog>("btnUpdate"), Qt::LeftButton);
+    m_home->window().slotSetDownloadData(m_service->offer(QStringLiteral("fw.bin"), "y"),
+                                         QStringLiteral("NOVA EDGE"));
+    QCOMPARE(title(), QStringLiteral("MarvikTools V" MARVIK_VERSION));
+    QTRY_VERIFY(!m_home->find<Dialog>()->isVisible());
+    QCOMPARE(m_cache->contentOf(QStringLiteral("setup")), package);
+}
+
+void SorvantaHomeOfferTest::answerIsDroppedWhenThePageIsLeft()
+{
+    m_service->answer("{\"needUpgrade\":true}");
+    PendingTimers::drop(ShownHome::kStartAnimationMs);
+    m_home->window().showDeviceSettingPages(ShownHome::connectedCamera());
+    m_home->click("deviceInfoBtn");
+    m_home->click("btnUpgrade");
+    m_home->window().showView(Pages::HomePage);
+    m_home->window().showDeviceSettingPages(ShownHome::connectedCamera());
+    m_home->click("deviceInfoBtn");
+    QVERIFY(m_home->find<QPushButton>("btnUpgrade")->isEnabled());
+    QTest::qWait(200);
+    QVERIFY(!m_home->find<Dialog>()->isVisible());
+    m_home->click("btnUpgrade");
+    QTRY_VERIFY(m_home->find<Dialog>()->isVisible());
+}
+
+void SorvantaHomeOfferTest::programChecksForItsUpdateWhenTheListIsShown()
 {
     TestVendor::setChecksForApplicationUpdate(true);
     m_service->answer("{\"needUpgrade\":false}");
@@ -283,7 +392,7 @@ void SorvantaHomeOfferTest::programsOwnOfferIsShown()
     QVERIFY(button<Dialog>("btnClose")->isHidden());
 }
 
-void SorvantaHomeOfferTest::otherAnswersAboutTheProgramAreQuiet_data()
+void SorvantaHomeOfferTest::otherAnswersAboutTheProgramShowNothing_data()
 {
     QTest::addColumn<QByteArray>("answer");
     QTest::addColumn<QString>("fault");
@@ -295,7 +404,7 @@ void SorvantaHomeOfferTest::otherAnswersAboutTheProgramAreQuiet_data()
     QTest::newRow("error") << QByteArray("{\"needUpgrade\":true}") << QStringLiteral("status 500");
 }
 
-void SorvantaHomeOfferTest::otherAnswersAboutTheProgramAreQuiet()
+void SorvantaHomeOfferTest::otherAnswersAboutTheProgramShowNothing()
 {
     QFETCH(const QByteArray, answer);
     QFETCH(const QString, fault);
@@ -312,7 +421,7 @@ void SorvantaHomeOfferTest::otherAnswersAboutTheProgramAreQuiet()
     QCOMPARE(m_home->toast(), QString());
 }
 
-void SorvantaHomeOfferTest::programDoesNotAskForItself_data()
+void SorvantaHomeOfferTest::programDoesNotCheckForItsUpdate_data()
 {
     QTest::addColumn<bool>("checks");
     QTest::addColumn<QString>("address");
@@ -320,7 +429,7 @@ void SorvantaHomeOfferTest::programDoesNotAskForItself_data()
     QTest::newRow("no service") << true << QStringLiteral("https://update.sorvanta.invalid");
 }
 
-void SorvantaHomeOfferTest::programDoesNotAskForItself()
+void SorvantaHomeOfferTest::programDoesNotCheckForItsUpdate()
 {
     QFETCH(const bool, checks);
     QFETCH(const QString, address);

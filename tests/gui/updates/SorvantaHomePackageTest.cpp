@@ -13,7 +13,7 @@
 using Pages = SvtaPagesView;
 using Dialog = SvtaVersionUpdateDialog;
 
-/// What becomes of a package that is there: the page decides.
+/// A downloaded package: the current page decides what is done with it.
 class SorvantaHomePackageTest : public QObject
 {
     Q_OBJECT
@@ -24,6 +24,7 @@ private slots:
 
     void nothingIsInstalledFromThePage_data();
     void nothingIsInstalledFromThePage();
+    void packageIsNeverUsedAsTheOtherKind();
     void stoppedDownloadInstallsNothing();
     void installerIsStartedAndTheProgramEnds_data();
     void installerIsStartedAndTheProgramEnds();
@@ -37,9 +38,9 @@ private:
         return m_log->contains(QStringLiteral("ret = true")) ||
                m_log->contains(QStringLiteral("ret = false"));
     }
-    /// Downloads a package while a page is shown that installs nothing.
+    /// Downloads a package while the shown page installs nothing.
     void download(const QByteArray& content, const QString& name = TestInstaller::name());
-    /// Runs the program from the end of the download on.
+    /// Runs the event loop from the end of the download on.
     [[nodiscard]] bool endsTheProgram();
 
     std::unique_ptr<LogCapture> m_log;
@@ -69,7 +70,9 @@ void SorvantaHomePackageTest::cleanup()
 
 void SorvantaHomePackageTest::download(const QByteArray& content, const QString& name)
 {
+    m_home->window().showView(Pages::AboutUsPage);
     m_home->window().slotSetUpdateData(m_service->offer(name, content));
+    m_home->window().showView(Pages::SettingPage);
     QSignalSpy success(dialog(), &Dialog::sigDownloadSuccessed);
     dialog()->slotUpdate();
     QTRY_COMPARE(success.size(), 1);
@@ -106,8 +109,33 @@ void SorvantaHomePackageTest::nothingIsInstalledFromThePage()
     QVERIFY(!installerWasStarted());
     QVERIFY(m_log->texts().filter(QStringLiteral("slotCameraUpdateFile")).isEmpty());
     QVERIFY(!m_home->find<LoadingDialog>()->isVisible());
-    // The file waits where it is.
+    // The file stays where it is.
     QCOMPARE(m_cache->files(), QStringList(TestInstaller::name()));
+}
+
+void SorvantaHomePackageTest::packageIsNeverUsedAsTheOtherKind()
+{
+    download(TestInstaller::content());
+    m_home->window().showView(Pages::InfoPage);
+    m_home->cameras().hidapi().forgetCalls();
+    const QFile::Permissions permissions = QFile::permissions(dialog()->savePath());
+    QVERIFY(!endsTheProgram());
+    QCOMPARE(QFile::permissions(dialog()->savePath()), permissions);
+    QVERIFY(!m_home->find<LoadingDialog>()->isVisible());
+    QCOMPARE(m_home->cameras().hidapi().calls(), QStringList());
+
+    m_home->window().slotSetDownloadData(
+        m_service->offer(TestInstaller::name(), TestInstaller::content()), {});
+    m_home->window().showView(Pages::SettingPage);
+    QSignalSpy success(dialog(), &Dialog::sigDownloadSuccessed);
+    dialog()->slotUpdate();
+    QTRY_COMPARE(success.size(), 1);
+    QTRY_VERIFY(!dialog()->isVisible());
+    for (const auto page : {Pages::HomePage, Pages::AboutUsPage}) {
+        m_home->window().showView(page);
+        QVERIFY(!endsTheProgram());
+    }
+    QVERIFY(!installerWasStarted());
 }
 
 void SorvantaHomePackageTest::stoppedDownloadInstallsNothing()
@@ -132,8 +160,6 @@ void SorvantaHomePackageTest::installerIsStartedAndTheProgramEnds()
 {
     QFETCH(const int, page);
     download(TestInstaller::content());
-    QVERIFY(QFile::setPermissions(dialog()->savePath(),
-                                  QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
     m_home->window().showView(static_cast<Pages::ViewPageEnum>(page));
     m_log->clear();
     QVERIFY(endsTheProgram());

@@ -2,6 +2,7 @@
 #include "CacheDirectory.h"
 #include "LocalService.h"
 #include "LogCapture.h"
+#include "PackageFileName.h"
 
 #include <memory>
 #include <QLabel>
@@ -14,7 +15,7 @@ using Dialog = SvtaVersionUpdateDialog;
 
 namespace {
 
-/// Long enough for every stage of a download to be seen.
+/// Long enough to see every stage of a download.
 QByteArray longPackage()
 {
     QByteArray content;
@@ -37,24 +38,27 @@ private slots:
     void startsHiddenOnTheOffer();
     void showsAnOffer();
     void forcedOfferLeavesOnlyUpdateAndClose();
-    void textsOfTheServiceAreShownAsTheyAre();
+    void textsOfTheServiceAreShownUnchanged();
+    void longDetailsAreCut_data();
+    void longDetailsAreCut();
     void statusHasItsText();
     void progressIsShownInTheUnitOfThePackage();
 
     void downloadsIntoTheCacheDirectory();
     void startsFromAnEmptyFile();
     void addressWithoutAFileNameKeepsThePath();
+    void signedAddressIsDownloaded();
     void refusesNamesThatAreNotPlain_data();
     void refusesNamesThatAreNotPlain();
     void emptyOfferCannotBeDownloaded();
-    void failureIsToldOnce_data();
-    void failureIsToldOnce();
-    void secondPressAfterAFailureDownloadsAnew();
+    void failureIsReportedOnce_data();
+    void failureIsReportedOnce();
+    void secondPressAfterAFailureDownloadsAgain();
     void downloadsAgain();
     void stoppedDownloadStaysStopped();
-    void cancelOnTheOfferHidesAndTheDownloadGoesOn();
-    void windowManagersCloseIsThePagesCancel();
-    void mayGoInTheMiddleOfADownload();
+    void cancelOnTheOfferHidesTheDialogAndTheDownloadContinues();
+    void closingByTheWindowManagerCancels();
+    void canBeDestroyedDuringADownload();
 
 private:
     [[nodiscard]] QPushButton* button(const char* name) const
@@ -154,7 +158,7 @@ void SvtaVersionUpdateDialogTest::forcedOfferLeavesOnlyUpdateAndClose()
     QVERIFY(m_dialog->isVisible());
 }
 
-void SvtaVersionUpdateDialogTest::textsOfTheServiceAreShownAsTheyAre()
+void SvtaVersionUpdateDialogTest::textsOfTheServiceAreShownUnchanged()
 {
     m_dialog->setUpdateData({{QStringLiteral("details"), QStringLiteral("<h1>big</h1>")}},
                             QStringLiteral("<b>bold</b>"), QStringLiteral("N"));
@@ -164,6 +168,27 @@ void SvtaVersionUpdateDialogTest::textsOfTheServiceAreShownAsTheyAre()
     }
     QCOMPARE(text("labContent"), QStringLiteral("<h1>big</h1>"));
     QCOMPARE(text("labTitle"), QStringLiteral("<b>bold</b>"));
+}
+
+void SvtaVersionUpdateDialogTest::longDetailsAreCut_data()
+{
+    QTest::addColumn<QString>("character");
+    QTest::addColumn<int>("given");
+    QTest::addColumn<int>("shown");
+    QTest::newRow("at the limit") << QStringLiteral("n") << 65536 << 65536;
+    QTest::newRow("one more") << QStringLiteral("n") << 65537 << 65536;
+    QTest::newRow("a megabyte") << QStringLiteral("n") << (1 << 20) << 65536;
+    QTest::newRow("three bytes each") << QStringLiteral("固") << 30000 << 21845;
+    QTest::newRow("a pair each") << QStringLiteral("😀") << 30000 << 16384;
+}
+
+void SvtaVersionUpdateDialogTest::longDetailsAreCut()
+{
+    QFETCH(const QString, character);
+    QFETCH(const int, given);
+    QFETCH(const int, shown);
+    show({{QStringLiteral("details"), character.repeated(given)}});
+    QVERIFY(text("labContent") == character.repeated(shown));
 }
 
 void SvtaVersionUpdateDialogTest::statusHasItsText()
@@ -233,11 +258,29 @@ void SvtaVersionUpdateDialogTest::addressWithoutAFileNameKeepsThePath()
     QTRY_COMPARE(m_failure->size(), 1);
 }
 
+void SvtaVersionUpdateDialogTest::signedAddressIsDownloaded()
+{
+    const QByteArray package = longPackage();
+    QJsonObject offer = m_service->offer(QStringLiteral("fw.bin"), package);
+    const QString query = QStringLiteral("?sig=a%2Fb&expires=10:00");
+    offer[QStringLiteral("downLoadUrl")] =
+        offer.value(QStringLiteral("downLoadUrl")).toString() + query;
+    show(offer);
+    click("btnUpdate");
+    QTRY_COMPARE(m_success->size(), 1);
+    QVERIFY(m_failure->isEmpty());
+    QCOMPARE(m_cache->files(),
+             QStringList(PackageFileName::onDisk(QStringLiteral("fw.bin") + query)));
+    QFile saved(m_dialog->savePath());
+    QVERIFY(saved.open(QIODevice::ReadOnly));
+    QCOMPARE(saved.readAll(), package);
+}
+
 void SvtaVersionUpdateDialogTest::refusesNamesThatAreNotPlain_data()
 {
     QTest::addColumn<QString>("name");
-    for (const char* name : {"..", "..\\..\\evil.exe", "C:evil.exe", "fw.bin:stream", "CON",
-                             "nul.bin", "fw.bin.", "fw\n.bin", "?x=1"})
+    for (const char* name :
+         {"..", "..\\..\\evil.exe", "C:evil.exe", "CON", "nul.bin", "fw.bin.", "fw\n.bin"})
         QTest::newRow(name) << QString::fromLatin1(name);
     QTest::newRow("long") << QString(256, QLatin1Char('a'));
 }
@@ -270,7 +313,7 @@ void SvtaVersionUpdateDialogTest::emptyOfferCannotBeDownloaded()
     QVERIFY(!QFileInfo::exists(m_cache->path()));
 }
 
-void SvtaVersionUpdateDialogTest::failureIsToldOnce_data()
+void SvtaVersionUpdateDialogTest::failureIsReportedOnce_data()
 {
     QTest::addColumn<QString>("fault");
     QTest::newRow("service down") << QString();
@@ -281,7 +324,7 @@ void SvtaVersionUpdateDialogTest::failureIsToldOnce_data()
     QTest::newRow("self-signed") << QStringLiteral("certificate selfsigned");
 }
 
-void SvtaVersionUpdateDialogTest::failureIsToldOnce()
+void SvtaVersionUpdateDialogTest::failureIsReportedOnce()
 {
     QFETCH(const QString, fault);
     show(m_service->offer(QStringLiteral("fw.bin"), longPackage()));
@@ -298,7 +341,7 @@ void SvtaVersionUpdateDialogTest::failureIsToldOnce()
     QCOMPARE(m_cache->files(), QStringList());
 }
 
-void SvtaVersionUpdateDialogTest::secondPressAfterAFailureDownloadsAnew()
+void SvtaVersionUpdateDialogTest::secondPressAfterAFailureDownloadsAgain()
 {
     const QByteArray package = longPackage();
     show(m_service->offer(QStringLiteral("fw.bin"), package));
@@ -343,7 +386,7 @@ void SvtaVersionUpdateDialogTest::stoppedDownloadStaysStopped()
     QCOMPARE(m_dialog->currentPage(), int(Dialog::OfferPage));
     QVERIFY(m_dialog->isStopDownload());
     QCOMPARE(bar(), 0);
-    // The end of the request tells no failure: the progress goes back to nothing.
+    // The end of the request reports no failure: the progress returns to zero.
     QTRY_COMPARE(m_progress->constLast().at(0).toInt(), 0);
     QTest::qWait(100);
     QVERIFY(m_failure->isEmpty());
@@ -355,7 +398,7 @@ void SvtaVersionUpdateDialogTest::stoppedDownloadStaysStopped()
     QTRY_COMPARE(m_success->size(), 1);
 }
 
-void SvtaVersionUpdateDialogTest::cancelOnTheOfferHidesAndTheDownloadGoesOn()
+void SvtaVersionUpdateDialogTest::cancelOnTheOfferHidesTheDialogAndTheDownloadContinues()
 {
     show(m_service->offer(QStringLiteral("fw.bin"), longPackage()));
     QVERIFY((*m_service)->fault(QStringLiteral("slow 60000")));
@@ -370,7 +413,7 @@ void SvtaVersionUpdateDialogTest::cancelOnTheOfferHidesAndTheDownloadGoesOn()
     QVERIFY(m_progress->size() > before);
 }
 
-void SvtaVersionUpdateDialogTest::windowManagersCloseIsThePagesCancel()
+void SvtaVersionUpdateDialogTest::closingByTheWindowManagerCancels()
 {
     const QSignalSpy close(m_dialog.get(), &Dialog::sigShowCloseAppDialog);
     show(m_service->offer(QStringLiteral("fw.bin"), longPackage()));
@@ -392,7 +435,7 @@ void SvtaVersionUpdateDialogTest::windowManagersCloseIsThePagesCancel()
     QCOMPARE(close.size(), 1);
 }
 
-void SvtaVersionUpdateDialogTest::mayGoInTheMiddleOfADownload()
+void SvtaVersionUpdateDialogTest::canBeDestroyedDuringADownload()
 {
     show(m_service->offer(QStringLiteral("fw.bin"), longPackage()));
     QVERIFY((*m_service)->fault(QStringLiteral("slow 30000")));

@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr int kPatienceMs = 10000;
+constexpr int kTimeoutMs = 10000;
 const char* const kVariable = "DBUS_SYSTEM_BUS_ADDRESS";
 
 const char* const kConfiguration = R"(<busconfig>
@@ -33,7 +33,7 @@ SystemBus::SystemBus()
     m_daemon.start(QStandardPaths::findExecutable(QStringLiteral("dbus-daemon")),
                    {QStringLiteral("--config-file=") + configuration.fileName(),
                     QStringLiteral("--nofork"), QStringLiteral("--print-address")});
-    if (!m_daemon.waitForReadyRead(kPatienceMs))
+    if (!m_daemon.waitForReadyRead(kTimeoutMs))
         return;
     m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
     qputenv(kVariable, m_address.toUtf8());
@@ -48,6 +48,6 @@ SystemBus::~SystemBus()
 void SystemBus::stop()
 {
     m_daemon.terminate();
-    m_daemon.waitForFinished(kPatienceMs);
+    m_daemon.waitForFinished(kTimeoutMs);
     m_address.clear();
 }

@@ -4,8 +4,8 @@
 #include <QString>
 #include <QTemporaryDir>
 
-/// A message bus of the test's own that the program takes for the system's, as long as this object
-/// exists and no connection to the system bus was made before.
+/// A separate message bus that the program uses as the system bus, as long as this object exists
+/// and no connection to the system bus was made before.
 class SystemBus
 {
 public:

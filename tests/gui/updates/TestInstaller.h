@@ -3,13 +3,13 @@
 #include <QByteArray>
 #include <QString>
 
-/// A program of the platform that tells in a file beside it, "<name>.started", how it was started.
+/// A program that writes into a file beside it, "<name>.started", how it was started.
 namespace TestInstaller {
 
-/// Has a blank.
+/// The name contains a blank.
 [[nodiscard]] QString name();
 [[nodiscard]] QByteArray content();
-/// What the file says of a start by its name alone.
+/// The file's content after a start by name, without arguments.
 [[nodiscard]] QByteArray startedWithoutArguments();
 
 } // namespace TestInstaller

@@ -5,7 +5,7 @@
 
 #include <QByteArray>
 
-/// A transfer of five packets that a fault strikes.
+/// A transfer of five packets with a fault.
 class FaultyTransfer
 {
 public:
@@ -17,10 +17,11 @@ public:
     [[nodiscard]] int requests() const { return m_requests; }
     FirmwareCamera& camera() { return m_camera; }
 
-    /// What is wrong with what the camera has afterwards; empty when all is right: it has taken
-    /// nothing but the image's bytes in their order, and runs the new version exactly when it has
-    /// all of them and was told their end. Ends the camera's faults.
-    /// @param hasAll whether it should have all
+    /// Checks the camera after the transfer, and clears its faults. It must have received only
+    /// bytes of the image, in order, and must run the new version exactly when it has received all
+    /// of them and the end command.
+    /// @return what is wrong; empty when nothing is
+    /// @param hasAll whether it should have received all bytes
     [[nodiscard]] QByteArray complaint(bool hasAll);
 
 private:

@@ -1,7 +1,7 @@
 #include "FirmwareCamera.h"
 
 #include "core/Checksum.h"
-#include "core/FirmwareImage.h"
+#include "core/DeviceFirmware.h"
 #include "HidCommands.h"
 #include "UVCCamera.h"
 
@@ -21,8 +21,7 @@ std::uint16_t checksumOf(const QByteArray& bytes)
 
 } // namespace
 
-// A camera that leaves takes the answers along that nobody has read yet: a busy machine gets the
-// time to read them.
+// When a camera leaves, unread answers are lost: this gives a busy machine the time to read them.
 FirmwareCamera::FirmwareCamera()
     : m_camera({{"firmware", kOldVersion}, {"dropdelay", "250"}, {"returndelay", "30"}})
 {
@@ -33,7 +32,7 @@ FirmwareCamera::~FirmwareCamera() = default;
 QByteArray FirmwareCamera::image(int size)
 {
     std::mt19937 random(static_cast<std::mt19937::result_type>(size));
-    virtualcamera::FirmwareImage image;
+    virtualcamera::DeviceFirmware image;
     image.version = {1, 0, 6};
     image.payload.resize(static_cast<std::size_t>(std::max(size - kImageHeader, 0)));
     std::generate(image.payload.begin(), image.payload.end(),

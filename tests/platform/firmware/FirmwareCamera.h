@@ -7,7 +7,7 @@
 #include <QString>
 #include <QTemporaryDir>
 
-/// A virtual camera with firmware 1.0.5 that is quick to start anew, and images to write into it.
+/// A virtual camera with firmware 1.0.5 that restarts quickly, and images to write to it.
 class FirmwareCamera
 {
 public:
@@ -19,33 +19,33 @@ public:
     FirmwareCamera(const FirmwareCamera&) = delete;
     FirmwareCamera& operator=(const FirmwareCamera&) = delete;
 
-    /// Bytes of which no two packets are alike: an intact image of version 1.0.6, or, when @p size
-    /// is too small for one, what the camera takes but does not start.
+    /// An intact image of version 1.0.6 whose packets all differ. When @p size is too small for an
+    /// image: bytes that the camera accepts but does not run.
     [[nodiscard]] static QByteArray image(int size);
     /// @return the path of a new file with these bytes; empty when it cannot be written
     [[nodiscard]] QString file(const QByteArray& content) const;
 
-    /// Opens the camera as the program does, writes the file into it and closes it.
-    /// @return what UVCCamera::updateFile() says
+    /// Opens the camera as the program does, writes the file to it and closes it.
+    /// @return the result of UVCCamera::updateFile()
     [[nodiscard]] bool write(const QString& file);
 
     PluggedCamera& operator*() { return m_camera; }
     PluggedCamera* operator->() { return &m_camera; }
 
-    /// How many requests of this kind have reached the camera; of any kind without one.
+    /// How many requests of this kind have reached the camera; of all kinds without an argument.
     [[nodiscard]] int requests(int command);
     [[nodiscard]] int requests();
-    /// The bytes that the camera has taken, put together from its log; nothing when the camera
-    /// counts or sums up others.
+    /// The received bytes, from the camera's log; empty when the camera's own size or checksum
+    /// differs.
     [[nodiscard]] std::optional<QByteArray> received();
-    /// Whether the last packet has come, too.
+    /// Whether the last packet has arrived too.
     [[nodiscard]] bool hasAll() { return m_camera.firmware().complete; }
-    /// Whether it has carried the end command out; not for one that was pulled at it.
+    /// Whether it has executed the end command; false when it was unplugged at that command.
     [[nodiscard]] bool wasToldTheEnd();
-    /// Whether it starts anew by itself, as it does when it was told the end of the image.
+    /// Whether it restarts by itself, as it does after the end command.
     [[nodiscard]] bool startsAnew();
-    /// The version that runs after the camera was without power, and its faults are over. One that
-    /// starts anew has to have done so before.
+    /// The version that runs after a power cycle with all faults cleared. A restarting camera must
+    /// have returned before.
     [[nodiscard]] QString versionAfterRestart();
 
 private:

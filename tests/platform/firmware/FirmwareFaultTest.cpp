@@ -6,7 +6,7 @@
 
 namespace {
 
-/// What a busy machine may add to a transfer that nothing has to wait for.
+/// The time that a busy machine may add to a transfer without waits.
 constexpr qint64 kAtOnceMs = 2500;
 
 constexpr std::array<TransferFault::Scope, 3> kScopes{
@@ -25,8 +25,8 @@ constexpr std::array<Kind, 11> kKinds{{
     {"status 0x80000000", TransferFault::RefusedNotDone},
     {"readerror", TransferFault::LostDone},
     {"writeerror", TransferFault::LostNotDone},
-    // The device's answer says yes; its checksum and the length of a payload that none of these
-    // commands has are of no concern.
+    // The answer acknowledges; its checksum, and the length of a payload that none of these
+    // commands has, are not checked.
     {"badcrc", TransferFault::Acknowledged},
     {"oversize 65535", TransferFault::Acknowledged},
     {"oversize 1", TransferFault::Acknowledged},
@@ -36,13 +36,13 @@ constexpr std::array<Kind, 11> kKinds{{
 
 } // namespace
 
-/// A transfer against every way in which a camera can answer badly, at every step.
+/// A transfer with every kind of bad answer at every step.
 class FirmwareFaultTest : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void nothingIsWrongWithoutAFault();
+    void transferWithoutAFaultSucceeds();
     void badAnswer_data();
     void badAnswer();
     void staleReports_data();
@@ -51,11 +51,11 @@ private slots:
     void refusedStart();
     void refusedPacket_data();
     void refusedPacket();
-    void failedTransferIsFollowedByAGoodOne_data();
-    void failedTransferIsFollowedByAGoodOne();
+    void transferAfterAFailedOneSucceeds_data();
+    void transferAfterAFailedOneSucceeds();
 };
 
-void FirmwareFaultTest::nothingIsWrongWithoutAFault()
+void FirmwareFaultTest::transferWithoutAFaultSucceeds()
 {
     FaultyTransfer transfer({});
     QVERIFY(transfer.sent());
@@ -70,7 +70,7 @@ void FirmwareFaultTest::badAnswer_data()
     for (const Kind& kind : kKinds) {
         for (int at = TransferFault::kStart; at <= TransferFault::kEnd; ++at) {
             for (const TransferFault::Scope scope : kScopes) {
-                // What does no harm at all requests does none at one.
+                // A fault that is harmless at all requests is harmless at one.
                 if (kind.effect == TransferFault::Acknowledged &&
                     (at > TransferFault::kStart || scope != TransferFault::FromThenOn))
                     continue;
@@ -93,8 +93,8 @@ void FirmwareFaultTest::badAnswer()
     QCOMPARE(transfer.complaint(expected.cameraHasAll), QByteArray());
 }
 
-/// Old reports before an answer shift all answers that follow: each request finds that of the one
-/// before it, up to the end command, which tells an answer to a packet from its own.
+/// Old reports before an answer shift all later answers: each request reads the answer to the
+/// previous one. Only the end command detects that an answer to a packet is not its own.
 void FirmwareFaultTest::staleReports_data()
 {
     QTest::addColumn<QString>("fault");
@@ -161,7 +161,7 @@ void FirmwareFaultTest::refusedPacket_data()
     }
 }
 
-/// The answer to the sixth resend, the seventh send, does not count any more, even when it is the
+/// The answer to the sixth resend (the seventh send) is ignored, even when it is the
 /// acknowledgement.
 void FirmwareFaultTest::refusedPacket()
 {
@@ -169,19 +169,19 @@ void FirmwareFaultTest::refusedPacket()
     QFETCH(const int, times);
     const LogCapture log;
     FaultyTransfer transfer(QStringLiteral("nack-packet %1 %2").arg(packet).arg(times));
-    QVERIFY(transfer.sent()); // the end is acknowledged whatever became of the packets
+    QVERIFY(transfer.sent()); // the end is acknowledged even if packets failed
     const bool goesOn = times < 6;
     const int sends = std::min(times + 1, 7);
     QCOMPARE(transfer.camera().requests(0x4200),
              (goesOn ? TransferFault::kPackets : packet) - 1 + sends);
     QCOMPARE(transfer.camera().requests(0x4300), 1);
     QCOMPARE(log.texts().filter(QStringLiteral("retryCount:")).size(), sends - 1);
-    // At the last packet the camera has it with the seventh send, though the program gave up.
+    // At the last packet the camera accepts the seventh send, but the program has given up.
     const bool cameraHasAll = goesOn || (times == 6 && packet == TransferFault::kPackets);
     QCOMPARE(transfer.complaint(cameraHasAll), QByteArray());
 }
 
-void FirmwareFaultTest::failedTransferIsFollowedByAGoodOne_data()
+void FirmwareFaultTest::transferAfterAFailedOneSucceeds_data()
 {
     QTest::addColumn<QString>("fault");
     QTest::newRow("no start") << "status 1 cmd=0x4000";
@@ -189,7 +189,7 @@ void FirmwareFaultTest::failedTransferIsFollowedByAGoodOne_data()
     QTest::newRow("no end") << "status 1 cmd=0x4300";
 }
 
-void FirmwareFaultTest::failedTransferIsFollowedByAGoodOne()
+void FirmwareFaultTest::transferAfterAFailedOneSucceeds()
 {
     QFETCH(const QString, fault);
     FirmwareCamera camera;
@@ -197,7 +197,7 @@ void FirmwareFaultTest::failedTransferIsFollowedByAGoodOne()
     const QString file = camera.file(image);
     camera->fault(fault.toStdString());
     const bool sent = camera.write(file);
-    if (sent) // the end was acknowledged: it starts anew, with what it had before
+    if (sent) // the end was acknowledged: the camera restarts with its old version
         QVERIFY(camera.startsAnew());
     QCOMPARE(QString::fromStdString(camera->firmware().version),
              QString::fromLatin1(FirmwareCamera::kOldVersion));

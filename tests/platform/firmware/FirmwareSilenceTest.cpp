@@ -9,12 +9,12 @@ namespace {
 
 constexpr qint64 kControlTimeoutMs = 3000;
 constexpr qint64 kPacketTimeoutMs = 1000;
-/// What a busy machine may add.
+/// Additional time that a busy machine may need.
 constexpr qint64 kSlackMs = 2500;
 
 } // namespace
 
-/// A transfer into a camera that does not answer, or too late: it ends with its time limits.
+/// A transfer to a camera that does not answer in time: it ends by its time-outs.
 class FirmwareSilenceTest : public QObject
 {
     Q_OBJECT
@@ -26,8 +26,8 @@ private slots:
     void lateAnswerToTheStart();
     void lateAnswerToTheEnd_data();
     void lateAnswerToTheEnd();
-    void cameraThatLeavesIsNotWaitedFor_data();
-    void cameraThatLeavesIsNotWaitedFor();
+    void programDoesNotWaitForAnUnpluggedCamera_data();
+    void programDoesNotWaitForAnUnpluggedCamera();
 
 private:
     static void addRow(const TransferFault& fault)
@@ -55,7 +55,7 @@ void FirmwareSilenceTest::silence_data()
         addRow({late, Fault::LostDone, at, Fault::SameCommand});
     }
     addRow({silent, Fault::LostDone, Fault::kEnd, Fault::Once});
-    // Later than a packet may be, but not than a command may.
+    // Too late for a packet, but in time for a command.
     addRow({late, Fault::Acknowledged, Fault::kStart, Fault::Once});
     addRow({QStringLiteral("late 700 cmd=0x4200"), Fault::Acknowledged, Fault::kStart,
             Fault::FromThenOn});
@@ -78,14 +78,15 @@ void FirmwareSilenceTest::silence()
     QCOMPARE(transfer.complaint(expected.cameraHasAll), QByteArray());
 }
 
-/// The answer to one attempt comes while the program waits for that to the next.
+/// The answer to one attempt arrives while the program waits for the answer to the next.
 void FirmwareSilenceTest::lateAnswerToTheStart_data()
 {
     QTest::addColumn<QString>("fault");
     QTest::addColumn<bool>("sent");
     QTest::addColumn<int>("requests");
     QTest::newRow("start alone") << "late 3400 cmd=0x4000" << true << 8;
-    // The only packet is not acknowledged in time, and the end is given the second start's answer.
+    // The only packet is not acknowledged in time, and the end reads the answer to the second
+    // start.
     QTest::newRow("all") << "late 3400" << false << 4;
 }
 
@@ -102,7 +103,7 @@ void FirmwareSilenceTest::lateAnswerToTheStart()
     QCOMPARE(transfer.complaint(sent), QByteArray());
 }
 
-/// A camera that takes its time to start anew can be waited for.
+/// A camera that restarts slowly: the program waits for it.
 void FirmwareSilenceTest::lateAnswerToTheEnd_data()
 {
     QTest::addColumn<QString>("fault");
@@ -134,7 +135,7 @@ void FirmwareSilenceTest::lateAnswerToTheEnd()
     QCOMPARE(camera.versionAfterRestart(), QString::fromLatin1(FirmwareCamera::kNewVersion));
 }
 
-void FirmwareSilenceTest::cameraThatLeavesIsNotWaitedFor_data()
+void FirmwareSilenceTest::programDoesNotWaitForAnUnpluggedCamera_data()
 {
     QTest::addColumn<int>("at");
     QTest::newRow("start") << TransferFault::kStart;
@@ -142,12 +143,13 @@ void FirmwareSilenceTest::cameraThatLeavesIsNotWaitedFor_data()
     QTest::newRow("end") << TransferFault::kEnd;
 }
 
-void FirmwareSilenceTest::cameraThatLeavesIsNotWaitedFor()
+void FirmwareSilenceTest::programDoesNotWaitForAnUnpluggedCamera()
 {
     QFETCH(const int, at);
     FirmwareCamera camera;
     const QString file = camera.file(FirmwareCamera::image(1010 * TransferFault::kPackets));
-    // Silent from there on, and pulled while the program waits. A control socket is one thread's.
+    // Silent from there on, and unplugged while the program waits. A client may be used by one
+    // thread only.
     camera->setText("dropdelay", "4000");
     camera->fault("noreply from=" + std::to_string(at));
     PluggedCamera::Client client;

@@ -18,14 +18,14 @@ class FirmwareSizeTest : public QObject
     Q_OBJECT
 
 private slots:
-    void imageArrives_data();
-    void imageArrives();
-    void tooLargeAnImageIsNotSent();
+    void imageIsReceived_data();
+    void imageIsReceived();
+    void tooLargeImageIsNotSent();
     void missingImageIsNotSent();
-    void imageBelowAChinesePathArrives();
+    void imageInAFolderWithAChineseNameIsReceived();
 };
 
-void FirmwareSizeTest::imageArrives_data()
+void FirmwareSizeTest::imageIsReceived_data()
 {
     QTest::addColumn<int>("size");
     QTest::addColumn<int>("packets");
@@ -36,13 +36,13 @@ void FirmwareSizeTest::imageArrives_data()
     QTest::newRow("one more than a packet") << kFullPacket + 1 << 2;
     QTest::newRow("two packets") << 2 * kFullPacket << 2;
     QTest::newRow("one more than two packets") << 2 * kFullPacket + 1 << 3;
-    // Beyond the numbers that fit into one byte.
+    // Packet numbers above one byte.
     QTest::newRow("many packets") << 300 * kFullPacket - 3 << 300;
-    // A minute and a half, for each packet is 10 ms apart from the one before.
+    // Takes a minute and a half, because packets are 10 ms apart.
     QTest::newRow("largest image") << kLargest << (kLargest + kFullPacket - 1) / kFullPacket;
 }
 
-void FirmwareSizeTest::imageArrives()
+void FirmwareSizeTest::imageIsReceived()
 {
     QFETCH(const int, size);
     QFETCH(const int, packets);
@@ -68,18 +68,18 @@ void FirmwareSizeTest::imageArrives()
     QCOMPARE(camera.requests(), packets + 2);
     QCOMPARE(camera.hasAll(), packets > 0);
     QVERIFY(camera.startsAnew());
-    // A byte or none is no firmware.
+    // One byte or an empty file is no firmware.
     QCOMPARE(
         camera.versionAfterRestart(),
         QString::fromLatin1(size > 1 ? FirmwareCamera::kNewVersion : FirmwareCamera::kOldVersion));
 }
 
-void FirmwareSizeTest::tooLargeAnImageIsNotSent()
+void FirmwareSizeTest::tooLargeImageIsNotSent()
 {
     FirmwareCamera camera;
     QFile large(camera.file({}));
     QVERIFY(large.resize(kLargest + 1));
-    // The device gets start and end, and finds that it has nothing.
+    // The device receives start and end, and detects that it has no image.
     QVERIFY(camera.write(large.fileName()));
     QCOMPARE(camera.requests(HidCommands::FirmwarePacket), 0);
     QCOMPARE(camera.requests(), 2);
@@ -102,7 +102,7 @@ void FirmwareSizeTest::missingImageIsNotSent()
     QCOMPARE(camera.versionAfterRestart(), QString::fromLatin1(FirmwareCamera::kOldVersion));
 }
 
-void FirmwareSizeTest::imageBelowAChinesePathArrives()
+void FirmwareSizeTest::imageInAFolderWithAChineseNameIsReceived()
 {
     FirmwareCamera camera;
     const QByteArray image = FirmwareCamera::image(5000);

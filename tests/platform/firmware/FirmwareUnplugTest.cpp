@@ -5,12 +5,12 @@
 
 namespace {
 
-/// What a busy machine may take until it sees that the camera is gone.
+/// The time that a busy machine may need to notice the removal.
 constexpr qint64 kAtOnceMs = 2500;
 
 } // namespace
 
-/// A camera that is pulled at some request of a transfer.
+/// A camera that is unplugged at a request of a transfer.
 class FirmwareUnplugTest : public QObject
 {
     Q_OBJECT
@@ -18,8 +18,8 @@ class FirmwareUnplugTest : public QObject
 private slots:
     void cameraKeepsItsFirmware_data() { addSteps(); }
     void cameraKeepsItsFirmware();
-    void cameraThatIsBackNeedsANewHandle_data() { addSteps(); }
-    void cameraThatIsBackNeedsANewHandle();
+    void returnedCameraNeedsANewHandle_data() { addSteps(); }
+    void returnedCameraNeedsANewHandle();
 
 private:
     static void addSteps()
@@ -39,7 +39,7 @@ void FirmwareUnplugTest::cameraKeepsItsFirmware()
     QVERIFY2(transfer.elapsedMs() < kAtOnceMs,
              QByteArray::number(transfer.elapsedMs()).constData());
     QCOMPARE(transfer.complaint(false), QByteArray());
-    // Nothing is left of it: the next attempt succeeds.
+    // The fault has no later effect: the next attempt succeeds.
     const QByteArray image = FirmwareCamera::image(2500);
     transfer.camera()->forgetRequests();
     QVERIFY(transfer.camera().write(transfer.camera().file(image)));
@@ -50,8 +50,8 @@ void FirmwareUnplugTest::cameraKeepsItsFirmware()
              QString::fromLatin1(FirmwareCamera::kNewVersion));
 }
 
-/// For who holds a handle of before, a camera that is back is another one.
-void FirmwareUnplugTest::cameraThatIsBackNeedsANewHandle()
+/// A handle from before the replug does not reach the camera that has returned.
+void FirmwareUnplugTest::returnedCameraNeedsANewHandle()
 {
     QFETCH(const int, at);
     FirmwareCamera camera;

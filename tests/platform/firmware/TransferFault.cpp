@@ -3,7 +3,7 @@
 namespace {
 
 constexpr int kStartAttempts = 3;
-constexpr int kSends = 7; // of a packet that is never acknowledged
+constexpr int kSends = 7; // number of sends of a packet that is never acknowledged
 
 } // namespace
 
@@ -46,14 +46,14 @@ TransferFault::Outcome TransferFault::outcome() const
     }
     if (at == kEnd) {
         outcome.sent = false;
-        outcome.cameraHasAll = done; // and starts anew: nobody waits for its answer any longer
+        outcome.cameraHasAll = done; // and restarts: the program no longer waits for its answer
         return outcome;
     }
     if (scope == Once && !lost) {
         outcome.requests = kEnd + 1; // it is sent again
         return outcome;
     }
-    // The packets end there; the end command is sent all the same.
+    // No further packet is sent, but the end command is.
     outcome.requests = at - 1 + (lost ? 1 : kSends) + 1;
     outcome.lostPackets = lost ? 1 : 0;
     outcome.sent = scope != FromThenOn;

@@ -2,27 +2,27 @@
 
 #include <QString>
 
-/// One way in which a camera fails in a transfer, and what becomes of it. The image has five
-/// packets, so an undisturbed transfer is seven requests: start, packets, end.
+/// One fault of a camera in a transfer, and the expected outcome. The image has five packets, so a
+/// transfer without faults has seven requests: start, packets, end.
 struct TransferFault
 {
     static constexpr int kPackets = 5;
     static constexpr int kStart = 1;
     static constexpr int kEnd = kPackets + 2;
 
-    /// What the program sees of an answer, and whether the camera did what it was asked for.
+    /// How the program sees the answer, and whether the camera executed the request.
     enum Effect { Acknowledged, RefusedNotDone, RefusedDone, LostNotDone, LostDone };
-    /// Which requests are struck: one, it and all of its kind that follow, or it and all that
-    /// follow.
+    /// Which requests have the fault: one, it and all later ones of its kind, or it and all later
+    /// ones.
     enum Scope { Once, SameCommand, FromThenOn };
 
     struct Outcome
     {
-        bool sent = true;         ///< what the transfer says
-        int requests = kEnd;      ///< that reach the camera
-        int lostControls = 0;     ///< commands that the program waits three seconds for
-        int lostPackets = 0;      ///< packets that it waits one second for
-        bool cameraHasAll = true; ///< the camera has the image and was told its end
+        bool sent = true;         ///< the result of the transfer
+        int requests = kEnd;      ///< requests that reach the camera
+        int lostControls = 0;     ///< commands whose answer times out after three seconds
+        int lostPackets = 0;      ///< packets whose answer times out after one second
+        bool cameraHasAll = true; ///< the camera has received the image and the end command
     };
 
     QString name; ///< of the virtual camera's fault, with arguments
@@ -30,9 +30,9 @@ struct TransferFault
     int at = kStart; ///< number of the request
     Scope scope = Once;
 
-    /// For the virtual camera.
+    /// The fault's text for the virtual camera.
     [[nodiscard]] QString request() const;
-    /// For a row of test data.
+    /// The name of the row of test data.
     [[nodiscard]] QString title() const;
     [[nodiscard]] Outcome outcome() const;
 };

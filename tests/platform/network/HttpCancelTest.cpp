@@ -22,7 +22,7 @@ protected:
         EXPECT_EQ(outcome.end().text, "The request was cancelled.");
     }
 
-    /// Sends requests that never end by themselves.
+    /// Sends requests that the service never answers.
     std::vector<Outcome> sendStalled(std::size_t count)
     {
         m_service->fault("stall head");
@@ -59,9 +59,7 @@ TEST_F(HttpCancelTest, BeforeItWasSent)
 TEST_F(HttpCancelTest, RightAfterItWasSent)
 {
     const auto request = check();
-    Outcome outcome;
-    outcome.listenTo(*request);
-    send(request);
+    const Outcome outcome = begin(request);
     request->cancel();
     expectCancelled(outcome);
 }
@@ -70,9 +68,7 @@ TEST_F(HttpCancelTest, Twice)
 {
     const auto request = check();
     m_service->fault("stall head");
-    Outcome outcome;
-    outcome.listenTo(*request);
-    send(request);
+    const Outcome outcome = begin(request);
     request->cancel();
     request->cancel();
     expectCancelled(outcome);
@@ -131,9 +127,7 @@ TEST_P(HttpCancelStageTest, EndsARequestThatHangs)
 {
     ASSERT_TRUE(m_service->fault(GetParam()));
     const auto request = check();
-    Outcome outcome;
-    outcome.listenTo(*request);
-    send(request);
+    const Outcome outcome = begin(request);
     serveForAWhile();
     EXPECT_FALSE(outcome.ended());
     request->cancel();
@@ -142,20 +136,6 @@ TEST_P(HttpCancelStageTest, EndsARequestThatHangs)
 
 INSTANTIATE_TEST_SUITE_P(All, HttpCancelStageTest,
                          ::testing::Values("stall handshake", "stall head", "stall body 5"));
-
-TEST_F(HttpCancelTest, WhileItWaitsItsTurn)
-{
-    const std::vector<Outcome> stalled =
-        sendStalled(static_cast<std::size_t>(CHttpClient::kMaxParallelRequests));
-    const auto request = check();
-    Outcome outcome;
-    outcome.listenTo(*request);
-    send(request);
-    request->cancel();
-    expectCancelled(outcome);
-    for (const Outcome& other : stalled)
-        EXPECT_FALSE(other.ended());
-}
 
 TEST_F(HttpCancelTest, FromInsideProgress)
 {
@@ -169,7 +149,7 @@ TEST_F(HttpCancelTest, FromInsideProgress)
         });
         send(request);
         expectCancelled(outcome);
-        // No other follows the one that cancels.
+        // No progress is reported after the callback that cancels.
         EXPECT_GE(outcome.told().progress.back(), at);
         EXPECT_TRUE(outcome.told().progress.size() == 1 ||
                     outcome.told().progress.at(outcome.told().progress.size() - 2) < at);
@@ -184,7 +164,7 @@ TEST_F(HttpCancelTest, AfterTheEndDoesNothing)
     request->cancel();
     serveForAWhile();
     EXPECT_EQ(outcome.code(), 0);
-    // It may be sent anew.
+    // It may be sent again.
     const auto again = std::make_shared<STHTTPRequest>(*request);
     EXPECT_EQ(run(again).code(), 0);
 }
@@ -212,9 +192,7 @@ TEST_F(HttpCancelTest, AtAnyMomentThereIsOneEnd)
     int complete = 0;
     for (int round = 0; round < 60; ++round) {
         const auto request = check();
-        Outcome outcome;
-        outcome.listenTo(*request);
-        send(request);
+        const Outcome outcome = begin(request);
         std::thread canceller([request, round] {
             std::this_thread::sleep_for(std::chrono::microseconds(round * 500));
             request->cancel();
@@ -229,9 +207,9 @@ TEST_F(HttpCancelTest, AtAnyMomentThereIsOneEnd)
     RecordProperty("complete", complete);
 }
 
-TEST_F(HttpCancelTest, DestroyingTheClientEndsAllBeforeItReturns)
+TEST_F(HttpCancelTest, DestroyingTheClientEndsAllRequestsBeforeItReturns)
 {
-    // More than run at once: some have not started.
+    // Some of them have not started when the client goes.
     const std::vector<Outcome> outcomes = sendStalled(20);
     ASSERT_TRUE(serveUntil([this] { return !m_service->requests().isEmpty(); }));
     m_client.reset();
@@ -262,16 +240,14 @@ TEST_F(HttpCancelTest, DestroyingTheClientRemovesAPartialFile)
     m_service->fault("stall body 1000000");
     const auto request =
         download(m_service->addPackage("firmware.bin", QByteArray(3'000'000, 'x')));
-    Outcome outcome;
-    outcome.listenToDownload(*request);
-    send(request);
+    const Outcome outcome = begin(request);
     ASSERT_TRUE(serveUntil([&outcome] { return !outcome.told().data.empty(); }));
     m_client.reset();
     EXPECT_EQ(outcome.code(), HttpError::Cancelled);
     EXPECT_EQ(filesLeft(), QStringList());
 }
 
-TEST_F(HttpCancelTest, AClientThatWasNotUsedIsDestroyed)
+TEST_F(HttpCancelTest, AnUnusedClientCanBeDestroyed)
 {
     m_client.reset();
     const CHttpClient unused;
@@ -282,7 +258,7 @@ TEST_F(HttpCancelTest, DestroyingTheClientFromItsResponse)
     const auto request = check();
     std::atomic<bool> destroyed{false};
     const std::vector<Outcome> others = [this] {
-        const std::vector<Outcome> stalled = sendStalled(3);
+        std::vector<Outcome> stalled = sendStalled(3);
         serveUntil([this] { return m_service->requests().size() == 3; });
         m_service->setBehaviour({});
         return stalled;

@@ -1,42 +1,13 @@
+#include "FileSizeLimit.h"
 #include "HttpDownloadTest.h"
 #include "HttpError.h"
 
-#include <csignal>
 #include <gmock/gmock.h>
 #include <QDir>
 #include <QFileInfo>
 #include <sys/mount.h>
-#include <sys/resource.h>
 
 using namespace Brivane;
-
-namespace {
-
-/// Lets no file of this process grow beyond a size while it exists.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        m_handler = std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_handler);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit m_before{};
-    void (*m_handler)(int) = nullptr;
-};
-
-} // namespace
 
 TEST_F(HttpDownloadTest, AFileThatMayNotGrowIsAnError)
 {

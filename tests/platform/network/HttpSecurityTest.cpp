@@ -12,7 +12,8 @@ namespace {
 class HttpSecurityTest : public ServiceTest
 {
 protected:
-    /// A client that trusts anyone and speaks any protocol: what it reaches is there to be reached.
+    /// Whether a client that verifies no certificate can connect: then the service works, and only
+    /// the library's checks can refuse it.
     bool carelessClientConnects(QSsl::SslProtocol protocol)
     {
         QSslSocket socket;
@@ -57,7 +58,7 @@ TEST_F(HttpSecurityTest, TheServicesAuthorityIsTrustedOnlyWhenItIsGiven)
     EXPECT_EQ(m_service->requests().size(), 1);
 }
 
-TEST_F(HttpSecurityTest, AFileWithoutAuthoritiesAddsNobody)
+TEST_F(HttpSecurityTest, AFileWithoutAuthoritiesAddsNone)
 {
     const LogLines lines;
     m_client->setExtraCaFile(m_directory.filePath("missing.pem").toStdString());

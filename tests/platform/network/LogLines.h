@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-/// Keeps the library's log lines while it exists.
+/// Records the library's log lines while it exists.
 class LogLines : public Brivane::ILogObserver
 {
 public:

@@ -10,7 +10,7 @@
 #include <thread>
 #include <vector>
 
-/// What the callbacks of one request were told.
+/// Records the callbacks of one request.
 class Outcome
 {
 public:
@@ -29,7 +29,7 @@ public:
         std::vector<std::int32_t> progress;
         std::string data;
         std::size_t pieces = 0;
-        int afterTheEnd = 0; ///< calls that came when there was an end already
+        int afterTheEnd = 0; ///< callbacks after the end
         std::set<std::thread::id> threads;
     };
 
@@ -37,18 +37,18 @@ public:
 
     /// Sets the callbacks of a request.
     void listenTo(Brivane::STHTTPRequest& request);
-    /// Those of a download too; @p then runs inside the callback.
+    /// The same for a download; @p then is called from onProgress.
     void listenToDownload(Brivane::STHTTPDownloadRequest& request, OnProgress then = {});
 
     [[nodiscard]] bool ended() const;
     [[nodiscard]] Told told() const;
-    /// The only end; fails the test when there is not one.
+    /// The end; fails the test unless there is exactly one and no callback came after it.
     [[nodiscard]] End end() const;
-    /// Code of the only end; 0 for a response.
+    /// The code of the end; 0 for a response.
     [[nodiscard]] std::int32_t code() const { return end().code; }
 
 private:
-    // The callbacks may outlive the test's own reference.
+    // The callbacks may outlive this object.
     struct Shared
     {
         mutable std::mutex mutex;

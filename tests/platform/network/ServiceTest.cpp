@@ -36,7 +36,7 @@ bool ServiceTest::serveUntil(const std::function<bool()>& condition)
     QElapsedTimer timer;
     timer.start();
     while (!condition()) {
-        if (timer.hasExpired(kPatienceMs))
+        if (timer.hasExpired(kServeTimeoutMs))
             return false;
         QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -67,27 +67,37 @@ std::shared_ptr<STHTTPDownloadRequest> ServiceTest::download(const QString& url)
     return request;
 }
 
+void ServiceTest::apply(const Fault& fault, STHTTPRequest& request)
+{
+    const QStringList faults = QString(fault.name).split(", ");
+    for (const QString& name : faults)
+        ASSERT_TRUE(m_service->fault(name)) << qPrintable(name);
+    if (faults.first().startsWith("stall")) {
+        request.connectTimeoutMs = 1000;
+        request.inactivityTimeoutMs = 1000;
+    }
+}
+
 void ServiceTest::send(const std::shared_ptr<STHTTPRequest>& request)
 {
     std::shared_ptr<STHTTPRequest> reference = request;
     m_client->request(reference);
 }
 
-Outcome ServiceTest::run(const std::shared_ptr<STHTTPRequest>& request)
+Outcome ServiceTest::begin(const std::shared_ptr<STHTTPRequest>& request)
 {
     Outcome outcome;
-    outcome.listenTo(*request);
+    if (auto* download = dynamic_cast<STHTTPDownloadRequest*>(request.get()))
+        outcome.listenToDownload(*download);
+    else
+        outcome.listenTo(*request);
     send(request);
-    EXPECT_TRUE(serveUntil([&outcome] { return outcome.ended(); }));
-    serveForAWhile();
     return outcome;
 }
 
-Outcome ServiceTest::run(const std::shared_ptr<STHTTPDownloadRequest>& request)
+Outcome ServiceTest::run(const std::shared_ptr<STHTTPRequest>& request)
 {
-    Outcome outcome;
-    outcome.listenToDownload(*request);
-    send(request);
+    Outcome outcome = begin(request);
     EXPECT_TRUE(serveUntil([&outcome] { return outcome.ended(); }));
     serveForAWhile();
     return outcome;

@@ -8,7 +8,8 @@
 int main(int argc, char** argv)
 {
     ::testing::InitGoogleTest(&argc, argv);
-    // The system's own settings would refuse old protocols before the library can.
+    // With the system's settings TLS itself would refuse old protocols, and the library's check
+    // would not be tested.
     const QTemporaryDir settings;
     if (!updateservice::CertificateKit::allowOldProtocols(settings.path())) {
         std::fputs("no directory for the settings\n", stderr);

@@ -26,14 +26,14 @@
 
 namespace {
 
-// Away from the middle of the screen, where the pointer rests.
+// Not in the middle of the screen, where the pointer is.
 constexpr QPoint kPlace(40, 100);
 constexpr int kStartAnimationMs = 2800;
 constexpr int kBackLockMs = 1000;
 constexpr int kIntelligentLockMs = 1000;
-/// Of the steps that the program puts off: framing, framing off and preview, leaving.
+/// Delays of the steps that the program defers: framing, framing off and preview, leaving.
 constexpr std::array<int, 3> kPutOffMs{10, 100, 20};
-constexpr int kPatienceMs = 10000;
+constexpr int kTimeoutMs = 10000;
 constexpr int kLayoutMs = 1000;
 
 const std::array<const char*, 4> kSliders{"brightSlider", "contrastSlider", "saturationSlider",
@@ -79,7 +79,7 @@ int CameraDesk::cardCount() const
 
 bool CameraDesk::waitForCards(int count)
 {
-    return QTest::qWaitFor([&] { return cardCount() == count; }, kPatienceMs) && settle();
+    return QTest::qWaitFor([&] { return cardCount() == count; }, kTimeoutMs) && settle();
 }
 
 bool CameraDesk::replug(PluggedCamera& camera)
@@ -94,7 +94,7 @@ bool CameraDesk::replug(PluggedCamera& camera)
 
 SvtaDeviceWidget* CameraDesk::card(PluggedCamera& camera) const
 {
-    // By way of the list: the window also has cards that are about to be deleted.
+    // Through the list: the window also has cards that will be deleted later.
     const auto* list = find<QListWidget>("deviceList");
     const QString path = camera.hidPath();
     for (int row = 0; row < list->count(); ++row) {
@@ -126,8 +126,8 @@ bool CameraDesk::open(PluggedCamera& camera)
     return clickCard(camera) && isOnPage(SvtaPagesView::SettingPage) && settle();
 }
 
-/// Shows the tab and the part of it where the widget is, and waits until the place on it can be
-/// reached: the page may just be changing its layout.
+/// Shows the tab, scrolls to the widget and waits until the position on it can be clicked, because
+/// the page may be changing its layout.
 bool CameraDesk::bring(QWidget* widget, const QPoint& position)
 {
     if (find("featureSettingPage")->isAncestorOf(widget) && !widget->isVisible())
@@ -189,10 +189,10 @@ bool CameraDesk::clickSlider(const char* name, int x)
 
 namespace {
 
-/// A place at which the slider has this value, -1 when there is none.
+/// A position at which the slider has this value, -1 when there is none.
 int placeOf(const QSlider& slider, int value)
 {
-    // Widest in the middle of the pixels that belong to the value.
+    // The middle of the pixels that belong to the value.
     for (int x = SliderScale::kHandleWidth / 2; x < slider.width(); ++x) {
         if (SliderScale::valueAt(x, slider.width(), slider.minimum(), slider.maximum()) == value)
             return x;
@@ -216,7 +216,7 @@ bool CameraDesk::dragSlider(const char* name, int value)
     if (from.x() < 0 || to.x() < 0 || !bring(slider, from))
         return false;
     QTest::mousePress(slider, Qt::LeftButton, Qt::NoModifier, from);
-    // QTest's moves carry no button; a hand's do.
+    // QTest's moves have no button pressed; a user's drag has.
     for (const QPoint& position : {(from + to) / 2, to}) {
         QMouseEvent move(QEvent::MouseMove, position, slider->mapToGlobal(position), Qt::NoButton,
                          Qt::LeftButton, Qt::NoModifier);
@@ -259,13 +259,13 @@ bool CameraDesk::settle()
 {
     const auto isPending = [](int milliseconds) { return PendingTimers::count(milliseconds) > 0; };
     const bool settled = QTest::qWaitFor(
-        [&] { return std::none_of(kPutOffMs.begin(), kPutOffMs.end(), isPending); }, kPatienceMs);
+        [&] { return std::none_of(kPutOffMs.begin(), kPutOffMs.end(), isPending); }, kTimeoutMs);
     if (!settled)
         qWarning("the program does not come to rest");
     return settled;
 }
 
-void CameraDesk::unlockIntelligent()
+void CameraDesk::unlockIntelligent() const
 {
     for (QTimer* timer : find<ParamSettingsPage>()->findChildren<QTimer*>()) {
         if (!timer->isActive() || timer->interval() != kIntelligentLockMs)

@@ -15,11 +15,10 @@
 
 class SvtaDeviceWidget;
 
-/// The program's main window in front of virtual cameras, with the watch for cameras that come and
-/// go. Does to it what a user could do: a control is brought onto the screen first, and has to lie
-/// open under the mouse and not behind a dialog.
+/// The program's main window with virtual cameras and the hot-plug watcher. It is used as by a
+/// user: a control is scrolled into view first, and must not be covered by a dialog.
 ///
-/// What can fail returns whether it succeeded; a message says what went wrong.
+/// Functions that can fail return whether they succeeded and log the reason of a failure.
 class CameraDesk
 {
 public:
@@ -51,7 +50,7 @@ public:
     /// @{
     [[nodiscard]] int cardCount() const;
     [[nodiscard]] bool waitForCards(int count);
-    /// Pulls the camera and plugs it in again; the list has noticed both.
+    /// Unplugs the camera and plugs it in again; waits until the list has noticed both.
     [[nodiscard]] bool replug(PluggedCamera& camera);
     /// Clicks the camera's card and waits until its settings are shown.
     [[nodiscard]] bool open(PluggedCamera& camera);
@@ -65,19 +64,19 @@ public:
     [[nodiscard]] bool clickSlider(const char* name, int x);
     /// Clicks where the slider has this value.
     [[nodiscard]] bool setSlider(const char* name, int value);
-    /// Takes the handle from where it is to the place of @p value.
+    /// Drags the handle to the position of @p value.
     [[nodiscard]] bool dragSlider(const char* name, int value);
     [[nodiscard]] bool turnWheel(const char* name, int notches);
     [[nodiscard]] bool pressKey(const char* name, Qt::Key key);
     /// Clicks the button that switches the preview.
     [[nodiscard]] bool clickPreview();
-    /// Waits until every step that was put off has been taken.
+    /// Waits until every deferred step has been executed.
     [[nodiscard]] bool settle();
     /// click(), then settle().
     [[nodiscard]] bool choose(const char* name) { return click(name) && settle(); }
-    /// Ends the time in which the intelligent switch is locked, and switches it.
+    /// Ends the lock of the intelligent switch, and clicks it.
     [[nodiscard]] bool switchIntelligent();
-    void unlockIntelligent();
+    void unlockIntelligent() const;
 
     [[nodiscard]] bool isChecked(const char* name) const;
     [[nodiscard]] int sliderValue(const char* name) const;
@@ -88,10 +87,10 @@ public:
 
     /// @name Leaving and dialogs
     /// @{
-    /// Clicks the back button, whose lock is over.
+    /// Ends the lock of the back button, and clicks it.
     [[nodiscard]] bool back();
     void unlockBack();
-    /// Clicks @p button of the dialog, which must be up.
+    /// Clicks @p button of the dialog, which must be visible.
     template <typename Dialog>
     [[nodiscard]] bool answer(const char* button)
     {
@@ -105,9 +104,9 @@ public:
     /// Clicks Save or Default and confirms.
     [[nodiscard]] bool save();
     [[nodiscard]] bool reset();
-    /// Goes back and answers the question with "Exit".
+    /// Clicks the back button and answers the question with "Exit".
     [[nodiscard]] bool discard();
-    /// What the toast says; empty when there is none.
+    /// The text of the toast; empty when there is none.
     [[nodiscard]] QString toast() const;
     [[nodiscard]] int visibleDialogs() const;
     /// @}
@@ -123,8 +122,8 @@ private:
     SorvantaHome m_window;
 };
 
-/// What reached the camera since its requests were last forgotten: "5091=1" for a write, "5090" for
-/// a read.
+/// The requests to the camera since its log was last cleared: "5091=1" for a write, "5090" for a
+/// read.
 [[nodiscard]] QStringList requestsTo(PluggedCamera& camera);
 /// Only the writes.
 [[nodiscard]] QStringList writesTo(PluggedCamera& camera);

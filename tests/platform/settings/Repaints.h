@@ -4,13 +4,13 @@
 #include <QObject>
 #include <QString>
 
-/// Counts which widgets are painted, and how often, as long as it lives.
+/// Counts how often each widget is painted during its lifetime.
 class Repaints : public QObject
 {
 public:
     Repaints();
 
-    /// By object name, of a widget without one by class name.
+    /// Counts by object name, or by class name for a widget without one.
     [[nodiscard]] const QMap<QString, int>& counts() const { return m_counts; }
     [[nodiscard]] int of(const QString& name) const { return m_counts.value(name); }
     [[nodiscard]] int total() const;

@@ -7,26 +7,26 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-/// The program's cache location for the length of a test, and the saved settings in it.
+/// The program's cache location for the duration of a test, and the saved settings in it.
 class SavedSettings
 {
 public:
-    /// Empty and writable.
+    /// Makes an empty, writable cache location.
     SavedSettings();
-    /// The cache location lies below @p directory.
+    /// Places the cache location below @p directory.
     explicit SavedSettings(const QString& directory);
     ~SavedSettings();
     SavedSettings(const SavedSettings&) = delete;
     SavedSettings& operator=(const SavedSettings&) = delete;
 
-    /// Where the file belongs.
+    /// The path of the file.
     [[nodiscard]] QString path() const { return m_location + QStringLiteral("/device.ini"); }
     [[nodiscard]] bool exists() const;
     [[nodiscard]] QByteArray contents() const;
-    /// Puts a file there.
+    /// Writes the file.
     [[nodiscard]] bool put(const QByteArray& contents) const;
 
-    /// The names of the groups, as they stand between the brackets.
+    /// The names of the groups as they are between the brackets.
     [[nodiscard]] QStringList groups() const;
     /// The lines of a group as numbers.
     [[nodiscard]] QMap<QString, int> group(const QString& name) const;

@@ -25,7 +25,7 @@ const char* const kSerial = "SVAA009500551";
 constexpr int kMostControls = 30;
 constexpr int kPreviewDelayMs = 100;
 
-/// Through the window system's road: the key goes to what has the focus.
+/// Sends a key through the window system: the widget with the focus receives it.
 void press(QWidget* window, Qt::Key key)
 {
     QTest::keyClick(window->windowHandle(), key);
@@ -46,8 +46,8 @@ bool tabTo(QWidget* window, const char* name)
 
 } // namespace
 
-/// The settings page for who cannot use a mouse, hears the screen instead of seeing it, or wonders
-/// why something is disabled.
+/// The settings page for users who cannot use a mouse or use a screen reader, and the explanations
+/// of disabled controls.
 class SettingsAccessTest : public QObject
 {
     Q_OBJECT
@@ -58,17 +58,17 @@ private slots:
 
     void keysAloneChangeTheFeatures();
     void keysAloneChangeAndSaveThePicture();
-    void keysGoOnAfterAClick();
+    void keysWorkAfterAClick();
     void keysAloneAnswerTheQuestionForTheDefaults();
-    void everythingToUseHasAName();
-    void lockedSwitchSaysWhy();
-    void viewSaysWhyItIsNotForClicks();
-    void cameraThatCannotBeOpenedSaysWhy();
+    void everyControlHasAName();
+    void lockedSwitchHasAnExplanation();
+    void disabledViewHasAnExplanation();
+    void cameraThatCannotBeOpenedHasAnExplanation();
 
 private:
     [[nodiscard]] bool tabTo(const char* name) { return ::tabTo(&m_desk->window(), name); }
     void press(Qt::Key key) { ::press(&m_desk->window(), key); }
-    /// What the desktop shows when the pointer rests on the widget.
+    /// The tool tip that the desktop shows for the widget.
     [[nodiscard]] static QString toolTipOf(const QWidget* widget)
     {
         Pointer::moveTo(Pointer::middleOf(*widget));
@@ -76,7 +76,7 @@ private:
         return QTest::qWaitFor([] { return QToolTip::isVisible(); }) ? QToolTip::text() : QString();
     }
 
-    /// The same at once: what is disabled for a moment may be over when the desktop shows it.
+    /// The tool tip without the desktop's delay, for a control that is disabled only briefly.
     [[nodiscard]] QString shownToolTipOf(const char* name) const
     {
         QWidget* widget = m_desk->find(name);
@@ -168,7 +168,7 @@ void SettingsAccessTest::keysAloneChangeAndSaveThePicture()
                                                                          {"imagemode", 3}}));
 }
 
-void SettingsAccessTest::keysGoOnAfterAClick()
+void SettingsAccessTest::keysWorkAfterAClick()
 {
     QVERIFY(m_desk->open(*m_camera));
     for (const char* clicked :
@@ -201,7 +201,7 @@ void SettingsAccessTest::keysAloneAnswerTheQuestionForTheDefaults()
     QCOMPARE(focusName(), QStringLiteral("btnPramaReset"));
 }
 
-void SettingsAccessTest::everythingToUseHasAName()
+void SettingsAccessTest::everyControlHasAName()
 {
     QVERIFY(m_desk->open(*m_camera));
     int count = 0;
@@ -219,12 +219,12 @@ void SettingsAccessTest::everythingToUseHasAName()
         }
     }
     QVERIFY(count > 25);
-    // The buttons that float over the picture are windows of their own.
+    // The buttons over the picture are separate windows.
     QCOMPARE(m_desk->find<TransPrewBtn>()->accessibleName(), QStringLiteral("Preview"));
     QCOMPARE(m_desk->find<TransparentBtn>()->accessibleName(), QStringLiteral("Grid"));
 }
 
-void SettingsAccessTest::lockedSwitchSaysWhy()
+void SettingsAccessTest::lockedSwitchHasAnExplanation()
 {
     QVERIFY(m_desk->open(*m_camera));
     QVERIFY(m_desk->click("btnIntelligent"));
@@ -233,20 +233,21 @@ void SettingsAccessTest::lockedSwitchSaysWhy()
              QStringLiteral("The camera is switching. Available again in a second."));
 }
 
-void SettingsAccessTest::viewSaysWhyItIsNotForClicks()
+void SettingsAccessTest::disabledViewHasAnExplanation()
 {
     QVERIFY(m_desk->open(*m_camera));
     QVERIFY(m_desk->switchIntelligent());
     m_desk->unlockIntelligent();
     QVERIFY(!m_desk->find("btn90")->isEnabled());
-    QVERIFY(m_desk->click("rbtnFrameMaster")); // the shorter card: the view needs no scrolling
+    QVERIFY(
+        m_desk->click("rbtnFrameMaster")); // a shorter card, so that the view needs no scrolling
     QCOMPARE(toolTipOf(m_desk->find("btn90")),
              QStringLiteral("Turn Stage follow® AI off to change the field of view."));
 }
 
-void SettingsAccessTest::cameraThatCannotBeOpenedSaysWhy()
+void SettingsAccessTest::cameraThatCannotBeOpenedHasAnExplanation()
 {
-    // Pulled out a moment before its card is clicked, which the list does not know yet.
+    // Unplugged just before its card is clicked, so that the list does not know it yet.
     auto* card = m_desk->find<SvtaDeviceWidget>();
     m_camera->unplug();
     QTest::mouseClick(card, Qt::LeftButton, Qt::NoModifier, QPoint(card->width() / 2, 20));

@@ -13,7 +13,7 @@ constexpr int kFramingOffDelayMs = 100;
 
 } // namespace
 
-/// What a control of the settings page does to the camera, at once and in which order.
+/// The writes to the camera by each control of the settings page, and their order.
 class SettingsApplyTest : public QObject
 {
     Q_OBJECT
@@ -50,15 +50,15 @@ private slots:
     void framingChosenAgainIsWrittenAgain();
     void subModeReachesTheCamera();
     void subModeOfTheCameraIsShownWhenAutomaticFramingReturns();
-    void viewIsNotForClicksWhileIntelligentIsOn();
-    void fastChangesOfTheFramingNeverCollide();
+    void viewIsDisabledWhileIntelligentIsOn();
+    void fastChangesOfTheFramingDoNotInterfere();
     void optionsAreaHasItsThreeSizes();
 
     void cameraThatRefusesKeepsTheEdit();
     void cameraThatRefusesPictureControlsKeepsTheEdit();
-    void cameraWithoutPictureControlsIsOtherwiseUsable();
+    void cameraWithoutPictureControlsIsUsable();
     void helpShowsItsTextAndCloses();
-    void otherCameraGetsNothing();
+    void otherCameraReceivesNothing();
 
 private:
     [[nodiscard]] bool isQuestionAsked()
@@ -142,7 +142,7 @@ void SettingsApplyTest::sliderReachesItsControl()
         QCOMPARE(m_camera->value(control.toStdString()), value);
         QCOMPARE(m_desk->text(label), QString::number(value - 78) + QLatin1Char('%'));
     }
-    // The other three are as they were.
+    // The other three are unchanged.
     QList<int> now = pictureOf(*m_camera);
     QCOMPARE(now.removeAll(177), 1);
     QCOMPARE(now, (QList<int>{128, 128, 128}));
@@ -174,7 +174,7 @@ void SettingsApplyTest::wheelChangesNeitherSliderNorCamera()
 
 void SettingsApplyTest::clickOnTheHandleChoosesCustomAndWritesNothing()
 {
-    m_camera->setValue("brightness", 99); // a write would show
+    m_camera->setValue("brightness", 99); // a write would change it
     QVERIFY(m_desk->setSlider("brightSlider", 128));
     QVERIFY(m_desk->isChecked("btnCustomMode"));
     QCOMPARE(m_camera->value("brightness"), 99);
@@ -409,7 +409,7 @@ void SettingsApplyTest::subModeOfTheCameraIsShownWhenAutomaticFramingReturns()
     QCOMPARE(m_camera->value("autoFrameMode"), 1);
 }
 
-void SettingsApplyTest::viewIsNotForClicksWhileIntelligentIsOn()
+void SettingsApplyTest::viewIsDisabledWhileIntelligentIsOn()
 {
     QVERIFY(m_desk->switchIntelligent());
     m_camera->forgetRequests();
@@ -424,7 +424,7 @@ void SettingsApplyTest::viewIsNotForClicksWhileIntelligentIsOn()
     QVERIFY(m_desk->isChecked("btn120"));
 }
 
-void SettingsApplyTest::fastChangesOfTheFramingNeverCollide()
+void SettingsApplyTest::fastChangesOfTheFramingDoNotInterfere()
 {
     QVERIFY(m_desk->switchIntelligent());
     for (int i = 0; i < 20; ++i) {
@@ -482,7 +482,7 @@ void SettingsApplyTest::cameraThatRefusesPictureControlsKeepsTheEdit()
     QCOMPARE(m_saved->group(QStringLiteral("SVAA009500551")).value(QStringLiteral("bright")), 138);
 }
 
-void SettingsApplyTest::cameraWithoutPictureControlsIsOtherwiseUsable()
+void SettingsApplyTest::cameraWithoutPictureControlsIsUsable()
 {
     PluggedCamera plain{{"serial", "SVAA009500552"}, {"amp", "0"}};
     QVERIFY(m_desk->waitForCards(2));
@@ -511,7 +511,7 @@ void SettingsApplyTest::helpShowsItsTextAndCloses()
     QCOMPARE(requestsTo(*m_camera), QStringList());
 }
 
-void SettingsApplyTest::otherCameraGetsNothing()
+void SettingsApplyTest::otherCameraReceivesNothing()
 {
     PluggedCamera other{{"serial", "SVAA009500552"}};
     QVERIFY(m_desk->waitForCards(2));

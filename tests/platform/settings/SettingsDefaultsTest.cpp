@@ -83,7 +83,7 @@ void SettingsDefaultsTest::cancelChangesNothing()
 void SettingsDefaultsTest::defaultsReachTheCameraInTheirOrder()
 {
     QVERIFY(m_desk->reset());
-    // The view goes out with the defaults and again with the framing, which wants the widest.
+    // The view is written with the defaults and again by the framing, which needs the widest view.
     QCOMPARE(requestsTo(*m_camera), (QStringList{"50A1=120", "50A1=120", "5030", "5020", "5031=0",
                                                  "5071=50", "5091=0", "5041=0", "5081=1", "5030"}));
     QCOMPARE(m_camera->value("CameraView"), 120);
@@ -170,7 +170,7 @@ void SettingsDefaultsTest::noticeOf4kComesWithTheDefaults()
     m_camera->setValue("width", 3840);
     m_camera->setValue("height", 2160);
     m_camera->setValue("streamon", 1);
-    QVERIFY(m_desk->clickPreview()); // the program's own stream would be told otherwise
+    QVERIFY(m_desk->clickPreview()); // otherwise the camera would report the program's own stream
     QVERIFY(m_desk->settle());
     QVERIFY(!m_desk->find("tipWidgetFor4k")->isVisible());
     QVERIFY(m_desk->reset());

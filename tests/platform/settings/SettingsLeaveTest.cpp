@@ -13,7 +13,7 @@ const QString kSerial = QStringLiteral("SVAA009500551");
 
 } // namespace
 
-/// Leaving the settings page: when it asks, and what becomes of the edits.
+/// Leaving the settings page: when it asks, and what happens to the edits.
 class SettingsLeaveTest : public QObject
 {
     Q_OBJECT
@@ -23,15 +23,15 @@ private slots:
     void cleanup();
 
     void unchangedSettingsAreLeftWithoutAQuestion();
-    void anyChangeAsks_data();
-    void anyChangeAsks();
+    void anyChangeMakesTheQuestionAppear_data();
+    void anyChangeMakesTheQuestionAppear();
     void questionHasItsTexts();
-    void changeTakenBackDoesNotAsk_data();
-    void changeTakenBackDoesNotAsk();
+    void revertedChangeDoesNotAsk_data();
+    void revertedChangeDoesNotAsk();
     void otherPresetWithTheSameValuesDoesNotAsk();
-    void backActsOnceASecond();
-    void closingTheQuestionStaysWithTheEdits();
-    void editsGoOnAfterTheQuestionWasClosed();
+    void backActsOncePerSecond();
+    void closingTheQuestionKeepsPageAndEdits();
+    void editingContinuesAfterTheQuestionWasClosed();
     void exitWritesTheSavedValuesBack();
     void exitShowsTheSavedValuesWhenOpenedAgain();
     void exitRestoresTheFraming_data();
@@ -40,12 +40,12 @@ private slots:
     void exitRestoresTheSubMode();
     void exitAfterASaveRestoresWhatWasSaved();
     void exitRestoresASavedPicture();
-    void exitWithASensitivityOffTheScale();
+    void exitWithASensitivityOutsideTheScale();
     void saveAndExitSavesAndLeaves();
     void saveAndExitThatFailsLeavesWithoutSaving();
     void exitWritesOnlyToTheOpenCamera();
     void nextCameraIsNotTouchedByTheExit();
-    void previewEndsWithThePage();
+    void previewStopsWithThePage();
 
 private:
     [[nodiscard]] bool isQuestionUp() const { return m_desk->isUp<SvtaParamNotSaveDialog>(); }
@@ -81,7 +81,7 @@ void SettingsLeaveTest::unchangedSettingsAreLeftWithoutAQuestion()
     QVERIFY(!m_desk->find("backWidget")->isVisible());
 }
 
-void SettingsLeaveTest::anyChangeAsks_data()
+void SettingsLeaveTest::anyChangeMakesTheQuestionAppear_data()
 {
     QTest::addColumn<QByteArray>("widget");
     for (const char* widget : {"btn60", "btn90", "btnHorizontalMirror", "btnLow", "btnHeigh",
@@ -92,7 +92,7 @@ void SettingsLeaveTest::anyChangeAsks_data()
         QTest::newRow(slider) << QByteArray(slider);
 }
 
-void SettingsLeaveTest::anyChangeAsks()
+void SettingsLeaveTest::anyChangeMakesTheQuestionAppear()
 {
     QFETCH(const QByteArray, widget);
     QVERIFY(m_desk->open(*m_camera));
@@ -121,7 +121,7 @@ void SettingsLeaveTest::questionHasItsTexts()
     QVERIFY(m_desk->answer<SvtaParamNotSaveDialog>("btnClose"));
 }
 
-void SettingsLeaveTest::changeTakenBackDoesNotAsk_data()
+void SettingsLeaveTest::revertedChangeDoesNotAsk_data()
 {
     QTest::addColumn<QByteArrayList>("clicks");
     QTest::newRow("mirror") << QByteArrayList{"btnHorizontalMirror", "btnHorizontalMirror"};
@@ -132,7 +132,7 @@ void SettingsLeaveTest::changeTakenBackDoesNotAsk_data()
     QTest::newRow("intelligent") << QByteArrayList{"btnIntelligent", "btnIntelligent"};
 }
 
-void SettingsLeaveTest::changeTakenBackDoesNotAsk()
+void SettingsLeaveTest::revertedChangeDoesNotAsk()
 {
     QFETCH(const QByteArrayList, clicks);
     QVERIFY(m_desk->open(*m_camera));
@@ -158,7 +158,7 @@ void SettingsLeaveTest::otherPresetWithTheSameValuesDoesNotAsk()
     QVERIFY(m_desk->isOnPage(Pages::HomePage));
 }
 
-void SettingsLeaveTest::backActsOnceASecond()
+void SettingsLeaveTest::backActsOncePerSecond()
 {
     QVERIFY(m_desk->open(*m_camera));
     QVERIFY(m_desk->click("deviceInfoBtn"));
@@ -172,7 +172,7 @@ void SettingsLeaveTest::backActsOnceASecond()
     QVERIFY(m_desk->isOnPage(Pages::SettingPage));
 }
 
-void SettingsLeaveTest::closingTheQuestionStaysWithTheEdits()
+void SettingsLeaveTest::closingTheQuestionKeepsPageAndEdits()
 {
     QVERIFY(m_desk->open(*m_camera));
     QVERIFY(m_desk->click("btnHeigh"));
@@ -192,13 +192,14 @@ void SettingsLeaveTest::closingTheQuestionStaysWithTheEdits()
     QVERIFY(isQuestionUp());
 }
 
-void SettingsLeaveTest::editsGoOnAfterTheQuestionWasClosed()
+void SettingsLeaveTest::editingContinuesAfterTheQuestionWasClosed()
 {
     QVERIFY(m_desk->open(*m_camera));
     QVERIFY(m_desk->click("btnHeigh"));
     QVERIFY(m_desk->back());
     QVERIFY(m_desk->answer<SvtaParamNotSaveDialog>("btnClose"));
-    // The information page and back must not read the settings anew over the edits.
+    // Opening the information page and returning must not replace the edits by values that are read
+    // again.
     QVERIFY(m_desk->click("deviceInfoBtn"));
     QVERIFY(m_desk->back());
     QVERIFY(m_desk->isChecked("btnHeigh"));
@@ -335,7 +336,7 @@ void SettingsLeaveTest::exitRestoresASavedPicture()
     QCOMPARE(m_saved->contents(), before);
 }
 
-void SettingsLeaveTest::exitWithASensitivityOffTheScale()
+void SettingsLeaveTest::exitWithASensitivityOutsideTheScale()
 {
     m_camera->setValue("PickupSensitivity", 90);
     QVERIFY(m_desk->open(*m_camera));
@@ -399,7 +400,7 @@ void SettingsLeaveTest::nextCameraIsNotTouchedByTheExit()
     QVERIFY(m_desk->back());
     auto* question = m_desk->find<SvtaParamNotSaveDialog>();
     QVERIFY(QTest::qWaitForWindowExposed(question));
-    // Fast hands: the other camera is opened before the framing of the first is off.
+    // A fast user: the other camera is opened before the framing of the first is off.
     QTest::mouseClick(question->findChild<QPushButton*>("btnCancel"), Qt::LeftButton);
     QVERIFY(m_desk->open(other));
     QCOMPARE(m_camera->value("autoFrameSwicth"), 0);
@@ -410,7 +411,7 @@ void SettingsLeaveTest::nextCameraIsNotTouchedByTheExit()
     QVERIFY(!isQuestionUp());
 }
 
-void SettingsLeaveTest::previewEndsWithThePage()
+void SettingsLeaveTest::previewStopsWithThePage()
 {
     QVERIFY(m_desk->open(*m_camera));
     QVERIFY(m_camera->stats().streaming);

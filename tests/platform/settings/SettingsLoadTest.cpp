@@ -13,7 +13,7 @@ const QList<int> kFactoryPicture{128, 128, 128, 128};
 
 } // namespace
 
-/// What the settings page shows of a camera that is opened, and what the camera gets by that.
+/// The values on the settings page of a camera that is opened, and the writes to the camera.
 class SettingsLoadTest : public QObject
 {
     Q_OBJECT
@@ -26,7 +26,7 @@ private slots:
     void readingCreatesNoFile();
     void savedPictureGoesToTheCameraAndOntoThePage();
     void missingKeysOfASavedPictureReadAsZero();
-    void savedPictureOfAnotherCameraIsNotTaken();
+    void savedPictureOfAnotherCameraIsNotUsed();
     void groupNamesAreCaseSensitive();
     void slidersHaveOneRangeForEveryCamera();
     void settingsAreReadOnceInTheirOrder();
@@ -39,19 +39,21 @@ private slots:
     void openingChangesNoRegister_data();
     void openingChangesNoRegister();
     void unreadableViewIsNotWrittenBack();
-    void cameraThatAnswersNoSettingsReadsAsZero();
-    void cameraWhoseLinkDoesNotOpenReadsAsZero();
+    void settingsThatAreNotAnsweredReadAsZero();
+    void valueThatIsNotAnsweredIsWrittenOnlyByTheUser();
+    void silentCameraIsAskedTwiceInAnOpening();
+    void settingsOfACameraThatCannotBeOpenedReadAsZero();
     void nothingIsEditedAfterOpening();
     void valuesAreReadAgainAfterLeaving();
     void valuesAreKeptOverTheInformationPage();
     void savedPictureIsAppliedWhenTheCameraIsPluggedIn();
-    void listAppliesNothingToACameraWithoutSavedSettings();
+    void listWritesNothingToACameraWithoutSavedSettings();
     void replugShowsTheFirstPresetUntilThePageOpens();
-    void presetUnderTheOtherKeyIsShownOnReplug();
-    void replugWhileAPageIsOpenLeavesThePageAlone();
-    void damagedFileOpensWithTheCamerasValues_data();
-    void damagedFileOpensWithTheCamerasValues();
-    void numbersOutOfRangeAreNoReasonToFail();
+    void presetOfTheOtherKeyIsShownOnReplug();
+    void replugDoesNotChangeAnOpenPage();
+    void damagedFileMakesThePageShowTheCamerasValues_data();
+    void damagedFileMakesThePageShowTheCamerasValues();
+    void numbersOutOfRangeAreAccepted();
 
 private:
     /// Plugs a camera in and opens it.
@@ -113,14 +115,14 @@ void SettingsLoadTest::missingKeysOfASavedPictureReadAsZero()
 {
     QVERIFY(m_saved->put("[SVAA009500551]\nbright=100\nimagemode=1\n"));
     QVERIFY(openCamera());
-    // Shown at the lower end of the scale; the camera gets the value itself.
+    // Shown at the lower end of the scale; the camera receives the true value.
     QCOMPARE(m_desk->sliderValues(), (QList<int>{100, 78, 78, 78}));
     QCOMPARE(m_desk->text("contrastChangeLab"), QStringLiteral("0"));
     QVERIFY(m_desk->isChecked("btnBrightMode"));
     QCOMPARE(pictureOf(*m_camera), (QList<int>{100, 0, 0, 0}));
 }
 
-void SettingsLoadTest::savedPictureOfAnotherCameraIsNotTaken()
+void SettingsLoadTest::savedPictureOfAnotherCameraIsNotUsed()
 {
     QVERIFY(m_saved->put("[SVAA009500552]\nbright=100\ncontrast=100\nsaturation=100\n"
                          "sharpness=100\nimagemode=2\n"));
@@ -146,7 +148,7 @@ void SettingsLoadTest::slidersHaveOneRangeForEveryCamera()
         QCOMPARE(m_desk->find<QSlider>(name)->minimum(), 78);
         QCOMPARE(m_desk->find<QSlider>(name)->maximum(), 178);
     }
-    // What does not fit the scale stays as it is in the camera.
+    // A value outside the scale is not changed in the camera.
     QCOMPARE(pictureOf(*m_camera), (QList<int>{32, 0, 128, 128}));
 }
 
@@ -297,20 +299,68 @@ void SettingsLoadTest::unreadableViewIsNotWrittenBack()
     QCOMPARE(m_camera->value("CameraView"), 255);
 }
 
-void SettingsLoadTest::cameraThatAnswersNoSettingsReadsAsZero()
+void SettingsLoadTest::settingsThatAreNotAnsweredReadAsZero()
 {
     for (const char* name : {"autoFrameSwicth", "HorizontalMirror", "autoFrameMode"})
         m_camera->setValue(name, 1);
+    m_camera->setValue("CameraView", 90);
     QVERIFY(m_desk->start());
     for (const char* command : {"0x5080", "0x5040", "0x5030", "0x5070", "0x50a0", "0x5090"})
         m_camera->addFault(std::string("status 1 cmd=") + command);
+    const std::multimap<std::string, std::string> before = m_camera->registers();
     QVERIFY(m_desk->open(*m_camera));
     QVERIFY(!m_desk->isChecked("btnIntelligent"));
-    QVERIFY(m_desk->isChecked("btnLow"));
     QVERIFY(!m_desk->isChecked("btnHorizontalMirror"));
+    for (const char* button : {"btnLow", "btnMiddle", "btnHeigh", "btn60", "btn90", "btn120"})
+        QVERIFY2(!m_desk->isChecked(button), button);
+    for (const char* control : {"btnLow", "btn60", "btnHorizontalMirror", "btnIntelligent"}) {
+        QCOMPARE(m_desk->find(control)->toolTip(), QStringLiteral("could not be read"));
+        QCOMPARE(m_desk->find(control)->accessibleDescription(),
+                 QStringLiteral("could not be read"));
+    }
+    QVERIFY(m_desk->back());
+    QVERIFY(m_desk->isOnPage(Pages::HomePage)); // nothing is edited, so there is no question
+    QVERIFY(m_camera->waitFor("idle"));
+    QVERIFY(m_camera->registers() == before);
 }
 
-void SettingsLoadTest::cameraWhoseLinkDoesNotOpenReadsAsZero()
+/// The user sets one of the values, and takes the edit back.
+void SettingsLoadTest::valueThatIsNotAnsweredIsWrittenOnlyByTheUser()
+{
+    m_camera->setValue("HorizontalMirror", 1);
+    m_camera->setValue("CameraView", 90);
+    QVERIFY(m_desk->start());
+    for (const char* command : {"0x50a0", "0x5090"})
+        m_camera->addFault(std::string("status 1 cmd=") + command);
+    QVERIFY(m_desk->open(*m_camera));
+    QVERIFY(m_desk->click("btnHeigh"));
+    QVERIFY(m_desk->back());
+    QVERIFY(m_desk->answer<SvtaParamNotSaveDialog>("btnCancel"));
+    QVERIFY(m_camera->waitFor("idle"));
+    QCOMPARE(m_camera->value("HorizontalMirror"), 1);
+    QCOMPARE(m_camera->value("CameraView"), 90);
+
+    QVERIFY(m_desk->open(*m_camera));
+    QVERIFY(m_desk->click("btn60"));
+    QCOMPARE(m_camera->value("CameraView"), 60);
+    QCOMPARE(m_desk->find("btn60")->toolTip(), QString());
+}
+
+void SettingsLoadTest::silentCameraIsAskedTwiceInAnOpening()
+{
+    m_camera->setValue("HorizontalMirror", 1);
+    QVERIFY(m_desk->start());
+    m_camera->forgetRequests();
+    m_camera->fault("noreply");
+    QVERIFY(m_desk->open(*m_camera));
+    QCOMPARE(m_camera->requests().size(), 2); // version and serial number
+    m_camera->clearFaults();
+    QVERIFY(m_desk->back());
+    QVERIFY(m_desk->open(*m_camera));
+    QVERIFY(m_desk->isChecked("btnHorizontalMirror"));
+}
+
+void SettingsLoadTest::settingsOfACameraThatCannotBeOpenedReadAsZero()
 {
     m_camera->setValue("autoFrameSwicth", 1);
     m_camera->setValue("HorizontalMirror", 1);
@@ -319,7 +369,8 @@ void SettingsLoadTest::cameraWhoseLinkDoesNotOpenReadsAsZero()
     QVERIFY(m_desk->open(*m_camera));
     QVERIFY(!m_desk->isChecked("btnIntelligent"));
     QVERIFY(!m_desk->isChecked("btnHorizontalMirror"));
-    // Nothing reaches a camera that cannot be opened, and the picture is not its HID link's matter.
+    // Nothing reaches the HID interface, which cannot be opened; the picture controls do not use
+    // it.
     QCOMPARE(m_camera->value("autoFrameSwicth"), 1);
     QCOMPARE(m_camera->value("HorizontalMirror"), 1);
     QCOMPARE(m_desk->sliderValues(), kFactoryPicture);
@@ -377,7 +428,7 @@ void SettingsLoadTest::savedPictureIsAppliedWhenTheCameraIsPluggedIn()
     QVERIFY(!m_camera->stats().streaming);
 }
 
-void SettingsLoadTest::listAppliesNothingToACameraWithoutSavedSettings()
+void SettingsLoadTest::listWritesNothingToACameraWithoutSavedSettings()
 {
     QVERIFY(m_saved->put("[SVAA009500552]\nbright=100\ncontrast=101\nsaturation=102\n"
                          "sharpness=103\nimagemode=2\n"));
@@ -401,7 +452,7 @@ void SettingsLoadTest::replugShowsTheFirstPresetUntilThePageOpens()
     QVERIFY(m_desk->isChecked("btnVividMode"));
 }
 
-void SettingsLoadTest::presetUnderTheOtherKeyIsShownOnReplug()
+void SettingsLoadTest::presetOfTheOtherKeyIsShownOnReplug()
 {
     QVERIFY(m_saved->put("[SVAA009500551]\nbright=100\nimage_mode=1\nimagemode=2\n"));
     QVERIFY(m_desk->start());
@@ -409,7 +460,7 @@ void SettingsLoadTest::presetUnderTheOtherKeyIsShownOnReplug()
     QVERIFY(m_desk->isChecked("btnBrightMode"));
 }
 
-void SettingsLoadTest::replugWhileAPageIsOpenLeavesThePageAlone()
+void SettingsLoadTest::replugDoesNotChangeAnOpenPage()
 {
     PluggedCamera other{{"serial", "SVAA009500552"}};
     QVERIFY(m_saved->put("[SVAA009500552]\nbright=90\ncontrast=90\nsaturation=90\nsharpness=90\n"
@@ -423,7 +474,7 @@ void SettingsLoadTest::replugWhileAPageIsOpenLeavesThePageAlone()
     QCOMPARE(pictureOf(other), kFactoryPicture);
 }
 
-void SettingsLoadTest::damagedFileOpensWithTheCamerasValues_data()
+void SettingsLoadTest::damagedFileMakesThePageShowTheCamerasValues_data()
 {
     QTest::addColumn<QByteArray>("contents");
     QTest::newRow("empty") << QByteArray();
@@ -433,7 +484,7 @@ void SettingsLoadTest::damagedFileOpensWithTheCamerasValues_data()
     QTest::newRow("brackets") << QByteArray(2000, '[');
 }
 
-void SettingsLoadTest::damagedFileOpensWithTheCamerasValues()
+void SettingsLoadTest::damagedFileMakesThePageShowTheCamerasValues()
 {
     QFETCH(const QByteArray, contents);
     QVERIFY(m_saved->put(contents));
@@ -443,7 +494,7 @@ void SettingsLoadTest::damagedFileOpensWithTheCamerasValues()
     QCOMPARE(m_saved->contents(), contents);
 }
 
-void SettingsLoadTest::numbersOutOfRangeAreNoReasonToFail()
+void SettingsLoadTest::numbersOutOfRangeAreAccepted()
 {
     QVERIFY(m_saved->put("[SVAA009500551]\nbright=99999999999\ncontrast=-2147483648\n"
                          "saturation=text\nsharpness=2147483647\nimagemode=77\n"));

@@ -11,7 +11,7 @@ constexpr int kCustom = 3;
 const std::array<SettingsModel::Picture, 3> kPresets{
     {{128, 128, 128, 128}, {138, 128, 130, 120}, {130, 128, 140, 120}}};
 
-/// The level whose button is marked for a value, 0 for none.
+/// The level whose button is selected for a value, 0 for none.
 int markedLevel(int sensitivity)
 {
     if (sensitivity < 31)

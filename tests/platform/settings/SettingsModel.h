@@ -4,9 +4,9 @@
 #include <QMap>
 #include <QString>
 
-/// What the settings of cameras must be after everything that a user does: the registers of each
-/// camera, the saved file, what is stored and what is edited of the open camera, and what the page
-/// shows. Written from the rules alone, without any source of the program.
+/// The expected state after every action of a user: the registers of each camera, the saved file,
+/// the stored and the edited settings of the open camera, and the shown values. Implements the
+/// rules without using any code of the program.
 class SettingsModel
 {
 public:
@@ -61,10 +61,10 @@ public:
 
     void add(const QString& serial) { m_cameras.insert(serial, {}); }
 
-    /// @name What happens
+    /// @name Actions and events
     /// @{
     void open(const QString& serial);
-    /// From the information page of the open camera.
+    /// Returns from the information page of the open camera.
     void returnToPage();
     void switchIntelligent();
     void chooseFraming(Framing framing);
@@ -73,19 +73,19 @@ public:
     void chooseSensitivity(int level);
     void switchMirror();
     void choosePreset(int mode);
-    /// The handle is clicked, dragged or pressed to @p value.
+    /// The slider is clicked or dragged to @p value, or set by keys.
     void moveSlider(Slider slider, int value);
-    /// A key moves the handle; nothing happens at an end.
+    /// A key moves the slider; nothing happens at the end of the scale.
     void stepSlider(Slider slider, int value);
     void save();
     void reset();
-    /// Leaves when nothing is edited.
+    /// Leaves the page when nothing is edited.
     void back();
     void exit();
     void saveAndExit();
     void unplug(const QString& serial);
     void plug(const QString& serial);
-    /// Somebody else changes the camera.
+    /// Another program changes the camera.
     void change(const QString& serial, const Registers& registers);
     /// @}
 
@@ -104,11 +104,11 @@ private:
     void setMirror(bool on);
     void setSubMode(bool individual);
     void markFraming(Framing framing);
-    /// What a marked framing does once its delay is over.
+    /// The effect of a selected framing when its delay is over.
     void takeFraming();
     void doIntelligent(bool on, bool automatic);
     void applySaved();
-    /// Puts what is edited onto the page and, by that, once more into the camera.
+    /// Shows the edited values on the page, which writes them to the camera again.
     void showEdited();
 
     QMap<QString, Camera> m_cameras;

@@ -52,7 +52,7 @@ QString described(const Model::Registers& registers)
 
 QString described(const Model::Page& page)
 {
-    // What is hidden while the intelligent features are off does not count.
+    // Controls that are hidden while the intelligent features are off are not compared.
     QString framing = QStringLiteral("off");
     if (page.intelligent && page.framing == Model::Framing::FrameMaster)
         framing = QStringLiteral("frame master");
@@ -79,10 +79,10 @@ QString described(const QMap<QString, Model::Saved>& file)
 
 } // namespace
 
-/// Random use of two cameras against a model of what has to come of it. After every step the
-/// registers of both cameras, the saved file, the page and whether there are edits must agree.
+/// Random use of two cameras, compared with a model. After every step the registers of both
+/// cameras, the saved file, the page and whether there are edits must agree.
 ///
-/// MARVIK_MODEL_SEED and MARVIK_MODEL_STEPS choose another run.
+/// MARVIK_MODEL_SEED and MARVIK_MODEL_STEPS change seed and length of the run.
 class SettingsModelTest : public QObject
 {
     Q_OBJECT
@@ -93,7 +93,8 @@ private slots:
     void programAgreesWithTheModelAfterEveryStep();
 
 private:
-    /// A step is taken twice: by the hand, which says whether it could, and by the model.
+    /// Executes a step on the program, which returns whether it was possible, and then on the
+    /// model.
     struct Step
     {
         QString name;
@@ -122,13 +123,13 @@ private:
     [[nodiscard]] Step plugStep(int camera);
     [[nodiscard]] Step changeStep(int camera);
 
-    /// Lets what was put off happen now.
+    /// Executes the deferred steps now.
     static void hurry();
     [[nodiscard]] int pluggedCount() const;
     [[nodiscard]] Model::Registers registersOf(PluggedCamera& camera) const;
     [[nodiscard]] Model::Page shownPage() const;
     [[nodiscard]] QMap<QString, Model::Saved> savedFile() const;
-    /// What does not agree; empty when everything does.
+    /// The differences; empty when there are none.
     [[nodiscard]] QStringList differences();
 
     std::unique_ptr<SavedSettings> m_saved;
@@ -195,7 +196,7 @@ void SettingsModelTest::programAgreesWithTheModelAfterEveryStep()
 
 void SettingsModelTest::hurry()
 {
-    // One step may put off another.
+    // A step may defer another one.
     while (PendingTimers::fire(10) || PendingTimers::fire(100) || PendingTimers::fire(20)) {
     }
 }
@@ -232,7 +233,7 @@ SettingsModelTest::Step SettingsModelTest::stepOnTheList()
 
 SettingsModelTest::Step SettingsModelTest::plugStep(int camera)
 {
-    const QString serial = kSerials[camera];
+    const QString& serial = kSerials[camera];
     if (m_model.cameras().value(serial).plugged) {
         return {QStringLiteral("unplug %1").arg(camera),
                 [this, camera] {
@@ -249,7 +250,7 @@ SettingsModelTest::Step SettingsModelTest::plugStep(int camera)
             [this, serial] { m_model.plug(serial); }};
 }
 
-/// Another program, or the camera's own buttons.
+/// A change by another program or by the camera's buttons.
 SettingsModelTest::Step SettingsModelTest::changeStep(int camera)
 {
     Model::Registers registers = m_model.cameras().value(kSerials[camera]).registers;
@@ -282,7 +283,7 @@ SettingsModelTest::Step SettingsModelTest::changeStep(int camera)
 SettingsModelTest::Step SettingsModelTest::stepOnThePage()
 {
     const int kind = upTo(999);
-    // What takes the program long is rare.
+    // Slow actions are rare.
     if (kind < 2)
         return plugStep(upTo(1));
     if (kind < 5)
@@ -325,7 +326,7 @@ SettingsModelTest::Step SettingsModelTest::sliderStep()
     switch (upTo(9)) {
     case 0:
     case 1: {
-        // Where a drag ends is up to the mouse; what counts is that everything follows.
+        // The mouse decides where a drag ends; the model takes over the value that was reached.
         const int value = 80 + upTo(96);
         return {QStringLiteral("drag %1 to %2").arg(name).arg(value),
                 [this, name, value] {

@@ -1,4 +1,5 @@
 #include "CameraDesk.h"
+#include "OverlayImage.h"
 #include "PendingTimers.h"
 #include "Repaints.h"
 #include "TransparentBtn.h"
@@ -14,7 +15,7 @@ namespace {
 
 constexpr int kDebounceMs = 800;
 constexpr int k4kNoticeMs = 2500;
-constexpr int kPatienceMs = 5000;
+constexpr int kTimeoutMs = 5000;
 constexpr int kRestMs = 200;
 constexpr int kPictures = 10;
 
@@ -24,7 +25,7 @@ const QString kInUse = QStringLiteral("Camera is in use by other app");
 
 } // namespace
 
-/// The preview on the settings page, and what another program does to it.
+/// The preview on the settings page, also when another program uses the camera.
 class SettingsPreviewTest : public QObject
 {
     Q_OBJECT
@@ -36,9 +37,9 @@ private slots:
     void opensWithItsPicture();
     void buttonSwitchesItOffAndOn();
     void buttonTakesOneClickIn800Milliseconds();
-    void offStaysOffOverTheInformationPage();
+    void previewStaysOffAfterTheInformationPage();
     void opensWithItsPictureAgainAfterLeaving();
-    void gridGoesWithThePreview();
+    void gridIsHiddenWithThePreview();
     void settingsReachTheCameraWhileThePreviewIsOff();
     void onlyThePictureIsPaintedWhileItPlays();
     void nothingIsPaintedWhileThePreviewIsOff();
@@ -47,7 +48,7 @@ private slots:
     void cameraInUseKeepsItsSettingsWorking();
     void cameraInUseGivesTheToastAndStaysOff();
     void cameraThatIsFreeAgainStarts();
-    void cameraWithoutVideoIsStillNotLost();
+    void previewDoesNotStartForAnUnpluggedCamera();
     void previewOfACameraThatFreezesCanBeSwitchedOff();
 
     void noticeOf4kComesWithTheNarrowView_data();
@@ -55,25 +56,25 @@ private slots:
     void noticeOf4kComesWithIntelligent();
     void noticeOf4kComesOnOpening();
     void noticeOf4kComesOnceForOneOpening();
-    void noticeOf4kGoesAfterItsTime();
-    void formatThatIsNotToldKeepsTheLastOne();
+    void noticeOf4kDisappearsAfterItsTime();
+    void missingFormatKeepsTheLastOne();
 
 private:
     [[nodiscard]] TransPrewBtn* button() const { return m_desk->find<TransPrewBtn>(); }
     [[nodiscard]] bool isShownRunning() const
     {
-        return button()->isPreviewOpen() && button()->labelStyle().contains("previewopen.svg") &&
+        return button()->isPreviewOpen() && imageStyle(button()).contains("previewopen.svg") &&
                m_desk->find("previewWidget")->styleSheet().isEmpty();
     }
     [[nodiscard]] bool isShownClosed() const
     {
-        return !button()->isPreviewOpen() && button()->labelStyle().contains("previewclose.svg") &&
+        return !button()->isPreviewOpen() && imageStyle(button()).contains("previewclose.svg") &&
                m_desk->find("previewWidget")->styleSheet().contains("previewLabel.png") &&
                !m_desk->find<TransparentBtn>()->isVisible();
     }
-    /// Ends the time in which the button takes no second click.
+    /// Ends the time in which the button ignores a second click.
     static void passDebounce() { PendingTimers::fire(kDebounceMs); }
-    /// Another program streams in this format.
+    /// Makes the camera report that another program streams in this format.
     void streamElsewhere(int width, int height, bool streaming)
     {
         m_camera->setValue("width", width);
@@ -86,15 +87,15 @@ private:
         return m_desk->clickPreview() && m_desk->settle() && m_camera->waitFor("idle");
     }
 
-    /// What is painted while so many pictures come.
+    /// The widgets that are painted while this many pictures arrive.
     static QStringList paintedDuring(int pictures)
     {
         const Repaints repaints;
         const bool came =
-            QTest::qWaitFor([&] { return repaints.of(kPicture) >= pictures; }, kPatienceMs);
+            QTest::qWaitFor([&] { return repaints.of(kPicture) >= pictures; }, kTimeoutMs);
         return came ? repaints.counts().keys() : QStringList();
     }
-    /// What is painted while nothing happens.
+    /// The widgets that are painted while nothing happens.
     static QStringList paintedAtRest()
     {
         const Repaints repaints;
@@ -164,7 +165,7 @@ void SettingsPreviewTest::buttonTakesOneClickIn800Milliseconds()
     QVERIFY2(timer.elapsed() >= 780, qPrintable(QString::number(timer.elapsed())));
 }
 
-void SettingsPreviewTest::offStaysOffOverTheInformationPage()
+void SettingsPreviewTest::previewStaysOffAfterTheInformationPage()
 {
     QVERIFY(m_desk->open(*m_camera));
     QVERIFY(switchPreviewOff());
@@ -188,7 +189,7 @@ void SettingsPreviewTest::opensWithItsPictureAgainAfterLeaving()
     QVERIFY(m_camera->stats().streaming);
 }
 
-void SettingsPreviewTest::gridGoesWithThePreview()
+void SettingsPreviewTest::gridIsHiddenWithThePreview()
 {
     QVERIFY(m_desk->open(*m_camera));
     auto* gridButton = m_desk->find<TransparentBtn>();
@@ -217,7 +218,7 @@ void SettingsPreviewTest::onlyThePictureIsPaintedWhileItPlays()
 {
     QVERIFY(m_desk->open(*m_camera));
     QTRY_COMPARE(paintedDuring(kPictures), QStringList{kPicture});
-    // Switched off and on, the preview gets its style and its window anew.
+    // When the preview is switched off and on, its style and window are set again.
     QVERIFY(switchPreviewOff());
     passDebounce();
     QVERIFY(m_desk->clickPreview());
@@ -286,9 +287,9 @@ void SettingsPreviewTest::cameraThatIsFreeAgainStarts()
     QCOMPARE(m_desk->toast(), QString());
 }
 
-void SettingsPreviewTest::cameraWithoutVideoIsStillNotLost()
+void SettingsPreviewTest::previewDoesNotStartForAnUnpluggedCamera()
 {
-    // Pulled out of the bus below the program's feet, before it has noticed.
+    // The camera is unplugged, but the program has not noticed it yet.
     QVERIFY(m_desk->open(*m_camera));
     QVERIFY(switchPreviewOff());
     passDebounce();
@@ -377,7 +378,7 @@ void SettingsPreviewTest::noticeOf4kComesOnceForOneOpening()
     QVERIFY(!isNoticeUp());
 }
 
-void SettingsPreviewTest::noticeOf4kGoesAfterItsTime()
+void SettingsPreviewTest::noticeOf4kDisappearsAfterItsTime()
 {
     QVERIFY(m_desk->open(*m_camera));
     QVERIFY(switchPreviewOff());
@@ -391,7 +392,7 @@ void SettingsPreviewTest::noticeOf4kGoesAfterItsTime()
     QVERIFY2(timer.elapsed() < k4kNoticeMs + 900, qPrintable(QString::number(timer.elapsed())));
 }
 
-void SettingsPreviewTest::formatThatIsNotToldKeepsTheLastOne()
+void SettingsPreviewTest::missingFormatKeepsTheLastOne()
 {
     QVERIFY(m_desk->open(*m_camera));
     QVERIFY(switchPreviewOff());

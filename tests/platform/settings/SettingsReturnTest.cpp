@@ -9,8 +9,7 @@
 
 using Pages = SvtaPagesView;
 
-/// A camera that comes back while its firmware is being installed, which is how an installation is
-/// judged.
+/// A camera that returns while its firmware is being installed; its return decides about success.
 class SettingsReturnTest : public QObject
 {
     Q_OBJECT
@@ -23,17 +22,17 @@ private slots:
     void sameVersionFailsTheUpdate();
     void cameraThatIsNotConnectedFailsTheUpdate();
     void cameraThatDoesNotAnswerTheProbeFailsTheUpdate();
-    void otherSerialNumberEndsNothing();
+    void otherSerialNumberDoesNotEndTheUpdate();
     void otherSerialNumberFirstThenTheRightOne();
-    void withoutTheLoadingDialogNothingHappens();
-    void onAnotherPageNothingHappens();
-    void failureIsAnsweredByRetryOrLater_data();
-    void failureIsAnsweredByRetryOrLater();
+    void returnIsIgnoredWithoutTheLoadingDialog();
+    void returnIsIgnoredOnAnotherPage();
+    void failureOffersRetryAndLater_data();
+    void failureOffersRetryAndLater();
     void listAfterACompletedUpdateOpensTheCamera();
     void backAfterAFailedUpdateSkipsTheSettingsOfAFailedCamera();
 
 private:
-    /// Shows the information page with the installation running, and takes the camera off the bus.
+    /// Shows the information page with a running installation, and unplugs the camera.
     [[nodiscard]] bool startInstallation();
     [[nodiscard]] bool isFailureUp() const;
 
@@ -125,7 +124,7 @@ void SettingsReturnTest::cameraThatDoesNotAnswerTheProbeFailsTheUpdate()
     QVERIFY(isFailureUp());
 }
 
-void SettingsReturnTest::otherSerialNumberEndsNothing()
+void SettingsReturnTest::otherSerialNumberDoesNotEndTheUpdate()
 {
     QVERIFY(startInstallation());
     PluggedCamera other{{"serial", "SVAA009500552"}, {"firmware", "9.9.9"}};
@@ -152,7 +151,7 @@ void SettingsReturnTest::otherSerialNumberFirstThenTheRightOne()
     QCOMPARE(m_desk->toast(), QStringLiteral("Update Complete"));
 }
 
-void SettingsReturnTest::withoutTheLoadingDialogNothingHappens()
+void SettingsReturnTest::returnIsIgnoredWithoutTheLoadingDialog()
 {
     PluggedCamera other{{"serial", "SVAA009500552"}};
     QVERIFY(m_desk->waitForCards(2));
@@ -162,7 +161,7 @@ void SettingsReturnTest::withoutTheLoadingDialogNothingHappens()
     QCOMPARE(m_desk->text("labSNNumber"), QStringLiteral("SVAA009500551"));
 }
 
-void SettingsReturnTest::onAnotherPageNothingHappens()
+void SettingsReturnTest::returnIsIgnoredOnAnotherPage()
 {
     QVERIFY(m_desk->back());
     QVERIFY(m_desk->isOnPage(Pages::SettingPage));
@@ -178,14 +177,14 @@ void SettingsReturnTest::onAnotherPageNothingHappens()
     QCOMPARE(m_desk->toast(), QString());
 }
 
-void SettingsReturnTest::failureIsAnsweredByRetryOrLater_data()
+void SettingsReturnTest::failureOffersRetryAndLater_data()
 {
     QTest::addColumn<QByteArray>("button");
     QTest::newRow("Retry") << QByteArray("btnConfirm");
     QTest::newRow("Later") << QByteArray("btnCancel");
 }
 
-void SettingsReturnTest::failureIsAnsweredByRetryOrLater()
+void SettingsReturnTest::failureOffersRetryAndLater()
 {
     QFETCH(const QByteArray, button);
     QVERIFY(startInstallation());

@@ -1,14 +1,13 @@
 #include "CameraDesk.h"
+#include "FileSizeLimit.h"
 #include "MaskForm.h"
 #include "SvtaParamNotSaveDialog.h"
 #include "SvtaParamSaveDialog.h"
 
-#include <csignal>
 #include <memory>
 #include <QDir>
 #include <QtTest>
 #include <random>
-#include <sys/resource.h>
 
 using Pages = SvtaPagesView;
 
@@ -36,34 +35,9 @@ QByteArray garbage(int size, unsigned seed)
     return bytes;
 }
 
-/// No file of this process grows while one exists, as on a disk that is full.
-class FullDisk
-{
-public:
-    FullDisk()
-    {
-        m_previousHandler = std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_previous);
-        rlimit none = m_previous;
-        none.rlim_cur = 0;
-        setrlimit(RLIMIT_FSIZE, &none);
-    }
-    ~FullDisk()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_previous);
-        std::signal(SIGXFSZ, m_previousHandler);
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-private:
-    rlimit m_previous{};
-    void (*m_previousHandler)(int) = nullptr;
-};
-
 } // namespace
 
-/// Saving, what it leaves in the file, and what becomes of it when the camera is opened again.
+/// Saving: the content of the file, and the values when the camera is opened again.
 class SettingsSaveTest : public QObject
 {
     Q_OBJECT
@@ -78,22 +52,22 @@ private slots:
     void saveWritesNothingToTheCamera();
     void saveEndsTheEdits();
     void saveByShortcut();
-    void savedTwiceTheLastValuesCount();
+    void secondSaveReplacesTheFirst();
     void otherGroupsAndKeysStay();
     void camerasNeverShareValues();
-    void serialNumberIsOneGroup_data();
-    void serialNumberIsOneGroup();
+    void serialNumberMakesOneGroup_data();
+    void serialNumberMakesOneGroup();
     void strangeSerialNumbersKeepTheirValuesApart();
     void cameraWithoutSerialNumberCannotBeSaved();
-    void cameraThatDoesNotTellItsSerialNumberCannotBeSaved();
+    void cameraThatDoesNotReportItsSerialNumberCannotBeSaved();
     void linkThatDoesNotOpenFailsTheSave();
-    void placeThatCannotBeWrittenFailsTheSave_data();
-    void placeThatCannotBeWrittenFailsTheSave();
+    void directoryThatCannotBeWrittenFailsTheSave_data();
+    void directoryThatCannotBeWrittenFailsTheSave();
     void fileThatIsADirectoryFailsTheSave();
     void fullDiskFailsTheSaveAndKeepsTheFile();
-    void damagedFileIsSavedOverAndSetAside();
+    void damagedFileIsReplacedAndKeptAsACopy();
     void failedSaveKeepsTheEdits();
-    void dialogThatIsStillUpOnTheListFailsTheSave();
+    void saveFailsWhenTheListIsShown();
 
 private:
     [[nodiscard]] bool openCamera(const QByteArray& serial)
@@ -195,7 +169,7 @@ void SettingsSaveTest::saveByShortcut()
     QCOMPARE(m_saved->groups(), QStringList{kSerial});
 }
 
-void SettingsSaveTest::savedTwiceTheLastValuesCount()
+void SettingsSaveTest::secondSaveReplacesTheFirst()
 {
     QVERIFY(openCamera("SVAA009500551"));
     QVERIFY(m_desk->click("btnBrightMode"));
@@ -251,7 +225,7 @@ void SettingsSaveTest::camerasNeverShareValues()
     QCOMPARE(m_saved->groups().size(), 2);
 }
 
-void SettingsSaveTest::serialNumberIsOneGroup_data()
+void SettingsSaveTest::serialNumberMakesOneGroup_data()
 {
     QTest::addColumn<QByteArray>("serial");
     const auto row = [](const char* name, const QByteArray& serial) {
@@ -279,7 +253,7 @@ void SettingsSaveTest::serialNumberIsOneGroup_data()
     row("longest of letters", QByteArray(1010, 'x'));
 }
 
-void SettingsSaveTest::serialNumberIsOneGroup()
+void SettingsSaveTest::serialNumberMakesOneGroup()
 {
     QFETCH(const QByteArray, serial);
     QVERIFY(m_saved->put("[SVAA009500552]\nbright=80\ncontrast=80\nsaturation=80\nsharpness=80\n"
@@ -338,7 +312,7 @@ void SettingsSaveTest::cameraWithoutSerialNumberCannotBeSaved()
     QVERIFY(m_desk->isUp<SvtaParamNotSaveDialog>());
 }
 
-void SettingsSaveTest::cameraThatDoesNotTellItsSerialNumberCannotBeSaved()
+void SettingsSaveTest::cameraThatDoesNotReportItsSerialNumberCannotBeSaved()
 {
     m_camera = cameraNamed("SVAA009500551");
     m_desk = std::make_unique<CameraDesk>();
@@ -366,15 +340,15 @@ void SettingsSaveTest::linkThatDoesNotOpenFailsTheSave()
     QCOMPARE(m_saved->group(kSerial).value("bright"), 138);
 }
 
-void SettingsSaveTest::placeThatCannotBeWrittenFailsTheSave_data()
+void SettingsSaveTest::directoryThatCannotBeWrittenFailsTheSave_data()
 {
     QTest::addColumn<QString>("place");
-    // Even the system's administrator can make nothing there.
+    // Even root cannot create anything there.
     QTest::newRow("read-only") << QStringLiteral("/proc/marviktools");
     QTest::newRow("below a file") << QStringLiteral("/etc/hostname/cache");
 }
 
-void SettingsSaveTest::placeThatCannotBeWrittenFailsTheSave()
+void SettingsSaveTest::directoryThatCannotBeWrittenFailsTheSave()
 {
     QFETCH(const QString, place);
     const SavedSettings nowhere(place);
@@ -406,7 +380,7 @@ void SettingsSaveTest::fullDiskFailsTheSaveAndKeepsTheFile()
     const QByteArray before = m_saved->contents();
     QVERIFY(m_desk->click("btnVividMode"));
     {
-        const FullDisk fullDisk;
+        const FileSizeLimit fullDisk(0);
         QVERIFY(m_desk->save());
     }
     QCOMPARE(m_desk->toast(), kFailed);
@@ -417,7 +391,7 @@ void SettingsSaveTest::fullDiskFailsTheSaveAndKeepsTheFile()
     QCOMPARE(m_saved->group(kSerial).value("saturation"), 140);
 }
 
-void SettingsSaveTest::damagedFileIsSavedOverAndSetAside()
+void SettingsSaveTest::damagedFileIsReplacedAndKeptAsACopy()
 {
     const QByteArray damaged("[OTHER]\nbright=80\n[broken\nno value\n");
     QVERIFY(m_saved->put(damaged));
@@ -437,7 +411,7 @@ void SettingsSaveTest::failedSaveKeepsTheEdits()
     QVERIFY(openCamera("SVAA009500551"));
     QVERIFY(m_desk->click("btnHeigh"));
     {
-        const FullDisk fullDisk;
+        const FileSizeLimit fullDisk(0);
         QVERIFY(m_desk->save());
     }
     QCOMPARE(m_desk->toast(), kFailed);
@@ -447,11 +421,11 @@ void SettingsSaveTest::failedSaveKeepsTheEdits()
     QVERIFY(!m_saved->exists());
 }
 
-void SettingsSaveTest::dialogThatIsStillUpOnTheListFailsTheSave()
+void SettingsSaveTest::saveFailsWhenTheListIsShown()
 {
     QVERIFY(openCamera("SVAA009500551"));
     QVERIFY(m_desk->click("btnBrightMode"));
-    // The page below goes away while the question is up, as it does when a camera is pulled out.
+    // The page changes while the question is shown, as it does when a camera is unplugged.
     QVERIFY(m_desk->click("btnPramaSava"));
     m_desk->window().showView(Pages::HomePage);
     QVERIFY(m_desk->answer<SvtaParamSaveDialog>("btnConfirm"));

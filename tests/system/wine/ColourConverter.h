@@ -5,8 +5,8 @@
 
 #include <vector>
 
-/// The filter between a picture of 24 bits a pixel and one of 32, which every Windows has and Wine
-/// 8 has not: its cameras deliver 24, its screens have 32.
+/// The filter that converts a picture from 24 to 32 bits per pixel. Every Windows has one, Wine 8
+/// has none: its cameras deliver 24, its screens have 32.
 class ColourConverter final : public FilterBase<>
 {
 public:

@@ -74,7 +74,7 @@ public:
 
     HRESULT start();
     void stop();
-    /// Sends on what came in, converted.
+    /// Converts a received sample and delivers it.
     HRESULT deliver(IMediaSample& picture);
 
     HRESULT STDMETHODCALLTYPE Connect(IPin* peer, const AM_MEDIA_TYPE* wanted) override;

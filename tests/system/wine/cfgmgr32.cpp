@@ -1,7 +1,7 @@
-// Wine 8 leaves these functions of the configuration manager out, or answers that it has none,
-// while its SetupAPI knows the same device interfaces. The HID library for Windows takes all of
-// them or does not start. Built as cfgmgr32.dll and put beside a program, it takes the place of
-// Wine's for that program.
+// Wine 8 does not have these functions of the configuration manager, or they report no devices,
+// while its SetupAPI has the same device interfaces. The HID library for Windows does not start
+// without them. Built as cfgmgr32.dll and placed beside a program, this replaces Wine's library for
+// that program.
 #include <windows.h>
 
 #include <cfgmgr32.h>
@@ -11,7 +11,7 @@
 
 namespace {
 
-/// The paths one after the other, each with its zero, and a zero at the end.
+/// The concatenated paths, each with a terminating zero, and another zero at the end.
 std::wstring interfacePaths(const GUID& interfaceClass)
 {
     std::wstring paths;

@@ -1,4 +1,4 @@
-// The library that brings the converter to a Wine prefix: regsvr32 colour.dll.
+// The library that installs the converter in a Wine prefix: regsvr32 colour.dll.
 #include "ColourConverter.h"
 #include "windows/ComPtr.h"
 

@@ -72,7 +72,7 @@ TEST_F(DownloadFileTest, LeavesNothingWhenDiscarded)
     EXPECT_EQ(files(), QStringList());
 }
 
-TEST_F(DownloadFileTest, AnErrorThatTheDiskTellsLateIsAnError)
+TEST_F(DownloadFileTest, AnErrorOfTheFlushIsAnError)
 {
     for (const int error : {ENOSPC, EIO, EFBIG}) {
         put("before");
@@ -87,7 +87,7 @@ TEST_F(DownloadFileTest, AnErrorThatTheDiskTellsLateIsAnError)
     }
 }
 
-TEST_F(DownloadFileTest, AFileSystemThatCannotBeAskedIsNoError)
+TEST_F(DownloadFileTest, AFileSystemWithoutFlushIsNoError)
 {
     const ScriptedDisk disk(EINVAL);
     DownloadFile file;
@@ -97,7 +97,7 @@ TEST_F(DownloadFileTest, AFileSystemThatCannotBeAskedIsNoError)
     EXPECT_EQ(content(), "whole");
 }
 
-TEST_F(DownloadFileTest, RefusesWhatIsNoFile)
+TEST_F(DownloadFileTest, RefusesWhatIsNotAFile)
 {
     const std::string directory = m_directory.path().toStdString();
     for (const std::string& path : {std::string(), directory, directory + "/missing/file",

@@ -4,7 +4,7 @@
 
 using Brivane::ProgressMeter;
 
-TEST(ProgressMeterTest, TellsEachPercentageOnce)
+TEST(ProgressMeterTest, ReportsEachPercentageOnce)
 {
     ProgressMeter meter;
     EXPECT_EQ(meter.advance(0, 1000), 0);
@@ -16,7 +16,7 @@ TEST(ProgressMeterTest, TellsEachPercentageOnce)
     EXPECT_EQ(meter.finish(), std::nullopt);
 }
 
-TEST(ProgressMeterTest, NeverGoesBack)
+TEST(ProgressMeterTest, NeverDecreases)
 {
     ProgressMeter meter;
     EXPECT_EQ(meter.advance(500, 1000), 50);
@@ -25,14 +25,14 @@ TEST(ProgressMeterTest, NeverGoesBack)
     EXPECT_EQ(meter.advance(2000, 1000), 100);
 }
 
-TEST(ProgressMeterTest, WithoutALengthOnlyTheEndIsTold)
+TEST(ProgressMeterTest, WithoutALengthOnlyTheEndIsReported)
 {
     ProgressMeter meter;
     EXPECT_EQ(meter.advance(500, -1), std::nullopt);
     EXPECT_EQ(meter.finish(), 100);
 }
 
-TEST(ProgressMeterTest, NothingIsAWholeOfNothing)
+TEST(ProgressMeterTest, AnEmptyDownloadIsComplete)
 {
     ProgressMeter meter;
     EXPECT_EQ(meter.advance(0, 0), 100);

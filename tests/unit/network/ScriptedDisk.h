@@ -1,14 +1,17 @@
 #pragma once
 
-/// The disk below the C library, which tells it late when it has no room.
+/// Replaces the disk below the C library. It reports an error only when data is flushed to it.
 class ScriptedDisk
 {
 public:
-    /// While it exists, writing what is buffered to it fails with this error.
+    /// While the object exists, every flush fails with this error.
     explicit ScriptedDisk(int error);
     ~ScriptedDisk();
     ScriptedDisk(const ScriptedDisk&) = delete;
     ScriptedDisk& operator=(const ScriptedDisk&) = delete;
 
+    /// How many flushes there were in this process.
     [[nodiscard]] static int calls();
+    /// Called in place of the C library's function.
+    static int flush();
 };

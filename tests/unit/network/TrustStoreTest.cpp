@@ -31,7 +31,7 @@ TEST_F(TrustStoreTest, VerifiesWithTls12OrLater)
     }
 }
 
-TEST_F(TrustStoreTest, TheExtraAuthorityComesInAdditionToTheSystems)
+TEST_F(TrustStoreTest, TheExtraAuthorityIsAddedToThoseOfTheSystem)
 {
     const QList<QSslCertificate> systems = QSslConfiguration::systemCaCertificates();
     ASSERT_FALSE(systems.isEmpty());
@@ -45,7 +45,7 @@ TEST_F(TrustStoreTest, TheExtraAuthorityComesInAdditionToTheSystems)
     EXPECT_FALSE(store.configuration({}).caCertificates().contains(extra.first()));
 }
 
-TEST_F(TrustStoreTest, ReadsAFileAgainThatHadNothing)
+TEST_F(TrustStoreTest, ReadsAFileAgainThatHadNoCertificate)
 {
     const QString path = m_directory.filePath("late.pem");
     TrustStore store;

@@ -17,7 +17,7 @@ QByteArray checkOf(const char* version)
 
 } // namespace
 
-TEST(UpdateOfferTest, OffersToWhoHasAnotherVersion)
+TEST(UpdateOfferTest, OffersToAnotherVersion)
 {
     UpdateOffer offer;
     offer.version = "1.0.6";
@@ -40,7 +40,7 @@ TEST(UpdateOfferTest, SizesHaveAUnitOfTwoLetters)
     EXPECT_EQ(UpdateOffer::sizeText(0), "0.0MB");
 }
 
-TEST(BehaviourTest, RefusesFaultsThatItDoesNotKnow)
+TEST(BehaviourTest, RefusesUnknownFaults)
 {
     Behaviour behaviour;
     for (const char* line : {"", "status", "status x", "status 1000", "slow -1", "slow", "truncate",
@@ -54,7 +54,7 @@ TEST(BehaviourTest, RefusesFaultsThatItDoesNotKnow)
     EXPECT_EQ(behaviour.stall, Behaviour::Stall::None);
 }
 
-TEST(BehaviourTest, FaultsAddUp)
+TEST(BehaviourTest, FaultsAccumulate)
 {
     Behaviour behaviour;
     EXPECT_TRUE(behaviour.apply("slow 1000"));

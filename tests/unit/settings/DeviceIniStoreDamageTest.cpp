@@ -9,7 +9,7 @@ const QString kSecond = QStringLiteral("SN2");
 
 } // namespace
 
-/// A file that holds more than the store has written, and what stands in its way.
+/// A file with content that the store has not written, and obstacles to saving.
 class DeviceIniStoreDamageTest : public DeviceIniStoreTest
 {
 protected:
@@ -43,7 +43,7 @@ TEST_F(DeviceIniStoreDamageTest, DirectoryOfThatNameFailsTheSave)
     EXPECT_FALSE(m_store.write(kFirst, pictureOf(120)));
 }
 
-TEST_F(DeviceIniStoreDamageTest, DamagedFileReadsAsWhatIsReadableInIt)
+TEST_F(DeviceIniStoreDamageTest, DamagedFileIsReadAsFarAsPossible)
 {
     for (const QByteArray& garbage :
          {QByteArray(4096, '\0'), QByteArray("\xFF\xFE\x80[[[\n]]=\n"), QByteArray("[unclosed\n"),
@@ -73,7 +73,7 @@ TEST_F(DeviceIniStoreDamageTest, SaveIntoADamagedFileKeepsReadableGroupsAndACopy
     EXPECT_EQ(copy.readAll(), damaged);
 }
 
-TEST_F(DeviceIniStoreDamageTest, SaveIntoASoundFileLeavesNoCopy)
+TEST_F(DeviceIniStoreDamageTest, SaveIntoAnIntactFileLeavesNoCopy)
 {
     ASSERT_TRUE(m_store.write(kSecond, pictureOf(120)));
     EXPECT_EQ(files(), QStringList{QStringLiteral("device.ini")});

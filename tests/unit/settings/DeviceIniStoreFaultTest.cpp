@@ -1,12 +1,11 @@
 #include "DeviceIniStoreTest.h"
 
+#include "FileSizeLimit.h"
 #include "QtPrinters.h"
 
-#include <csignal>
 #include <fcntl.h>
 #include <sched.h>
 #include <sys/mount.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -17,32 +16,7 @@ constexpr uid_t kNobody = 65534;
 const QString kFirst = QStringLiteral("SN1");
 const QString kSecond = QStringLiteral("SN2");
 
-/// No file grows beyond @p bytes while this lives.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        m_handler = std::signal(SIGXFSZ, SIG_IGN); // the write is to fail, not the process
-        getrlimit(RLIMIT_FSIZE, &m_previous);
-        rlimit limit = m_previous;
-        limit.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_previous);
-        std::signal(SIGXFSZ, m_handler);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit m_previous{};
-    void (*m_handler)(int) = SIG_DFL;
-};
-
-/// The process obeys file permissions while this lives, also when root runs it.
+/// While it exists, file permissions apply to the process even when root runs it.
 class WithoutPrivileges
 {
 public:
@@ -58,7 +32,7 @@ private:
     bool m_root;
 };
 
-/// A disk of 64 KiB in the place of a directory, seen by this process alone.
+/// Mounts a disk of 64 KiB over a directory, for this process only.
 class SmallDisk
 {
 public:
@@ -75,7 +49,7 @@ public:
 
     [[nodiscard]] bool isMounted() const { return m_mounted; }
 
-    /// Leaves @p freePages of 4 KiB.
+    /// Fills the disk except for @p freePages of 4 KiB.
     void fill(int freePages) const
     {
         const QByteArray block(4096, 'x');
@@ -156,7 +130,8 @@ TEST_F(DeviceIniStoreFaultTest, FullTemporaryDirectoryKeepsWhatWasSaved)
         qputenv("TMPDIR", QFile::encodeName(temporary));
         for (const int freePages : {0, 1, 2}) {
             disk.fill(freePages);
-            (void)m_store.write(kFirst, pictureOf(100)); // may succeed, and must not lose anything
+            (void)m_store.write(kFirst,
+                                pictureOf(100)); // may succeed or fail, but must not lose anything
             EXPECT_EQ(contents(), m_before) << freePages;
             disk.empty();
         }
@@ -203,7 +178,7 @@ TEST_F(DeviceIniStoreFaultTest, PipeOfThatNameFailsTheSave)
     EXPECT_FALSE(m_store.write(kFirst, pictureOf(120)));
 }
 
-TEST_F(DeviceIniStoreFaultTest, FailedSaveIsNotMadeUpForLater)
+TEST_F(DeviceIniStoreFaultTest, FailedSaveIsNotRepeatedLater)
 {
     {
         const FileSizeLimit full(0);

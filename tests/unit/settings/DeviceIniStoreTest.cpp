@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Serial numbers as a careless or hostile device may report them.
+/// Serial numbers that a faulty or hostile device may report.
 QStringList strangeSerials()
 {
     return {
@@ -75,11 +75,11 @@ TEST_F(DeviceIniStoreTest, WritingCreatesTheCacheLocationAndNothingButTheFile)
     EXPECT_EQ(files(), QStringList{QStringLiteral("device.ini")});
 }
 
-TEST_F(DeviceIniStoreTest, OrdinarySerialNumberStandsAsReported)
+TEST_F(DeviceIniStoreTest, OrdinarySerialNumberIsWrittenUnchanged)
 {
     PictureParameters p = pictureOf(100);
     ASSERT_TRUE(m_store.write(QStringLiteral("RQT47K-2024_0017.B"), p));
-    // Order of the keys and ends of the lines are the platform's.
+    // The order of the keys and the line ends depend on the platform.
     QList<QByteArray> lines = contents().replace("\r\n", "\n").split('\n');
     ASSERT_FALSE(lines.isEmpty());
     EXPECT_EQ(lines.takeFirst(), QByteArray("[RQT47K-2024_0017.B]"));
@@ -106,7 +106,7 @@ TEST_F(DeviceIniStoreTest, ValueThatIsNoNumberReadsAsZero)
     EXPECT_EQ(m_store.read(QStringLiteral("SN1")), expected);
 }
 
-TEST_F(DeviceIniStoreTest, ReselectedImageModeHasAKeyThatIsNeverWritten)
+TEST_F(DeviceIniStoreTest, KeyOfTheReselectedImageModeIsNeverWritten)
 {
     ASSERT_TRUE(m_store.write(QStringLiteral("SN1"), pictureOf(100)));
     EXPECT_FALSE(contents().contains("image_mode"));
@@ -126,6 +126,18 @@ TEST_F(DeviceIniStoreTest, RewriteKeepsOtherGroupsAndOtherKeys)
     EXPECT_EQ(m_store.read(QStringLiteral("SN1")), first);
     EXPECT_EQ(m_store.read(QStringLiteral("SN2"))->bright, 5);
     EXPECT_TRUE(contents().contains("note=\xE7\x9B\xB8")) << contents().constData();
+}
+
+TEST_F(DeviceIniStoreTest, ValueThatIsNotKnownKeepsItsPlaceInTheFile)
+{
+    ASSERT_TRUE(m_store.write(QStringLiteral("SN1"), pictureOf(100)));
+    ASSERT_TRUE(m_store.write(QStringLiteral("SN1"), pictureOf(120),
+                              {QStringLiteral("contrast"), QStringLiteral("CameraView")}));
+    PictureParameters expected = pictureOf(120);
+    expected.contrast = pictureOf(100).contrast;
+    EXPECT_EQ(m_store.read(QStringLiteral("SN1")), expected);
+    ASSERT_TRUE(m_store.write(QStringLiteral("SN2"), pictureOf(120), {QStringLiteral("bright")}));
+    EXPECT_FALSE(contents().mid(contents().indexOf("[SN2]")).contains("bright="));
 }
 
 TEST_F(DeviceIniStoreTest, FastRewritesOfEqualLengthAreAllSeen)
@@ -156,7 +168,7 @@ TEST_F(DeviceIniStoreTest, EveryStrangeSerialNumberHasItsOwnGroup)
     EXPECT_EQ(contents().count("\nbright="), serials.size());
 }
 
-TEST_F(DeviceIniStoreTest, RandomSerialNumbersDoNotMeet)
+TEST_F(DeviceIniStoreTest, RandomSerialNumbersHaveDifferentGroups)
 {
     const QString alphabet =
         QStringLiteral("a/\\%[]= \n2F5C47;\"") + QChar(0) + QChar(0xD83C) + QChar(0x76F8);
@@ -177,7 +189,7 @@ TEST_F(DeviceIniStoreTest, RandomSerialNumbersDoNotMeet)
         EXPECT_EQ(m_store.read(serials.at(i)), pictureOf(i)) << serials.at(i).toStdString();
 }
 
-TEST_F(DeviceIniStoreTest, GroupNameLeadsBackToTheSerialNumber)
+TEST_F(DeviceIniStoreTest, SerialNumberCanBeRecoveredFromTheGroupName)
 {
     QSet<QString> groups;
     const QStringList serials = strangeSerials() << QStringLiteral("");

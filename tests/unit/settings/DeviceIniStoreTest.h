@@ -21,7 +21,7 @@ inline PictureParameters pictureOf(int bright)
     return p;
 }
 
-/// A store in a cache location of its own, which does not exist yet.
+/// A store in a separate cache location, which does not exist yet.
 class DeviceIniStoreTest : public testing::Test
 {
 protected:

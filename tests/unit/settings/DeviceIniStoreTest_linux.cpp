@@ -2,7 +2,7 @@
 
 #include "QtPrinters.h"
 
-TEST_F(DeviceIniStoreTest, CaseTellsSerialNumbersApart)
+TEST_F(DeviceIniStoreTest, SerialNumbersAreCaseSensitive)
 {
     const QStringList serials{QStringLiteral("SN1"), QStringLiteral("sn1"),
                               QStringLiteral("General"), QStringLiteral("general"),

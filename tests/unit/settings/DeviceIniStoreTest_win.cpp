@@ -2,7 +2,7 @@
 
 #include "QtPrinters.h"
 
-// The format's own limit there; what is saved is at least found again.
+// A limit of the file format on Windows; saved values are still found again.
 TEST_F(DeviceIniStoreTest, SerialNumbersThatDifferInCaseShareAGroup)
 {
     ASSERT_TRUE(m_store.write(QStringLiteral("SN1"), pictureOf(100)));

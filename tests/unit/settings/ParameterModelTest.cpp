@@ -77,7 +77,7 @@ TEST(ParameterModelComparison, ImageModeDoesNotCount)
     EXPECT_TRUE(model.isSameData());
 }
 
-TEST(ParameterModelComparison, EditThatIsTakenBackDoesNotCount)
+TEST(ParameterModelComparison, RevertedEditDoesNotCount)
 {
     ParameterModel model;
     model.setPicture(picture());
@@ -85,6 +85,19 @@ TEST(ParameterModelComparison, EditThatIsTakenBackDoesNotCount)
     EXPECT_FALSE(model.isSameData());
     model.edited()[Bright] = 101;
     EXPECT_TRUE(model.isSameData());
+}
+
+TEST(ParameterModelComparison, UnknownValueDoesNotCountUntilItIsSet)
+{
+    ParameterModel model;
+    model.setUnknown(CameraView);
+    model.edited()[CameraView] = 90;
+    EXPECT_TRUE(model.isSameData());
+    model.setKnown(CameraView);
+    EXPECT_FALSE(model.isSameData());
+    model.setUnknown(CameraView);
+    model.clear();
+    EXPECT_FALSE(model.isUnknown(CameraView));
 }
 
 TEST(ParameterModelComparison, LogsThreeValuesOfBothMaps)
@@ -152,7 +165,7 @@ TEST(ParameterModelCopies, DeviceParametersAreCopiedWithoutThePicture)
     EXPECT_FALSE(model.edited().contains(FigureCenter));
 }
 
-TEST(ParameterModelCopies, KeptEditsAreWhatADiscardGoesBackTo)
+TEST(ParameterModelCopies, DiscardReturnsToTheKeptEdits)
 {
     ParameterModel model;
     model.setPicture(picture());

@@ -1,17 +1,18 @@
 #include "SliderScale.h"
+#include "PictureSettings.h"
 #include "QtPrinters.h"
 
 #include <gtest/gtest.h>
 
 using namespace SliderScale;
 
-TEST(SliderScalePercent, CountsFromTheMinimumOn)
+TEST(SliderScalePercent, CountsFromTheMinimum)
 {
-    for (int value = kMinimum; value <= kMaximum; ++value)
+    for (int value = PictureSettings::kMinimum; value <= PictureSettings::kMaximum; ++value)
         EXPECT_EQ(percent(value), value - 78);
 }
 
-TEST(SliderScalePercent, ValueOffTheScaleCountsAsTheNearerEnd)
+TEST(SliderScalePercent, ValueOutsideTheScaleCountsAsTheNearerEnd)
 {
     EXPECT_EQ(percent(0), 0);
     EXPECT_EQ(percent(77), 0);
@@ -44,13 +45,13 @@ TEST(SliderScaleValueAt, IsTruncatedBetween)
     EXPECT_EQ(valueAt(156, 165, 78, 178), 177);
 }
 
-TEST(SliderScaleValueAt, IsExactWhereAPixelIsAValue)
+TEST(SliderScaleValueAt, IsExactWithOnePixelPerValue)
 {
     for (int step = 0; step <= 100; ++step)
         EXPECT_EQ(valueAt(8 + step, 116, 78, 178), 78 + step);
 }
 
-TEST(SliderScaleValueAt, NeverFallsFromLeftToRightAndStaysInRange)
+TEST(SliderScaleValueAt, IncreasesFromLeftToRightAndStaysInRange)
 {
     for (int width = 0; width <= 400; ++width) {
         int last = 78;

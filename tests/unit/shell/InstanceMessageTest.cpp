@@ -81,7 +81,7 @@ TEST_F(InstanceMessageTest, MessageIsReceivedAndAcknowledged)
     EXPECT_TRUE(isDropped());
 }
 
-TEST_F(InstanceMessageTest, MessageMayComeInPieces)
+TEST_F(InstanceMessageTest, MessageMayArriveInPieces)
 {
     for (const char* piece : {"raise", "_window", "_noop"}) {
         send(piece);
@@ -100,7 +100,7 @@ TEST_F(InstanceMessageTest, EmptyMessageIsAMessage)
     EXPECT_EQ(received, QList<QByteArray>{QByteArray()});
 }
 
-TEST_F(InstanceMessageTest, WhatFollowsTheMessageIsIgnored)
+TEST_F(InstanceMessageTest, BytesAfterTheMessageAreIgnored)
 {
     send(QByteArray("first\0second\0", 13));
     EXPECT_TRUE(isDeleted());
@@ -133,7 +133,7 @@ TEST_F(InstanceMessageTest, FloodIsDroppedWithoutBeingRead)
     EXPECT_TRUE(received.isEmpty());
 }
 
-TEST_F(InstanceMessageTest, MessageThatBreaksOffIsDropped)
+TEST_F(InstanceMessageTest, IncompleteMessageIsDropped)
 {
     send("raise_window");
     waitFor([] { return false; }, 20);
@@ -146,7 +146,7 @@ TEST_F(InstanceMessageTest, SlowSenderIsDropped)
 {
     QElapsedTimer clock;
     clock.start();
-    // A byte now and then does not buy more time.
+    // Single bytes do not extend the time-out.
     while (sender.state() == QLocalSocket::ConnectedState && clock.elapsed() < 5000) {
         send("x");
         waitFor([this] { return sender.state() != QLocalSocket::ConnectedState; }, 200);

@@ -88,6 +88,15 @@ TEST_F(LogFileTest, LineWithoutAnOriginHasTheTextOnly)
         << line.constData();
 }
 
+TEST_F(LogFileTest, LineOfASubsystemHasItsCategory)
+{
+    const QMessageLogContext origin("a.cpp", 7, "f()", "marvik.hid");
+    const QByteArray line = LogFile::formatLine(QtDebugMsg, origin, QStringLiteral("text"));
+    EXPECT_TRUE(matches(line, QStringLiteral("\\S+ D \\[0x[0-9a-f]+\\] marvik\\.hid f\\(\\) "
+                                             "\\(a\\.cpp:7\\) text\n")))
+        << line.constData();
+}
+
 TEST_F(LogFileTest, LineEndsOnce)
 {
     const QMessageLogContext origin;
@@ -95,7 +104,7 @@ TEST_F(LogFileTest, LineEndsOnce)
     EXPECT_TRUE(LogFile::formatLine(QtDebugMsg, origin, QStringLiteral("a\n")).endsWith("] a\n"));
 }
 
-TEST_F(LogFileTest, ThreadsAreToldApart)
+TEST_F(LogFileTest, ThreadsHaveDifferentNumbers)
 {
     const QMessageLogContext origin;
     const auto threadOf = [](const QByteArray& line) { return line.split(' ').at(2); };
@@ -147,7 +156,7 @@ TEST_F(LogFileTest, LaterRunAppends)
     EXPECT_TRUE(written.at(1).endsWith("second run"));
 }
 
-TEST_F(LogFileTest, FullFileIsSetAside)
+TEST_F(LogFileTest, FullFileIsRenamed)
 {
     constexpr qint64 limit = 2000;
     const LogFile log(directory.path(), limit);
@@ -155,7 +164,7 @@ TEST_F(LogFileTest, FullFileIsSetAside)
     while (!QFile::exists(path() + ".1") && number < 100)
         qDebug("line %d", number++);
     ASSERT_LT(number, 100);
-    // The line that did not fit any more begins the new file; none is lost, none is doubled.
+    // The line that did not fit begins the new file; no line is lost or written twice.
     EXPECT_EQ(lines(path()).size(), 1);
     EXPECT_TRUE(
         lines(path()).first().endsWith(QByteArray("line ") + QByteArray::number(number - 1)));
@@ -163,7 +172,7 @@ TEST_F(LogFileTest, FullFileIsSetAside)
     EXPECT_LE(QFileInfo(path() + ".1").size(), limit);
 }
 
-TEST_F(LogFileTest, OnlyTwoFilesOfTheSizeAreKept)
+TEST_F(LogFileTest, OnlyTwoFilesAreKept)
 {
     constexpr qint64 limit = 1000;
     const LogFile log(directory.path(), limit);
@@ -176,9 +185,9 @@ TEST_F(LogFileTest, OnlyTwoFilesOfTheSizeAreKept)
     EXPECT_TRUE(lines(path()).last().endsWith("line 199"));
 }
 
-TEST_F(LogFileTest, FileThatCannotBeSetAsideIsStillLimited)
+TEST_F(LogFileTest, FileThatCannotBeRenamedIsStillLimited)
 {
-    // A folder with something in it stands where the old file should go.
+    // The path for the old file is taken by a folder that is not empty.
     ASSERT_TRUE(QDir(directory.path()).mkpath("MarvikTools.log.1/x"));
     constexpr qint64 limit = 1000;
     const LogFile log(directory.path(), limit);
@@ -202,7 +211,7 @@ TEST_F(LogFileTest, DirectoryThatCannotBeMadeLeavesStandardError)
     EXPECT_NE(errors.find("still here\n"), std::string::npos);
 }
 
-TEST_F(LogFileTest, PreviousHandlerComesBack)
+TEST_F(LogFileTest, PreviousHandlerIsRestored)
 {
     s_previousHandlerCalls = 0;
     const QtMessageHandler before = qInstallMessageHandler(countingHandler);
@@ -217,13 +226,14 @@ TEST_F(LogFileTest, PreviousHandlerComesBack)
     EXPECT_EQ(lines(path()).size(), 1);
 }
 
-TEST_F(LogFileTest, LinesOfSeveralThreadsStayWhole)
+TEST_F(LogFileTest, LinesOfSeveralThreadsAreNotMixed)
 {
     constexpr int threads = 4;
     constexpr int perThread = 200;
     {
         const LogFile log(directory.path());
         std::vector<std::thread> writers;
+        writers.reserve(threads);
         for (int i = 0; i < threads; ++i) {
             writers.emplace_back([] {
                 for (int line = 0; line < perThread; ++line)

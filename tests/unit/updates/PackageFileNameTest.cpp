@@ -29,10 +29,23 @@ TEST(PackageFileNameIsPlain, AcceptsNamesThatEveryPlatformKeeps)
     EXPECT_TRUE(isPlain(QString(255, QLatin1Char('a'))));
 }
 
+TEST(PackageFileNameIsPlain, AcceptsCharactersThatOnlyWindowsForbids)
+{
+    for (const char* name : {"fw.bin?sig=ab%2Fc&expires=10:00", "?x=1", "fw*.bin", "\"fw\"", "<fw>",
+                             "a|b", "fw.bin:stream"})
+        EXPECT_TRUE(isPlain(QString::fromUtf8(name))) << name;
+}
+
+TEST(PackageFileNameOnDisk, KeepsAnOrdinaryName)
+{
+    for (const char* name : {"firmware.bin", "with blank.bin", "固件.bin", "a&b=c%2F"})
+        EXPECT_EQ(onDisk(QString::fromUtf8(name)), QString::fromUtf8(name));
+}
+
 TEST(PackageFileNameIsPlain, RefusesWhatLeadsElsewhere)
 {
-    for (const char* name : {"", ".", "..", "..\\x.exe", "a\\b", "a/b", "C:x.exe", "C:\\x.exe",
-                             "fw.bin:stream", "\\\\host\\share"})
+    for (const char* name :
+         {"", ".", "..", "..\\x.exe", "a\\b", "a/b", "C:x.exe", "C:\\x.exe", "\\\\host\\share"})
         EXPECT_FALSE(isPlain(QString::fromUtf8(name))) << name;
 }
 
@@ -43,10 +56,10 @@ TEST(PackageFileNameIsPlain, RefusesDevices)
         EXPECT_FALSE(isPlain(QString::fromUtf8(name))) << name;
 }
 
-TEST(PackageFileNameIsPlain, RefusesWhatAFileSystemWouldChangeOrForbid)
+TEST(PackageFileNameIsPlain, RefusesNamesThatAFileSystemChangesOrForbids)
 {
-    for (const char* name : {"fw.bin.", "fw.bin...", "fw.bin ", " fw.bin", "fw\nbin", "fw\tbin",
-                             "fw\x7F", "fw\u0085", "fw*.bin", "fw?.bin", "\"fw\"", "<fw>", "a|b"})
+    for (const char* name :
+         {"fw.bin.", "fw.bin...", "fw.bin ", " fw.bin", "fw\nbin", "fw\tbin", "fw\x7F", "fw\u0085"})
         EXPECT_FALSE(isPlain(QString::fromUtf8(name))) << name;
     EXPECT_FALSE(isPlain(QString::fromUtf8("fw\0.bin", 7)));
     EXPECT_FALSE(isPlain(QString(QChar(0xD800)) + QStringLiteral(".bin")));

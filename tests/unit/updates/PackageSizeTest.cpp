@@ -13,7 +13,7 @@ QString progress(const char* size, int percent)
 
 } // namespace
 
-TEST(PackageSize, ShowsWhatIsThereOfTheWhole)
+TEST(PackageSize, ShowsDownloadedAndTotalSize)
 {
     EXPECT_EQ(progress("52.4MB", 37), QStringLiteral("19.4/52.4MB"));
     EXPECT_EQ(progress("52.4MB", 0), QStringLiteral("0.0/52.4MB"));
@@ -21,15 +21,15 @@ TEST(PackageSize, ShowsWhatIsThereOfTheWhole)
     EXPECT_EQ(progress("12KB", 50), QStringLiteral("6.0/12.0KB"));
 }
 
-TEST(PackageSize, IsCountedInSinglePrecision)
+TEST(PackageSize, IsCalculatedInSinglePrecision)
 {
-    // 0.35 of 1: exactly on the border in decimal, just below in single precision.
+    // 0.35 of 1: exactly between two values in decimal, just below in single precision.
     EXPECT_EQ(progress("1MB", 35),
               QString::number(static_cast<double>(0.35F), 'f', 1) + QStringLiteral("/1.0MB"));
     EXPECT_EQ(progress("16777217MB", 100), QStringLiteral("16777216.0/16777216.0MB"));
 }
 
-TEST(PackageSize, WithoutANumberIsNothingOfNothing)
+TEST(PackageSize, InvalidNumberIsShownAsZero)
 {
     EXPECT_EQ(progress("MB", 50), QStringLiteral("0.0/0.0MB"));
     EXPECT_EQ(progress("unknown", 50), QStringLiteral("0.0/0.0wn"));
@@ -37,7 +37,7 @@ TEST(PackageSize, WithoutANumberIsNothingOfNothing)
     EXPECT_EQ(progress("", 50), QStringLiteral("0.0/0.0"));
 }
 
-TEST(PackageSize, LogsItsNumberAndWhatIsThere)
+TEST(PackageSize, LogsTotalAndDownloadedSize)
 {
     const LogCapture log;
     EXPECT_EQ(progress("52.4MB", 50), QStringLiteral("26.2/52.4MB"));

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(UpdateCheck, IsThereOnlyUnderAnAddressThatCanBe)
+TEST(UpdateCheck, IsAvailableOnlyWithAValidAddress)
 {
     const auto configured = [](const char* url) {
         TestVendor::setUpdateBaseUrl(QString::fromUtf8(url));
@@ -38,7 +38,7 @@ TEST(UpdateCheck, BodyIsTheTextTheServiceExpects)
               "{\"terminalType\":\"SCW\",\n\"version\":\"1.2.3\",\n}");
 }
 
-TEST(UpdateCheck, BodyHoldsTextsAsTheyAre)
+TEST(UpdateCheck, BodyContainsTextsUnchanged)
 {
     EXPECT_EQ(UpdateCheck::body(QStringLiteral("A\"B"), QStringLiteral("1\"\\2")),
               "{\"terminalType\":\"A\"B\",\n\"version\":\"1\"\\2\",\n}");

@@ -14,7 +14,7 @@ TEST(ControlText, EncodingHoldsAnyBytes)
     EXPECT_EQ(bytes, percentDecode(text));
 }
 
-TEST(ControlText, StrayPercentStandsForItself)
+TEST(ControlText, StrayPercentSignIsKept)
 {
     EXPECT_EQ("100%", percentDecode("100%"));
     EXPECT_EQ("%4", percentDecode("%4"));

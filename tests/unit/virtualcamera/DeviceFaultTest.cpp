@@ -16,7 +16,7 @@ protected:
     Device device{testConfig()};
 };
 
-TEST_F(DeviceFaultTest, NoReplyCarriesTheCommandOut)
+TEST_F(DeviceFaultTest, NoReplyExecutesTheCommand)
 {
     add({"noreply"});
     EXPECT_TRUE(send(device, writeOf(0x5091, 1)).reports.empty());
@@ -58,7 +58,7 @@ TEST_F(DeviceFaultTest, ShortCutsTheReport)
     EXPECT_TRUE(probe().reports.empty());
 }
 
-TEST_F(DeviceFaultTest, OversizeClaimsMoreThanThereIs)
+TEST_F(DeviceFaultTest, OversizeReportsALargerPayload)
 {
     add({"oversize", "2000"});
     const Bytes report = probe().reports.at(0);
@@ -77,7 +77,7 @@ TEST_F(DeviceFaultTest, ReadErrorComesOnce)
     EXPECT_EQ(0U, answerOf(reaction));
 }
 
-TEST_F(DeviceFaultTest, WriteErrorKeepsTheCommandFromTheDevice)
+TEST_F(DeviceFaultTest, CommandWithAWriteErrorDoesNotReachTheDevice)
 {
     add({"writeerror"});
     EXPECT_TRUE(send(device, writeOf(0x5091, 1)).writeFails);
@@ -125,7 +125,7 @@ TEST_F(DeviceFaultTest, FaultsCombine)
     EXPECT_NE(command::kProbe, commandOf(reaction.reports.front()));
 }
 
-TEST_F(DeviceFaultTest, BadFramesStaySilentUnderAnyFault)
+TEST_F(DeviceFaultTest, BadFramesAreNotAnsweredWithAnyFault)
 {
     add({"status", "4"});
     Bytes report = buildRequest(readOf(command::kProbe));

@@ -32,7 +32,7 @@ TEST_F(DeviceTest, AnswersTheProbe)
     EXPECT_EQ(Bytes{2}, read(0x5000));
 }
 
-TEST_F(DeviceTest, TellsItsVersionAndSerialNumber)
+TEST_F(DeviceTest, ReportsItsVersionAndSerialNumber)
 {
     EXPECT_EQ((Bytes{1, 0, 5}), read(0x5001));
     EXPECT_EQ("1.0.5", device.firmwareVersionText());
@@ -93,7 +93,7 @@ TEST_F(DeviceTest, FramingModesExcludeEachOther)
     EXPECT_EQ(2U, device.log().violations());
 }
 
-TEST_F(DeviceTest, PowerCycleBringsStoredSettingsBack)
+TEST_F(DeviceTest, PowerCycleRestoresStoredSettings)
 {
     write(0x50A1, 60);
     device.current()[Control::Brightness] = 150;
@@ -105,14 +105,14 @@ TEST_F(DeviceTest, PowerCycleBringsStoredSettingsBack)
     EXPECT_EQ(150, device.current()[Control::Brightness]);
 }
 
-TEST_F(DeviceTest, PowerCycleWithoutStoringBringsTheFactoryBack)
+TEST_F(DeviceTest, PowerCycleWithoutStoringRestoresTheFactorySettings)
 {
     write(0x5091, 1);
     device.powerCycle();
     EXPECT_EQ(Bytes{0}, read(0x5090));
 }
 
-TEST_F(DeviceTest, StaysSilentOnFramesItCannotTrust)
+TEST_F(DeviceTest, DoesNotAnswerInvalidFrames)
 {
     Bytes report = buildRequest(readOf(0x5000));
     report[12] ^= 0xFF;

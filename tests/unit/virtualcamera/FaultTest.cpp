@@ -11,9 +11,9 @@ FaultRule parse(std::vector<std::string> words)
     return FaultRule::parse(words);
 }
 
-std::size_t strikes(FaultPlan& plan, std::uint16_t command, std::uint32_t packet = 0)
+std::size_t applies(FaultPlan& plan, std::uint16_t command, std::uint32_t packet = 0)
 {
-    return plan.strikeRequest(command, packet).size();
+    return plan.countRequest(command, packet).size();
 }
 
 } // namespace
@@ -42,24 +42,24 @@ TEST(Fault, RefusesNonsense)
     EXPECT_THROW(parse({"noreply", "cmd=0x10000"}), std::invalid_argument);
 }
 
-TEST(Fault, StrikesFromAndForATime)
+TEST(Fault, AppliesFromANumberAndALimitedNumberOfTimes)
 {
     FaultPlan plan;
     plan.add(parse({"noreply", "from=2", "times=2"}));
-    EXPECT_EQ(0U, strikes(plan, 0x5000));
-    EXPECT_EQ(1U, strikes(plan, 0x5000));
-    EXPECT_EQ(1U, strikes(plan, 0x5000));
-    EXPECT_EQ(0U, strikes(plan, 0x5000));
+    EXPECT_EQ(0U, applies(plan, 0x5000));
+    EXPECT_EQ(1U, applies(plan, 0x5000));
+    EXPECT_EQ(1U, applies(plan, 0x5000));
+    EXPECT_EQ(0U, applies(plan, 0x5000));
 }
 
 TEST(Fault, CommandFilterCountsItsOwnRequestsOnly)
 {
     FaultPlan plan;
     plan.add(parse({"status", "7", "cmd=0x5001", "from=2"}));
-    EXPECT_EQ(0U, strikes(plan, 0x5000));
-    EXPECT_EQ(0U, strikes(plan, 0x5001));
-    EXPECT_EQ(0U, strikes(plan, 0x5000));
-    EXPECT_EQ(1U, strikes(plan, 0x5001));
+    EXPECT_EQ(0U, applies(plan, 0x5000));
+    EXPECT_EQ(0U, applies(plan, 0x5001));
+    EXPECT_EQ(0U, applies(plan, 0x5000));
+    EXPECT_EQ(1U, applies(plan, 0x5001));
 }
 
 TEST(Fault, SameFaultReplacesTheOld)
@@ -71,39 +71,39 @@ TEST(Fault, SameFaultReplacesTheOld)
     ASSERT_EQ(2U, plan.rules().size());
     EXPECT_EQ(200U, plan.rules()[0].first);
     plan.clear();
-    EXPECT_EQ(0U, strikes(plan, 0x5001));
+    EXPECT_EQ(0U, applies(plan, 0x5001));
 }
 
 TEST(Fault, PacketIsNackedByItsNumber)
 {
     FaultPlan plan;
     plan.add(parse({"nack-packet", "3", "2"}));
-    EXPECT_EQ(0U, strikes(plan, 0x4200, 1));
-    EXPECT_EQ(1U, strikes(plan, 0x4200, 3));
-    EXPECT_EQ(1U, strikes(plan, 0x4200, 3));
-    EXPECT_EQ(0U, strikes(plan, 0x4200, 3));
-    EXPECT_EQ(0U, strikes(plan, 0x5000, 3));
+    EXPECT_EQ(0U, applies(plan, 0x4200, 1));
+    EXPECT_EQ(1U, applies(plan, 0x4200, 3));
+    EXPECT_EQ(1U, applies(plan, 0x4200, 3));
+    EXPECT_EQ(0U, applies(plan, 0x4200, 3));
+    EXPECT_EQ(0U, applies(plan, 0x5000, 3));
 }
 
 TEST(Fault, StartIsRefusedSoManyTimes)
 {
     FaultPlan plan;
     plan.add(parse({"refuse-start", "1"}));
-    EXPECT_EQ(0U, strikes(plan, 0x5000));
-    EXPECT_EQ(1U, strikes(plan, 0x4000));
-    EXPECT_EQ(0U, strikes(plan, 0x4000));
+    EXPECT_EQ(0U, applies(plan, 0x5000));
+    EXPECT_EQ(1U, applies(plan, 0x4000));
+    EXPECT_EQ(0U, applies(plan, 0x4000));
 }
 
-TEST(Fault, ConditionsDoNotStrikeRequests)
+TEST(Fault, ConditionsDoNotApplyToRequests)
 {
     FaultPlan plan;
     plan.add(parse({"busy"}));
     plan.add(parse({"open-error", "times=1"}));
-    EXPECT_EQ(0U, strikes(plan, 0x5000));
+    EXPECT_EQ(0U, applies(plan, 0x5000));
     EXPECT_TRUE(plan.isActive(FaultKind::Busy));
     EXPECT_FALSE(plan.isActive(FaultKind::Frozen));
-    EXPECT_TRUE(plan.strikeOpen());
-    EXPECT_FALSE(plan.strikeOpen());
+    EXPECT_TRUE(plan.countOpen());
+    EXPECT_FALSE(plan.countOpen());
 }
 
 } // namespace virtualcamera

@@ -1,6 +1,6 @@
 #include "Requests.h"
 
-#include "core/FirmwareImage.h"
+#include "core/DeviceFirmware.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@ class FirmwareTest : public testing::Test
 protected:
     static Bytes image(std::size_t payload, Bytes version = {2, 0, 1})
     {
-        return FirmwareImage{std::move(version), Bytes(payload, 0x3C)}.encode();
+        return DeviceFirmware{std::move(version), Bytes(payload, 0x3C)}.encode();
     }
     void add(std::vector<std::string> words) { device.faults().add(FaultRule::parse(words)); }
     std::uint32_t start()
@@ -40,11 +40,11 @@ protected:
 
 TEST_F(FirmwareTest, ImageSurvivesEncoding)
 {
-    const auto decoded = FirmwareImage::decode(image(100));
+    const auto decoded = DeviceFirmware::decode(image(100));
     ASSERT_TRUE(decoded);
     EXPECT_EQ((Bytes{2, 0, 1}), decoded->version);
     EXPECT_EQ(Bytes(100, 0x3C), decoded->payload);
-    EXPECT_TRUE(FirmwareImage::decode(image(0, {})));
+    EXPECT_TRUE(DeviceFirmware::decode(image(0, {})));
 }
 
 TEST_F(FirmwareTest, DamagedImageIsRecognized)
@@ -53,10 +53,10 @@ TEST_F(FirmwareTest, DamagedImageIsRecognized)
     for (std::size_t i = 0; i < good.size(); ++i) {
         Bytes bad = good;
         bad[i] ^= 0x40;
-        EXPECT_FALSE(FirmwareImage::decode(bad)) << i;
+        EXPECT_FALSE(DeviceFirmware::decode(bad)) << i;
     }
-    EXPECT_FALSE(FirmwareImage::decode({}));
-    EXPECT_FALSE(FirmwareImage::decode(Bytes(good.begin(), good.begin() + 7)));
+    EXPECT_FALSE(DeviceFirmware::decode({}));
+    EXPECT_FALSE(DeviceFirmware::decode(Bytes(good.begin(), good.begin() + 7)));
 }
 
 TEST_F(FirmwareTest, GoodTransferRunsAfterTheRestart)
@@ -140,7 +140,7 @@ TEST_F(FirmwareTest, EndNeedsAStart)
     EXPECT_EQ(Verdict::Violation, device.log().entries().back().verdict);
 }
 
-TEST_F(FirmwareTest, StartAgainBeginsAnew)
+TEST_F(FirmwareTest, SecondStartBeginsANewTransfer)
 {
     start();
     packet(Bytes(kMaxPayload, 1), 1, false);

@@ -20,7 +20,7 @@ Verdict verdictOf(const Bytes& report)
 
 } // namespace
 
-TEST(Checksum, HasTheWorkedValues)
+TEST(Checksum, MatchesKnownValues)
 {
     EXPECT_EQ(0x04A3, checksumOf(buildRequest(readOf(0x5001))));
     EXPECT_EQ(0x05E7, checksumOf(buildRequest(readOf(0x5000))));
@@ -49,7 +49,7 @@ TEST(Frame, ParsesWhatAHostBuilds)
     EXPECT_EQ(request.payload, parsed.request.payload);
 }
 
-TEST(Frame, RejectsWhatItCannotTrust)
+TEST(Frame, RejectsInvalidFrames)
 {
     const Bytes good = buildRequest(writeOf(0x5091, 1));
     EXPECT_EQ(Verdict::Ok, verdictOf(good));
@@ -74,7 +74,7 @@ TEST(Frame, RejectsWhatItCannotTrust)
     EXPECT_EQ(Verdict::BadLength, verdictOf({1, 0x5A}));
 }
 
-TEST(Frame, IgnoresWhatFollowsThePayload)
+TEST(Frame, IgnoresBytesAfterThePayload)
 {
     Bytes report = buildRequest(writeOf(0x5091, 1));
     report[500] = 0x77;

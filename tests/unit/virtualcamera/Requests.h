@@ -56,7 +56,7 @@ inline Bytes payloadOf(const Bytes& report)
     return Bytes(begin, begin + loadLittleEndian16(&report.at(6)));
 }
 
-/// The status of the only report of the reaction; a value no device answers when there is none.
+/// The status of the only report of the reaction; without a report, a value that no device returns.
 inline std::uint32_t answerOf(const Reaction& reaction)
 {
     return reaction.reports.size() == 1 ? statusOf(reaction.reports.front()) : 0xDEADU;

@@ -12,8 +12,8 @@ struct Range
     long defaultValue;
 };
 
-/// What GetRange() tells: a camera can set these itself. A value just written or never touched is
-/// the user's, so Get() tells less.
+/// The flags from GetRange(): the camera can set these properties automatically. A value that was
+/// just written or never changed is manual, so Get() returns fewer flags.
 constexpr long kCapabilities = 3;
 constexpr long kManual = 2;
 

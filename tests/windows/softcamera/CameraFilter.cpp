@@ -10,8 +10,8 @@
 CameraFilter::CameraFilter()
     : m_script(std::make_shared<CameraScript>())
 {
-    // The capture pin comes first, as with a real camera: a graph builder that is asked for the
-    // preview looks at both.
+    // The capture pin comes first, as with a real camera: a graph builder that looks for the
+    // preview pin checks both.
     m_pins.push_back(std::make_unique<CameraPin>(*this, PIN_CATEGORY_CAPTURE, L"Capture"));
     m_pins.push_back(std::make_unique<CameraPin>(*this, PIN_CATEGORY_PREVIEW, L"Preview"));
     ++m_script->filtersAlive;

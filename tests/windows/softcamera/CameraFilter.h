@@ -11,8 +11,8 @@
 #include <strmif.h>
 #include <vector>
 
-/// The software camera as a capture filter with a capture and a preview pin. Which camera it is, it
-/// learns from the property bag of the device that it was bound from.
+/// The software camera as a capture filter with a capture and a preview pin. The property bag of
+/// the device to which it is bound identifies the camera.
 class CameraFilter final : public FilterBase<IPersistPropertyBag, IAMVideoProcAmp>
 {
 public:

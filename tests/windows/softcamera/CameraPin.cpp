@@ -14,7 +14,7 @@ namespace {
 constexpr std::chrono::microseconds kFrameTime{33333};
 constexpr long kBuffers = 4;
 
-/// Owns what it lists.
+/// Owns the listed types.
 struct OwnedType
 {
     std::shared_ptr<AM_MEDIA_TYPE> type;
@@ -312,7 +312,8 @@ void CameraPin::deliver()
     PictureFormat::paint(bytes, m_type.subtype, script.size, script.topDown);
     sample->SetActualDataLength(length);
     sample->SetSyncPoint(TRUE);
-    sample->SetTime(nullptr, nullptr); // shown as they come, like every live preview
+    sample->SetTime(nullptr,
+                    nullptr); // without time stamps: shown on arrival, like every live preview
     if (m_input->Receive(sample.get()) == S_OK)
         ++m_filter.script().framesTaken;
 }

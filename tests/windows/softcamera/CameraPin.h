@@ -18,7 +18,7 @@
 class CameraFilter;
 
 /// An output pin of the software camera: offers the script's formats and delivers its picture
-/// thirty times a second. Lives as long as its filter, whose references it counts.
+/// thirty times a second. It exists as long as its filter and shares its reference count.
 class CameraPin final : public ComObject<IPin, IKsPropertySet>
 {
 public:
@@ -49,7 +49,7 @@ public:
     HRESULT STDMETHODCALLTYPE NewSegment(REFERENCE_TIME start, REFERENCE_TIME stop,
                                          double rate) override;
 
-    // The one property is the pin's category, by which a graph builder finds it.
+    // The only property is the pin's category, by which a graph builder finds the pin.
     HRESULT STDMETHODCALLTYPE Set(REFGUID set, DWORD id, LPVOID instance, DWORD instanceBytes,
                                   LPVOID data, DWORD bytes) override;
     HRESULT STDMETHODCALLTYPE Get(REFGUID set, DWORD id, LPVOID instance, DWORD instanceBytes,

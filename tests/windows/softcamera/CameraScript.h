@@ -8,7 +8,7 @@
 #include <QSize>
 #include <vector>
 
-/// What a software camera does, and what was done to it. Shared by the test and the camera's
+/// The script of a software camera, and its recorded calls. Shared by the test and the camera's
 /// filters, which run on several threads.
 struct CameraScript
 {
@@ -24,13 +24,13 @@ struct CameraScript
     bool topDown = false;
     std::vector<GUID> subtypes = PictureFormat::all();
     bool hasAmplifier = true;
-    bool reportsRefusal = false; ///< lets a refusal of Pause reach the caller; see RefusalFilter
+    bool reportsRefusal = false; ///< makes a refusal of Pause reach the caller; see RefusalFilter
 
-    // What it answers instead of success.
+    // Results that it returns instead of success.
     std::atomic<HRESULT> bindResult{S_OK};
     std::atomic<HRESULT> pauseResult{S_OK};
 
-    // What happened.
+    // Recorded calls.
     std::atomic<int> binds{0};
     std::atomic<int> filtersAlive{0};
     std::atomic<int> streamsAlive{0};

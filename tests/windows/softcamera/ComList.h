@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-/// An enumerator over a list that was fixed when it was made. @p HandOut turns an element into what
-/// the caller gets and owns.
+/// An enumerator over a list that does not change. @p HandOut converts an element into the value
+/// that the caller receives and owns.
 template <typename Enumerator, typename Element, typename Handed, Handed (*HandOut)(const Element&)>
 class ComList final : public ComObject<Enumerator>
 {

@@ -3,7 +3,7 @@
 #include <atomic>
 #include <unknwn.h>
 
-/// Counts the COM objects of the software camera that are alive, whoever holds them.
+/// The number of existing COM objects of the software camera.
 class LiveObjects
 {
 public:
@@ -21,7 +21,7 @@ private:
     }
 };
 
-/// A COM object with these interfaces and one reference, the creator's.
+/// A COM object with these interfaces; the creator has its first reference.
 template <typename... Interfaces>
 class ComObject : public Interfaces..., private LiveObjects
 {

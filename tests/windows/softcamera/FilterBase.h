@@ -12,7 +12,7 @@
 #include <vector>
 #include <vfwmsgs.h>
 
-/// What every filter does alike: it knows its graph, its clock, its state and its pins.
+/// The common part of all filters: graph, clock, state and pins.
 template <typename... Interfaces>
 class FilterBase : public ComObject<IBaseFilter, Interfaces...>
 {

@@ -11,5 +11,5 @@ inline IPin* handOutPin(const ComPtr<IPin>& pin)
     return pin.get();
 }
 
-/// Enumerates pins of a filter.
+/// Enumerates the pins of a filter.
 using PinList = ComList<IEnumPins, ComPtr<IPin>, IPin*, handOutPin>;

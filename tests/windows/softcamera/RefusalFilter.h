@@ -8,9 +8,9 @@
 
 /// A filter without pins that refuses to pause when the camera beside it does.
 ///
-/// Windows hands the camera's refusal to whoever runs the graph. Wine keeps the first answer that
-/// is not plain success, which is the renderer's "not yet"; a filter that joins after the camera is
-/// asked before the renderer.
+/// Windows reports the camera's refusal to the caller that runs the graph. Wine reports the first
+/// result other than S_OK, which is the renderer's "not yet". A filter that is added after the
+/// camera is called before the renderer.
 class RefusalFilter final : public FilterBase<>
 {
 public:

@@ -19,7 +19,7 @@ const wchar_t* wide(const QString& text)
     return reinterpret_cast<const wchar_t*>(text.utf16());
 }
 
-/// A key that a camera is written into; deleted by the camera.
+/// The registry key of a camera; the camera deletes it.
 class RegistryKey
 {
 public:

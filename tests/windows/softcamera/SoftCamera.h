@@ -8,11 +8,11 @@
 #include <optional>
 #include <QString>
 
-/// A camera made of software among the system's video inputs, for this object's lifetime: the real
-/// enumerator lists it, real graphs stream it. Its filters run in this process.
+/// A software camera that is one of the system's video inputs during this object's lifetime: the
+/// real enumerator lists it, and real graphs stream from it. Its filters run in this process.
 ///
-/// On Windows the list of video inputs is the administrator's, so tests that plug one in are run as
-/// one.
+/// On Windows only an administrator can change the list of video inputs, so tests that plug one in
+/// must run as administrator.
 class SoftCamera
 {
 public:
@@ -24,7 +24,7 @@ public:
     SoftCamera(const SoftCamera&) = delete;
     SoftCamera& operator=(const SoftCamera&) = delete;
 
-    /// A real camera's path of a supported model.
+    /// The device path of a real camera of a supported model.
     [[nodiscard]] static QString supportedPath(int number);
 
     [[nodiscard]] bool isPluggedIn() const { return m_pluggedIn; }
@@ -33,7 +33,7 @@ public:
     [[nodiscard]] static const CLSID& classId();
     /// The device property that numbers the script.
     static constexpr const wchar_t* kNumberValue = L"SoftCameraNumber";
-    /// Null for a camera that is gone.
+    /// Null when the camera was unplugged.
     [[nodiscard]] static std::shared_ptr<CameraScript> scriptOf(int number);
 
 private:

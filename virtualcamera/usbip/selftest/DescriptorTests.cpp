@@ -65,7 +65,7 @@ TEST(Descriptors, DeviceIsACompositeHighSpeedDevice)
     EXPECT_EQ(UsbDescriptors(specWithSerial("SVAA1")).device(), expected);
 }
 
-TEST(Descriptors, NoSerialNumberMeansNoStringForIt)
+TEST(Descriptors, DeviceWithoutSerialNumberHasNoStringForIt)
 {
     const UsbDescriptors descriptors(specWithSerial(""));
     EXPECT_EQ(descriptors.device()[16], 0);
@@ -83,7 +83,7 @@ TEST(Descriptors, StringsAreUtf16)
     EXPECT_FALSE(descriptors.string(4));
 }
 
-TEST(Descriptors, LengthsAndCountsAddUpForEveryKindOfCamera)
+TEST(Descriptors, LengthsAndCountsAreConsistentForEveryKindOfCamera)
 {
     for (const bool video : {true, false}) {
         for (const bool hid : {true, false}) {
@@ -172,7 +172,7 @@ TEST(Descriptors, OffersTheModesOfTheCamera)
     EXPECT_EQ(withSubtype(streaming, 6).at(0)[4], 4);
 }
 
-TEST(Descriptors, FramesTellSizeAndIntervals)
+TEST(Descriptors, FramesHaveSizeAndIntervals)
 {
     const std::vector<Bytes> streaming = descriptorsOf(configurationOf({}), 1);
     for (const std::uint8_t subtype : {std::uint8_t{5}, std::uint8_t{7}}) {
@@ -192,7 +192,7 @@ TEST(Descriptors, FramesTellSizeAndIntervals)
     EXPECT_EQ(loadLittleEndian32(&raw[2][21]), 333333U);
 }
 
-TEST(Descriptors, VideoEndpointHasThreeTransactionsAMicroframe)
+TEST(Descriptors, VideoEndpointHasThreeTransactionsPerMicroframe)
 {
     const std::vector<Bytes> running = descriptorsOf(configurationOf({}), 1, 1);
     ASSERT_EQ(running.size(), 2U);

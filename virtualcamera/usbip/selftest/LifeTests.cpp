@@ -1,5 +1,5 @@
 #include "core/Commands.h"
-#include "core/FirmwareImage.h"
+#include "core/DeviceFirmware.h"
 #include "StreamModes.h"
 #include "UsbipTest.h"
 #include "VhciPort.h"
@@ -27,7 +27,7 @@ Bytes firmwareRequest(std::uint16_t command, DataStatus status, std::uint32_t nu
     return buildRequest(request);
 }
 
-/// A folder of its own for the time of a test.
+/// A temporary folder for the duration of a test.
 class TemporaryFolder
 {
 public:
@@ -57,7 +57,7 @@ class Life : public UsbipTest
 
 } // namespace
 
-TEST_F(Life, UnpluggingEndsTheConnectionAndASecondPlugOffersItAgain)
+TEST_F(Life, UnplugEndsTheConnectionAndPlugOffersTheCameraAgain)
 {
     request("plug cam serial=SVAA7");
     UsbipClient host = import("cam");
@@ -81,7 +81,7 @@ TEST_F(Life, IsQuietBeforeItLeaves)
     const auto begin = std::chrono::steady_clock::now();
     std::future<std::string> unplugged =
         std::async(std::launch::async, [this] { return m_commands.execute("unplug cam"); });
-    // The device hears the request, but its answer would be a transfer that completes.
+    // The device handles the request but must not complete a transfer with the answer.
     std::uint64_t requests = 0;
     try {
         while (unplugged.wait_for(std::chrono::milliseconds(5)) != std::future_status::ready) {
@@ -89,7 +89,7 @@ TEST_F(Life, IsQuietBeforeItLeaves)
                 host.out(endpoint::kHidOut, readRequest(command::kProbe));
         }
     } catch (const std::runtime_error&) {
-        // It has left.
+        // The camera has left the bus.
     }
     EXPECT_EQ(unplugged.get(), "ok");
     EXPECT_GE(std::chrono::steady_clock::now() - begin, UsbipBus::kQuietTime);
@@ -103,7 +103,7 @@ TEST_F(Life, LeavesInTheMiddleOfAStream)
     request("plug cam");
     UsbipClient host = import("cam");
     EXPECT_EQ(host.controlOut(0x01, 11, 1, 1).status, 0);
-    // Fewer transfers than a frame needs: it waits in the middle.
+    // Fewer transfers than a frame needs: the camera waits in the middle of the frame.
     const std::uint32_t first =
         host.submitIsochronous(endpoint::kVideoIn, 32, StreamModes::kPacketSize);
     EXPECT_EQ(host.wait(first).status, 0);
@@ -112,7 +112,7 @@ TEST_F(Life, LeavesInTheMiddleOfAStream)
     EXPECT_EQ(value("registers cam", "streamon"), "0");
 }
 
-TEST_F(Life, AHostThatLeavesMakesTheCameraFree)
+TEST_F(Life, CameraIsFreeWhenItsHostDisconnects)
 {
     request("plug cam");
     {
@@ -143,7 +143,7 @@ TEST_F(Life, ComesBackFromAFirmwareUpdateWithTheNewVersion)
 {
     request("plug cam firmware=1.0.5 dropdelay=10 returndelay=50");
     UsbipClient host = import("cam");
-    const Bytes image = FirmwareImage{{2, 0, 1}, Bytes(3000, 0x42)}.encode();
+    const Bytes image = DeviceFirmware{{2, 0, 1}, Bytes(3000, 0x42)}.encode();
     exchange(host, firmwareRequest(command::kFirmwareStart, DataStatus::Control, 0, {}));
     std::uint32_t number = 0;
     for (std::size_t at = 0; at < image.size(); at += kMaxPayload) {
@@ -174,7 +174,7 @@ TEST_F(Life, UnplugAtARequest)
     request("wait cam offbus 10000");
 }
 
-TEST(LifeInKernel, TellsTheHostControllerPortSocketDeviceAndSpeed)
+TEST(LifeInKernel, WritesPortSocketDeviceAndSpeedToTheHostController)
 {
     const TemporaryFolder folder;
     std::ofstream(folder.path() + "/attach").put('\n');
@@ -193,7 +193,7 @@ TEST(LifeInKernel, TellsTheHostControllerPortSocketDeviceAndSpeed)
     EXPECT_EQ(speed, 3U);
 }
 
-TEST(LifeInKernel, WithoutAHostControllerThePlugFails)
+TEST(LifeInKernel, PlugFailsWithoutAHostController)
 {
     UsbipBus bus{VhciPort("/nowhere")};
     EXPECT_THROW(bus.plug("cam", [](CameraSpec&) {}), std::system_error);

@@ -41,7 +41,7 @@ TEST(Negotiation, MovesUnknownIndexesToTheFirst)
     EXPECT_EQ(modes().agree({2, 4, 333333}).frameIndex, 4) << "MJPEG has four";
 }
 
-TEST(Negotiation, BlockTellsFrameAndPacketSize)
+TEST(Negotiation, BlockContainsFrameAndPacketSize)
 {
     const StreamModes all = modes();
     const std::vector<std::uint8_t> block = all.encode(all.agree({1, 3, 333333}));
@@ -63,7 +63,7 @@ TEST(Negotiation, ReadsWhatItWrote)
     EXPECT_EQ(read.interval, 666666U);
 }
 
-TEST(Negotiation, ReadsTheShortBlockOfAnOlderHostAndNothingLess)
+TEST(Negotiation, ReadsTheShortBlockOfAnOlderHostButNoShorterOne)
 {
     const StreamModes all = modes();
     std::vector<std::uint8_t> block = all.encode(all.agree({2, 3, 666666}));
@@ -74,7 +74,7 @@ TEST(Negotiation, ReadsTheShortBlockOfAnOlderHostAndNothingLess)
     EXPECT_EQ(all.parse({}).formatIndex, 1);
 }
 
-TEST(Negotiation, RawPicturesThatNoBusCarriesComeOnceASecond)
+TEST(Negotiation, RawPicturesTooLargeForTheBusComeOncePerSecond)
 {
     const StreamModes large(parsePixelFormats("YUYV:4096x2304"));
     EXPECT_EQ(large.agree({}).interval, 10000000U);

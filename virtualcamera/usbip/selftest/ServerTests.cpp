@@ -51,7 +51,7 @@ protected:
         return bytes;
     }
 
-    /// Everything the server says to a request for the list.
+    /// The server's whole reply to a request for the list.
     Bytes list() const
     {
         const FileDescriptor socket = connect();
@@ -70,15 +70,15 @@ protected:
 
 } // namespace
 
-TEST_F(Server, ListsTheCamerasThatAreThere)
+TEST_F(Server, ListsTheCamerasOnTheBus)
 {
     EXPECT_EQ(list(), (Bytes{0x01, 0x11, 0x00, 0x05, 0, 0, 0, 0, 0, 0, 0, 0}));
     request("plug one");
     request("plug two hid=0");
     const Bytes all = list();
     const std::size_t first = 12;
-    const std::size_t second = first + usbip::kDeviceRecordSize + 3 * 4;
-    ASSERT_EQ(all.size(), second + usbip::kDeviceRecordSize + 2 * 4);
+    const std::size_t second = first + usbip::kDeviceRecordSize + std::size_t{3} * 4;
+    ASSERT_EQ(all.size(), second + usbip::kDeviceRecordSize + std::size_t{2} * 4);
     EXPECT_EQ(all[11], 2);
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(&all[first + 256])), "1-1");
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(&all[second + 256])), "1-2");
@@ -94,7 +94,7 @@ TEST_F(Server, ListsTheCamerasThatAreThere)
     EXPECT_EQ(list()[11], 1);
 }
 
-TEST_F(Server, HandsACameraOver)
+TEST_F(Server, ExportsACamera)
 {
     request("plug cam serial=SVAA7");
     FileDescriptor socket = connect();
@@ -109,7 +109,7 @@ TEST_F(Server, HandsACameraOver)
     EXPECT_TRUE(host.readToTheEnd());
 }
 
-TEST_F(Server, RefusesWhatIsNotThereOrTaken)
+TEST_F(Server, RefusesUnknownAndImportedCameras)
 {
     request("plug cam");
     const UsbipClient holder = import("cam");
@@ -120,7 +120,7 @@ TEST_F(Server, RefusesWhatIsNotThereOrTaken)
     }
 }
 
-TEST_F(Server, GivesACameraToTheNextHostAsSoonAsTheLastHasGone)
+TEST_F(Server, ExportsACameraAgainOnceItsHostHasGone)
 {
     request("plug cam");
     for (int i = 0; i < 3; ++i) {
@@ -133,7 +133,7 @@ TEST_F(Server, GivesACameraToTheNextHostAsSoonAsTheLastHasGone)
     }
 }
 
-TEST_F(Server, StrangersAreLeftAndTheNextIsServed)
+TEST_F(Server, InvalidConnectionsAreClosedAndTheNextHostIsServed)
 {
     request("plug cam");
     {
@@ -150,7 +150,7 @@ TEST_F(Server, StrangersAreLeftAndTheNextIsServed)
     EXPECT_EQ(list()[11], 1);
 }
 
-TEST_F(Server, TakesNoAddressThatIsNone)
+TEST_F(Server, RefusesAnInvalidAddress)
 {
     EXPECT_THROW(UsbipServer(m_bus, "localhost", 0), std::invalid_argument);
     EXPECT_THROW(UsbipServer(m_bus, "127.0.0.1", m_server.port()), std::system_error);

@@ -40,14 +40,14 @@ protected:
 
 } // namespace
 
-TEST_F(Transfers, DescriptorsAsAHostReadsThem)
+TEST_F(Transfers, HostReadsTheDescriptors)
 {
     UsbipClient host = plug();
     CameraSpec spec;
     spec.identity.usbSerial = "SVAA7";
     const UsbDescriptors expected(spec);
     EXPECT_EQ(host.controlIn(kStandardIn, kGetDescriptor, 0x0100, 0, 64).data, expected.device());
-    // First its head, which tells the total length, then all of it.
+    // First the header, which has the total length, then the whole configuration.
     const Bytes head = host.controlIn(kStandardIn, kGetDescriptor, 0x0200, 0, 9).data;
     ASSERT_EQ(head.size(), 9U);
     EXPECT_EQ(
@@ -73,7 +73,7 @@ TEST_F(Transfers, UnknownRequestsStall)
     EXPECT_EQ(host.controlOut(0x01, 11, 1, kHid).status, -EPIPE);
     EXPECT_EQ(host.wait(host.submitIn(9, 64)).status, -EPIPE);
     EXPECT_EQ(host.out(9, {1, 2, 3}).status, -EPIPE);
-    // It goes on all the same.
+    // The device still answers later requests.
     EXPECT_EQ(host.controlIn(kStandardIn, kGetDescriptor, 0x0100, 0, 18).status, 0);
 }
 
@@ -100,7 +100,7 @@ TEST_F(Transfers, HidReportsThroughTheInterruptEndpoints)
     EXPECT_EQ(value("registers cam", std::string(mirror().name)), "1");
 }
 
-TEST_F(Transfers, AnAnswerWaitsForTheHostToAsk)
+TEST_F(Transfers, AnswerIsSentWhenTheHostAsks)
 {
     UsbipClient host = plug();
     EXPECT_EQ(host.out(endpoint::kHidOut, readRequest(command::kProbe)).status, 0);
@@ -147,7 +147,7 @@ TEST_F(Transfers, PictureControlsHaveTheDevicesRanges)
     EXPECT_EQ(number(kGetCurrent, 8), 5);
 }
 
-TEST_F(Transfers, ARefusedPictureControlSaysWhy)
+TEST_F(Transfers, RefusedPictureControlReportsTheReason)
 {
     UsbipClient host = plug();
     const auto reason = [&host] {
@@ -166,7 +166,7 @@ TEST_F(Transfers, ARefusedPictureControlSaysWhy)
     EXPECT_EQ(reason(), Bytes{0});
 }
 
-TEST_F(Transfers, FaultsStrikeRequests)
+TEST_F(Transfers, FaultsApplyToRequests)
 {
     UsbipClient host = plug();
     request("fault cam writeerror times=1");
@@ -187,7 +187,7 @@ TEST_F(Transfers, FaultsStrikeRequests)
     EXPECT_EQ(exchange(host, readRequest(command::kProbe)).size(), 20U);
 }
 
-TEST_F(Transfers, ALateAnswerComesAfterTheNextOne)
+TEST_F(Transfers, LateAnswerFollowsTheNextOne)
 {
     UsbipClient host = plug();
     request("fault cam late 300 times=1");
@@ -197,7 +197,7 @@ TEST_F(Transfers, ALateAnswerComesAfterTheNextOne)
     EXPECT_EQ(payloadOf(host.wait(late).data).size(), 5U);
 }
 
-TEST_F(Transfers, UnlinkGivesAWaitingTransferBack)
+TEST_F(Transfers, UnlinkReturnsAPendingTransfer)
 {
     UsbipClient host = plug();
     const std::uint32_t first = host.submitIn(endpoint::kHidIn, kReportSize);
@@ -205,15 +205,15 @@ TEST_F(Transfers, UnlinkGivesAWaitingTransferBack)
     const UsbipClient::Answer answer = host.wait(host.submitUnlink(first));
     EXPECT_EQ(answer.code, usbip::kUnlinked);
     EXPECT_EQ(answer.status, -ECONNRESET);
-    // The next report goes to the transfer that is left.
+    // The next report answers the remaining transfer.
     EXPECT_EQ(host.out(endpoint::kHidOut, readRequest(command::kProbe)).status, 0);
     EXPECT_EQ(host.wait(second).status, 0);
     EXPECT_FALSE(host.hasAnswer(first));
-    // One that was answered already is none of its business.
+    // A transfer that was answered already cannot be unlinked.
     EXPECT_EQ(host.wait(host.submitUnlink(second)).status, 0);
 }
 
-TEST_F(Transfers, AHostThatAsksForTooMuchIsLeft)
+TEST_F(Transfers, HostThatAsksForTooMuchIsDisconnected)
 {
     UsbipClient greedy = plug();
     greedy.submitHeader(false, endpoint::kHidOut, 0x7FFFFFFF, usbip::kNotIsochronous);

@@ -9,7 +9,7 @@ namespace virtualcamera {
 
 namespace {
 
-constexpr int kPatience = 20000; // milliseconds
+constexpr int kTimeoutMs = 20000;
 
 void append32(Bytes& to, std::uint32_t value)
 {
@@ -96,7 +96,7 @@ std::uint32_t UsbipClient::send(bool in, std::uint32_t code, std::uint8_t endpoi
          {code, number, 0x00010002U, in ? 1U : 0U, static_cast<std::uint32_t>(endpoint)})
         append32(bytes, value);
     if (code == usbip::kUnlink) {
-        append32(bytes, length); // the transfer that is wanted back
+        append32(bytes, length); // the transfer to unlink
     } else {
         for (const std::uint32_t value : {0U, length, 0U, packets, 0U})
             append32(bytes, value);
@@ -106,7 +106,7 @@ std::uint32_t UsbipClient::send(bool in, std::uint32_t code, std::uint8_t endpoi
     bytes.insert(bytes.end(), data.begin(), data.end());
     if (::send(m_socket.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL) !=
         static_cast<ssize_t>(bytes.size()))
-        throw std::runtime_error("the camera takes nothing any more");
+        throw std::runtime_error("the camera accepts no more data");
     return number;
 }
 
@@ -115,7 +115,7 @@ UsbipClient::Answer UsbipClient::wait(std::uint32_t number)
     while (m_answers.count(number) == 0)
         if (!readAnswer())
             throw std::runtime_error("the camera closed the connection");
-    const Answer answer = m_answers.at(number);
+    Answer answer = m_answers.at(number);
     m_answers.erase(number);
     return answer;
 }
@@ -160,7 +160,7 @@ bool UsbipClient::read(std::uint8_t* to, std::size_t size)
 {
     while (size > 0) {
         pollfd event{m_socket.get(), POLLIN, 0};
-        if (::poll(&event, 1, kPatience) == 0)
+        if (::poll(&event, 1, kTimeoutMs) == 0)
             throw std::runtime_error("no answer");
         const ssize_t count = ::recv(m_socket.get(), to, size, 0);
         if (count <= 0)

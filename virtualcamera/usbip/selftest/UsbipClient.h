@@ -10,8 +10,8 @@
 
 namespace virtualcamera {
 
-/// A host of USB/IP as small as tests need it: sends transfers and collects their answers. Throws
-/// std::runtime_error when the connection ends unexpectedly or an answer does not come in time.
+/// A minimal USB/IP host for tests: sends transfers and collects their answers. Throws
+/// std::runtime_error when the connection ends unexpectedly or an answer does not arrive in time.
 class UsbipClient
 {
 public:
@@ -35,19 +35,19 @@ public:
                       const Bytes& data = {});
     Answer out(std::uint8_t endpoint, const Bytes& data);
 
-    /// Queue a transfer; the result is its number.
+    /// Each queues a transfer and returns its number.
     std::uint32_t submitIn(std::uint8_t endpoint, unsigned length);
     std::uint32_t submitIsochronous(std::uint8_t endpoint, unsigned packets, unsigned packetSize);
     std::uint32_t submitUnlink(std::uint32_t number);
-    /// A transfer with any length in its header, without its data.
+    /// Sends the header of a transfer with any length, without data.
     std::uint32_t submitHeader(bool in, std::uint8_t endpoint, std::uint32_t length,
                                std::uint32_t packets);
 
-    /// The answer to this transfer, whatever comes before it.
+    /// Returns the answer to this transfer; answers that arrive before it are kept.
     Answer wait(std::uint32_t number);
-    /// Whether the answer has come before anything later did.
+    /// Whether the answer arrived before any later one.
     bool hasAnswer(std::uint32_t number) const { return m_answers.count(number) != 0; }
-    /// Reads until the other side closes; false when it does not in time.
+    /// Reads until the other side closes the connection; false when it does not do so in time.
     bool readToTheEnd();
 
     const FileDescriptor& socket() const { return m_socket; }

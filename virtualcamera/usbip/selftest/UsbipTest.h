@@ -10,18 +10,18 @@
 
 namespace virtualcamera {
 
-/// A bus, and the requests of the control socket to it.
+/// A bus, and requests to it as they come over the control socket.
 class UsbipTest : public testing::Test
 {
 protected:
-    /// Carries the request out and expects "ok".
+    /// Executes the request and expects "ok".
     std::string request(const std::string& line);
     /// The value of one word "name=value" of the answer.
     std::string value(const std::string& line, const std::string& name);
     /// Imports a camera that is on the bus, through a socket pair.
     UsbipClient import(const std::string& id);
 
-    /// Writes a report and reads the answer, as a HID driver does.
+    /// Writes a report and reads the answer as a HID driver does.
     Bytes exchange(UsbipClient& host, const Bytes& report);
 
     UsbipBus m_bus;

@@ -64,7 +64,7 @@ protected:
             m_waiting.push_back(submit());
             EXPECT_EQ(answer.status, 0);
             EXPECT_EQ(answer.packets.size(), kPackets);
-            std::size_t at = 0; // answers carry no padding between packets
+            std::size_t at = 0; // an answer has no padding between its packets
             bool isLast = false;
             for (const usbip::IsoPacket& packet : answer.packets) {
                 EXPECT_EQ(packet.status, 0U);
@@ -102,7 +102,7 @@ protected:
 
 } // namespace
 
-TEST_F(Video, NegotiatesWhatItHas)
+TEST_F(Video, NegotiatesItsModes)
 {
     const Bytes agreed = negotiate(2, 1, 333333);
     EXPECT_EQ(agreed[2], 2);
@@ -157,7 +157,7 @@ TEST_F(Video, PictureFollowsTheControls)
     start();
     const std::uint64_t before = brightness(receive());
     request("set cam brightness 255");
-    receive(); // was on its way
+    receive(); // a packet that was already being sent
     receive();
     EXPECT_GT(brightness(receive()), before + before / 10);
 }
@@ -188,7 +188,7 @@ TEST_F(Video, KeepsItsFormatWhileItStreams)
     EXPECT_EQ(receive().data.size(), 640U * 360 * 2);
 }
 
-TEST_F(Video, ABusyCameraRefusesTheCommit)
+TEST_F(Video, BusyCameraRefusesTheCommit)
 {
     const Bytes agreed = negotiate(1, 3, 333333);
     request("fault cam busy");
@@ -198,19 +198,19 @@ TEST_F(Video, ABusyCameraRefusesTheCommit)
     EXPECT_EQ(m_host->controlOut(0x21, 0x01, 0x0200, kStreaming, agreed).status, 0);
 }
 
-TEST_F(Video, AFrozenCameraSendsNothingUntilItThaws)
+TEST_F(Video, FrozenCameraSendsNoFramesUntilTheFaultIsCleared)
 {
     negotiate(1, 3, 333333);
     request("fault cam frozen");
     start();
-    // Frames would be due 30 times a second; control transfers go on.
+    // A frame is due 30 times a second; control transfers are still answered.
     EXPECT_FALSE(m_commands.execute("wait cam frames>=1 300") == "ok");
     EXPECT_EQ(m_host->controlIn(0x80, 0, 0, 0, 2).status, 0);
     request("clear cam");
     EXPECT_EQ(receive().data.size(), 640U * 360 * 2);
 }
 
-TEST_F(Video, SettingsGoOnWhileItStreams)
+TEST_F(Video, SettingsWorkWhileItStreams)
 {
     negotiate(1, 3, 333333);
     start();

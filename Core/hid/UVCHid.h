@@ -1,0 +1,111 @@
+#pragma once
+
+#include "DeviceSettings.h"
+#include "HidApi.h"
+#include "HidDevices.h"
+#include "HidFrame.h"
+
+#include <optional>
+#include <QMap>
+#include <QString>
+
+/// The control link to one camera over its vendor HID interface.
+///
+/// Parameter commands open the interface, do one exchange and close it again, each by itself, so
+/// another program can talk to the camera between two of them. A second, persistent handle is held
+/// for the firmware transfer alone.
+///
+/// All operations block the calling thread: a read for up to 3 s, a write for up to 1 s. Exchanges
+/// with a camera are not locked against each other: commands to one camera come from one thread at
+/// a time. Only the functions that touch the state of hidapi itself take a lock; see HidApi. No
+/// command may be sent to a camera whose firmware is being transferred.
+class UVCHid
+{
+public:
+    UVCHid();
+    ~UVCHid();
+    UVCHid(const UVCHid&) = delete;
+    UVCHid& operator=(const UVCHid&) = delete;
+
+    /// Inventory of all HID interfaces of the system, of every maker, keyed by path. Entries
+    /// already in @p out are kept unless an interface of the same path replaces them.
+    static void getHidDevices(QMap<QString, HidDevices>& out);
+
+    /// Remembers @p path for all further commands and opens it as the persistent handle.
+    /// @return false when no supported camera is plugged in at all (whatever @p path is), when
+    ///         hidapi does not start or when @p path cannot be opened
+    bool createHandleWithPath(const QString& path);
+
+    /// The second half of createHandleWithPath(): opens the remembered path, whatever its ids.
+    bool createHandleWithid(unsigned short vid, unsigned short pid);
+
+    /// Logs an outgoing frame of HidFrame::kSize bytes.
+    void printfStructSend(unsigned char* frame);
+
+    /// Reads one value as text.
+    /// @return the decoded text: local 8-bit text for the serial number, a decimal number for a
+    ///         setting, numbers joined by dots for the version. Empty when the exchange fails or
+    ///         the camera refuses; the one character U+FFFF when the interface cannot be opened.
+    ///         Callers convert with QString::toInt, so both failures become 0.
+    QString readInfoFromDevice(int cmd);
+
+    /// Reads a setting of the camera.
+    /// @return nothing when the exchange fails or the camera refuses
+    [[nodiscard]] std::optional<int> readSetting(DeviceSetting setting);
+    /// Whether the last read got no answer at all: a time-out or a read error, as opposed to a
+    /// refusal or an interface that cannot be opened.
+    [[nodiscard]] bool wasSilent() const { return m_silent; }
+    /// Writes the low 8 bits of @p value.
+    /// @return false where writeInfoToDevice2() gives -1
+    bool writeSetting(DeviceSetting setting, int value);
+
+    /// Reads the current video format into the entries "width", "height" and "streamon".
+    /// @return false when the exchange fails or @p cmd is not the video format command; true with
+    ///         @p out untouched when the interface cannot be opened: then the last known
+    ///         format stays valid
+    bool readResolutionFromDevice(int cmd, QMap<QString, int>& out);
+
+    /// Writes the low 8 bits of @p value.
+    /// @return 0, or -1 when the interface cannot be opened, no answer comes in time or the camera
+    ///         refuses. A read error after the write counts as success: the camera has the value.
+    int writeInfoToDevice2(int value, int cmd);
+
+    /// Writes a text; result as writeInfoToDevice2(). A text that does not fit a frame gives -1.
+    int writeInfoToDevice(QString text, int cmd);
+
+    /// Asks the camera at @p devPath, which may be another one than this object's, whether it is
+    /// connected. The path alone selects the camera; the ids are not used.
+    static bool getCameraConnectionStatus(const char* devPath, unsigned short vid,
+                                          unsigned short pid);
+
+    /// Transfers the firmware image in @p path over the persistent handle: start, packets, end.
+    /// Blocks for the whole transfer, about ten seconds for each MiB, so call it on a worker
+    /// thread. No command may be sent to this camera meanwhile.
+    /// @return true when start and end were acknowledged. The device itself decides whether the
+    ///         packets make a valid image.
+    bool updateFile(const QString& path);
+    /// Sends HidCommands::FirmwareStart or FirmwareEnd; true when acknowledged.
+    bool updateStartEnd(unsigned short cmd);
+    /// Sends the image in packets; true when every packet was acknowledged.
+    bool updateFilePacket(const QString& path);
+
+    [[nodiscard]] QString devicePath() const { return m_devicePath; }
+    [[nodiscard]] unsigned short vendorId() const { return m_vendorId; }
+    [[nodiscard]] unsigned short productId() const { return m_productId; }
+    /// Why the last firmware transfer failed, in words; empty when it did not say.
+    [[nodiscard]] QString errorText() const { return m_errorText; }
+
+private:
+    int exchangeWrite(const char* operation, const QByteArray& payload, std::uint16_t dataLen,
+                      int cmd);
+
+    bool sendPacket(HidFrame::Buffer& frame, std::size_t length, std::uint32_t number);
+
+    unsigned short m_vendorId = 0;
+    unsigned short m_productId = 0;
+    QString m_devicePath;
+    HidHandle m_handle;
+    HidFrame::Response m_lastResponse;
+    QString m_errorText;
+    bool m_silent = false;
+};

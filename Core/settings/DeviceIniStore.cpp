@@ -1,0 +1,210 @@
+#include "DeviceIniStore.h"
+
+#include "LogCategories.h"
+#include "ParameterKeys.h"
+#include "PictureSettings.h"
+#include "ReportedText.h"
+
+#include <memory>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QMap>
+#include <QSaveFile>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QVariant>
+
+using namespace ParameterKeys;
+
+namespace {
+
+constexpr QLatin1Char kEscape('%');
+const QLatin1String kReselectedImageMode("image_mode");
+
+// Path of device.ini; empty when the platform has no cache location.
+QString iniPath()
+{
+    const QStringList locations = QStandardPaths::standardLocations(QStandardPaths::CacheLocation);
+    qCDebug(settingsLog) << "系统缓存目录路径:" << locations;
+    return locations.isEmpty() ? QString() : locations.first() + QStringLiteral("/device.ini");
+}
+
+// The whole file; empty for no file, nothing when there is one that cannot be read.
+std::optional<QByteArray> contentsOf(const QString& path)
+{
+    const QFileInfo info(path);
+    if (!info.exists())
+        return QByteArray();
+    QFile file(path);
+    if (!info.isFile() || !file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    QByteArray contents = file.readAll();
+    if (file.error() != QFile::NoError)
+        return std::nullopt;
+    return contents;
+}
+
+bool replace(const QString& path, const QByteArray& contents)
+{
+    QSaveFile file(path);
+    // Explicit flush: QSaveFile does not notice that a disk becomes full while it flushes, and
+    // would replace the old file with an empty one.
+    return file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size() &&
+           file.flush() && file.commit();
+}
+
+// As text: a value that was set is a number, the same value read from a file is a text.
+QMap<QString, QStringList> valuesOf(const QSettings& settings)
+{
+    QMap<QString, QStringList> values;
+    const QStringList keys = settings.allKeys();
+    for (const QString& key : keys) {
+        const QVariant value = settings.value(key);
+        values.insert(key, value.type() == QVariant::StringList ? value.toStringList()
+                                                                : QStringList{value.toString()});
+    }
+    return values;
+}
+
+// A copy of an INI file, opened under a new name. QSettings caches the values of a path for the
+// whole process, including values that it failed to write; a failed save must leave nothing in that
+// cache.
+class IniCopy
+{
+public:
+    explicit IniCopy(const QByteArray& contents)
+    {
+        const QString path = m_directory.filePath(QStringLiteral("device.ini"));
+        QFile file(path);
+        if (!m_directory.isValid() || !file.open(QIODevice::WriteOnly) ||
+            file.write(contents) != contents.size() || !file.flush())
+            return;
+        file.close();
+        m_settings = std::make_unique<QSettings>(path, QSettings::IniFormat);
+        m_settings->setIniCodec("UTF-8");
+        m_settings->allKeys(); // makes QSettings parse every group now
+        m_damaged = m_settings->status() == QSettings::FormatError;
+    }
+
+    [[nodiscard]] QSettings* settings() const { return m_settings.get(); }
+    [[nodiscard]] bool isDamaged() const { return m_damaged; }
+
+    // The file with all changes; nothing when it could not be written completely. QSettings does
+    // not report a full disk.
+    [[nodiscard]] std::optional<QByteArray> contents() const
+    {
+        m_settings->sync();
+        std::optional<QByteArray> bytes = contentsOf(m_settings->fileName());
+        if (!bytes)
+            return std::nullopt;
+        const IniCopy written(*bytes);
+        if (!written.settings() || valuesOf(*written.settings()) != valuesOf(*m_settings))
+            return std::nullopt;
+        return bytes;
+    }
+
+private:
+    QTemporaryDir m_directory;
+    std::unique_ptr<QSettings> m_settings; // null when the copy could not be made
+    bool m_damaged = false;
+};
+
+} // namespace
+
+bool DeviceIniStore::isSerialNumber(const QString& serial)
+{
+    return !ReportedText::orEmpty(serial).isEmpty();
+}
+
+QString DeviceIniStore::groupName(const QString& serial)
+{
+    if (serial.isEmpty())
+        return QString(kEscape);
+    // QSettings uses this name, in upper and lower case, for values without a group.
+    const bool reserved = serial.compare(QLatin1String("General"), Qt::CaseInsensitive) == 0;
+    QString group;
+    group.reserve(serial.size());
+    for (int i = 0; i < serial.size(); ++i) {
+        const QChar c = serial.at(i);
+        // A slash of either kind would divide the name into two groups.
+        if (c == kEscape || c == QLatin1Char('/') || c == QLatin1Char('\\') || (reserved && i == 0))
+            group += kEscape + QStringLiteral("%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));
+        else
+            group += c;
+    }
+    return group;
+}
+
+QString DeviceIniStore::serialNumber(const QString& group)
+{
+    QString serial;
+    serial.reserve(group.size());
+    for (int i = 0; i < group.size(); ++i) {
+        if (group.at(i) != kEscape) {
+            serial += group.at(i);
+        } else if (i + 2 < group.size()) {
+            serial += QChar(group.midRef(i + 1, 2).toUShort(nullptr, 16));
+            i += 2;
+        }
+    }
+    return serial;
+}
+
+std::optional<PictureParameters> DeviceIniStore::read(const QString& serial) const
+{
+    const QString path = iniPath();
+    if (path.isEmpty() || !isSerialNumber(serial))
+        return std::nullopt;
+    const std::optional<QByteArray> contents = contentsOf(path);
+    if (!contents || contents->isEmpty())
+        return std::nullopt;
+    const IniCopy copy(*contents);
+    QSettings* settings = copy.settings();
+    const QString group = groupName(serial);
+    if (!settings)
+        return std::nullopt;
+    settings->beginGroup(group);
+    if (settings->allKeys().isEmpty())
+        return std::nullopt;
+    // Read as text first: toInt() then rejects a number that is too large for a setting.
+    const auto number = [settings](QLatin1String key) {
+        return settings->value(key).toString().toInt();
+    };
+    PictureParameters picture;
+    for (const PictureSettingRow& row : PictureSettings::rows())
+        picture.*row.value = number(row.key);
+    picture.imageMode = number(ImageMode);
+    picture.reselectedImageMode = number(kReselectedImageMode);
+    settings->endGroup();
+    return picture;
+}
+
+bool DeviceIniStore::write(const QString& serial, const PictureParameters& picture,
+                           const QSet<QString>& unknown) const
+{
+    const QString path = iniPath();
+    if (path.isEmpty() || !isSerialNumber(serial) || !QDir().mkpath(QFileInfo(path).absolutePath()))
+        return false;
+    const std::optional<QByteArray> before = contentsOf(path);
+    if (!before)
+        return false;
+    const IniCopy copy(*before);
+    QSettings* settings = copy.settings();
+    if (!settings)
+        return false;
+    // A rewrite loses damaged lines; the copy keeps them.
+    if (copy.isDamaged() && !replace(path + QStringLiteral(".damaged"), *before))
+        return false;
+
+    settings->beginGroup(groupName(serial));
+    for (const PictureSettingRow& row : PictureSettings::rows()) {
+        if (!unknown.contains(row.key))
+            settings->setValue(row.key, picture.*row.value);
+    }
+    settings->setValue(ImageMode, picture.imageMode);
+    settings->endGroup();
+    const std::optional<QByteArray> after = copy.contents();
+    return after && replace(path, *after);
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "PictureParameters.h"
+
+#include <QMap>
+#include <QSet>
+#include <QString>
+
+/// The settings of the camera that is open, twice: as last read or saved, and as now edited.
+///
+/// Both maps have the meaning of their subscript operator throughout: a key that is absent reads as
+/// 0 and is present from then on. GUI thread.
+class ParameterModel
+{
+public:
+    [[nodiscard]] QMap<QString, int>& stored() { return paramDateMap; }
+    [[nodiscard]] QMap<QString, int>& edited() { return paramDateChangeMap; }
+
+    /// Takes @p picture as the stored and the edited picture settings.
+    void setPicture(const PictureParameters& picture);
+    /// The edited picture settings.
+    [[nodiscard]] PictureParameters editedPicture();
+
+    /// Sets the stored "intelligent" from the stored framing values: on when either of them is.
+    void deriveIntelligent();
+    /// Copies the settings that the camera itself keeps, "intelligent" last, from stored to edited.
+    void copyDeviceParameters();
+
+    /// The value of @p key is not known, because the camera has not reported it. It reads as 0, and
+    /// is neither compared nor written, until setKnown().
+    void setUnknown(const QString& key) { m_unknown.insert(key); }
+    void setKnown(const QString& key) { m_unknown.remove(key); }
+    [[nodiscard]] bool isUnknown(const QString& key) const { return m_unknown.contains(key); }
+    [[nodiscard]] const QSet<QString>& unknownKeys() const { return m_unknown; }
+
+    /// Whether nothing is edited. The image mode does not count: a preset that changes no value
+    /// changes nothing in the picture.
+    bool isSameData();
+
+    void keepEdited() { paramDateMap = paramDateChangeMap; }
+    void discardEdited() { paramDateChangeMap = paramDateMap; }
+    void clear();
+
+private:
+    QMap<QString, int> paramDateMap;
+    QMap<QString, int> paramDateChangeMap;
+    QSet<QString> m_unknown;
+};

@@ -1,0 +1,366 @@
+#include "GstCaptureGraph.h"
+
+#include "../SampleGrabberCallback.h"
+#include "../VideoDevices.h"
+#include "LogCategories.h"
+#include "PreviewFrames.h"
+#include "PreviewSurface.h"
+#include "V4l2Modes.h"
+#include "V4l2Node.h"
+#include "V4l2ProcAmp.h"
+
+#include <chrono>
+#include <QBuffer>
+#include <QGuiApplication>
+#include <QImageReader>
+#include <QScreen>
+
+namespace {
+
+/// A camera needs a few hundred milliseconds to its first frame. One that takes longer counts as
+/// started, because errors are reported earlier than this.
+constexpr int kFirstFrameTimeoutMs = 1000;
+
+GstElement* addElement(GstElement* pipeline, const char* factory, const char* name)
+{
+    GstElement* element = gst_element_factory_make(factory, name);
+    if (!element) {
+        qCWarning(videoLog) << "GStreamer element missing:" << factory;
+        return nullptr;
+    }
+    gst_bin_add(GST_BIN(pipeline), element);
+    return element;
+}
+
+GstCapsPtr capsFromText(const QString& text)
+{
+    return GstCapsPtr(gst_caps_from_string(text.toLatin1().constData()));
+}
+
+GstCapsPtr sourceCaps(const VideoMode& mode)
+{
+    const QString size =
+        QStringLiteral(",width=%1,height=%2").arg(mode.size.width()).arg(mode.size.height());
+    switch (mode.format) {
+    case VideoMode::Format::Yuy2:
+        return capsFromText(QStringLiteral("video/x-raw,format=YUY2") + size);
+    case VideoMode::Format::Nv12:
+        return capsFromText(QStringLiteral("video/x-raw,format=NV12") + size);
+    case VideoMode::Format::Mjpeg:
+        return capsFromText(QStringLiteral("image/jpeg") + size);
+    }
+    return {};
+}
+
+} // namespace
+
+std::unique_ptr<CaptureGraph> CaptureGraph::makePlatformGraph()
+{
+    return std::make_unique<GstCaptureGraph>();
+}
+
+GstCaptureGraph::GstCaptureGraph()
+    : m_frames(std::make_shared<PreviewFrames>())
+{
+}
+
+GstCaptureGraph::~GstCaptureGraph()
+{
+    GstCaptureGraph::release();
+}
+
+bool GstCaptureGraph::create()
+{
+    // The pipeline is made when a camera is opened: loading the framework takes longer than
+    // anything else at the program's start, and many starts never open one.
+    return true;
+}
+
+void GstCaptureGraph::release()
+{
+    GstCaptureGraph::stop();
+    m_source = nullptr;
+    m_grabber = nullptr;
+    m_pipeline.reset();
+    m_node.clear();
+    delete m_surface;
+}
+
+bool GstCaptureGraph::createSampleGrabber()
+{
+    release();
+    GError* error = nullptr;
+    if (!gst_init_check(nullptr, nullptr, &error)) {
+        const GErrorPtr owned(error);
+        qCWarning(videoLog) << "GStreamer does not start:" << (owned ? owned->message : "");
+        return false;
+    }
+    m_pipeline.reset(gst_pipeline_new("preview"));
+    gst_object_ref_sink(m_pipeline.get());
+    const GstBusPtr bus(gst_element_get_bus(m_pipeline.get()));
+    gst_bus_set_sync_handler(bus.get(), &GstCaptureGraph::onMessage, this, nullptr);
+
+    m_grabber = addElement(m_pipeline.get(), "appsink", "Sample Grabber");
+    if (!m_grabber)
+        return false;
+    g_object_set(m_grabber, "emit-signals", TRUE, "sync", FALSE, "max-buffers", 1U, "drop", TRUE,
+                 nullptr);
+    g_signal_connect(m_grabber, "new-sample", G_CALLBACK(&GstCaptureGraph::onNewSample), this);
+    return true;
+}
+
+bool GstCaptureGraph::bindCaptureSource(const QString& devicePath)
+{
+    for (const VideoDevices::Properties& properties : VideoDevices::list()) {
+        if (VideoDevices::withFallbacks(properties).devicePath == devicePath) {
+            m_node = properties.displayName;
+            return true;
+        }
+    }
+    return false;
+}
+
+bool GstCaptureGraph::addFilters()
+{
+    m_source = addElement(m_pipeline.get(), "v4l2src", "Video Filter");
+    if (!m_source)
+        return false;
+    g_object_set(m_source, "device", m_node.toLocal8Bit().constData(), nullptr);
+    const GstPadPtr pad(gst_element_get_static_pad(m_source, "src"));
+    gst_pad_add_probe(pad.get(), GST_PAD_PROBE_TYPE_BUFFER, &GstCaptureGraph::onSourceBuffer, this,
+                      nullptr);
+    return true;
+}
+
+int GstCaptureGraph::screenColourDepth() const
+{
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return 0;
+    // A pixel of 24 significant bits takes 32 in every visual of an X server today.
+    return screen->depth() == 24 ? 32 : screen->depth();
+}
+
+bool GstCaptureGraph::setGrabberFormat(PreviewFormat format)
+{
+    // Frames are always made as 32-bit RGB: Qt converts to the screen's own depth when it paints.
+    Q_UNUSED(format)
+    return true;
+}
+
+bool GstCaptureGraph::renderPreview(WId window)
+{
+    const QWidget* target = QWidget::find(window);
+    const V4l2Node node(m_node);
+    if (!target || !node.isOpen())
+        return false;
+
+    const QSize targetSize = (QSizeF(target->size()) * target->devicePixelRatioF()).toSize();
+    const std::optional<VideoMode> mode = selectVideoMode(listVideoModes(node), targetSize);
+    if (!mode)
+        return false;
+    m_mode = *mode;
+    m_frameSize = fittedSize(m_mode.size, targetSize);
+
+    GstElement* queue = addElement(m_pipeline.get(), "queue", "queue");
+    if (!queue)
+        return false;
+    gst_util_set_object_arg(G_OBJECT(queue), "leaky", "downstream");
+    g_object_set(queue, "max-size-buffers", 2U, "max-size-bytes", 0U, "max-size-time", guint64{0},
+                 nullptr);
+    const GstCapsPtr caps = sourceCaps(m_mode);
+    if (!gst_element_link_filtered(m_source, queue, caps.get()))
+        return false;
+    if (m_mode.format == VideoMode::Format::Mjpeg)
+        return gst_element_link(queue, m_grabber);
+
+    GstElement* scale = addElement(m_pipeline.get(), "videoconvertscale", "scale");
+    if (!scale)
+        return false;
+    g_object_set(scale, "add-borders", FALSE, nullptr);
+    // Chroma is not interpolated at full size, because the picture is scaled down afterwards. This
+    // saves a third of the time and makes no visible difference.
+    gst_util_set_object_arg(G_OBJECT(scale), "chroma-mode", "none");
+    const GstCapsPtr shown = capsFromText(
+        QStringLiteral("video/x-raw,format=BGRx,pixel-aspect-ratio=1/1,width=%1,height=%2")
+            .arg(m_frameSize.width())
+            .arg(m_frameSize.height()));
+    return gst_element_link(queue, scale) &&
+           gst_element_link_filtered(scale, m_grabber, shown.get());
+}
+
+std::optional<QSize> GstCaptureGraph::connectedFrameSize()
+{
+    return m_frameSize;
+}
+
+void GstCaptureGraph::installCallback(SampleGrabberCallback* callback)
+{
+    m_callback = callback;
+}
+
+void GstCaptureGraph::placeVideoWindow(WId window)
+{
+    QWidget* target = QWidget::find(window);
+    if (!target)
+        return;
+    delete m_surface;
+    m_surface = new PreviewSurface(m_frames, target);
+    m_surface->show();
+}
+
+void GstCaptureGraph::hideVideoWindow()
+{
+    if (m_surface)
+        m_surface->hide();
+}
+
+bool GstCaptureGraph::run()
+{
+    if (!m_pipeline)
+        return false;
+    {
+        const std::lock_guard<std::mutex> lock(m_startMutex);
+        m_firstFrameSeen = false;
+        m_failed = false;
+    }
+    if (gst_element_set_state(m_pipeline.get(), GST_STATE_PLAYING) == GST_STATE_CHANGE_FAILURE ||
+        !waitForFirstFrame()) {
+        stop();
+        return false;
+    }
+    return true;
+}
+
+bool GstCaptureGraph::waitForFirstFrame()
+{
+    // The camera is asked for its stream on the streaming thread, so "in use by another program"
+    // is only known once frames or an error come.
+    std::unique_lock<std::mutex> lock(m_startMutex);
+    m_startChanged.wait_for(lock, std::chrono::milliseconds(kFirstFrameTimeoutMs),
+                            [this] { return m_firstFrameSeen || m_failed; });
+    return !m_failed;
+}
+
+void GstCaptureGraph::stop()
+{
+    if (m_pipeline)
+        gst_element_set_state(m_pipeline.get(), GST_STATE_NULL);
+    m_frames->clear();
+}
+
+void GstCaptureGraph::clearNotifyWindow()
+{
+    // Errors come through the handler of the bus; there is no window to notify.
+    if (!m_pipeline)
+        return;
+    const GstBusPtr bus(gst_element_get_bus(m_pipeline.get()));
+    gst_bus_set_flushing(bus.get(), TRUE);
+}
+
+std::unique_ptr<VideoProcAmp> GstCaptureGraph::makeVideoProcAmp()
+{
+    if (m_node.isEmpty())
+        return nullptr;
+    return std::make_unique<V4l2ProcAmp>(m_node);
+}
+
+GstPadProbeReturn GstCaptureGraph::onSourceBuffer(GstPad* pad, GstPadProbeInfo* info, gpointer self)
+{
+    Q_UNUSED(pad)
+    Q_UNUSED(info)
+    auto* graph = static_cast<GstCaptureGraph*>(self);
+    graph->noteFirstFrame();
+    // Frames are scaled and decoded only while the picture is visible.
+    return graph->m_frames->isWatched() ? GST_PAD_PROBE_OK : GST_PAD_PROBE_DROP;
+}
+
+void GstCaptureGraph::noteFirstFrame()
+{
+    const std::lock_guard<std::mutex> lock(m_startMutex);
+    if (m_firstFrameSeen)
+        return;
+    m_firstFrameSeen = true;
+    m_startChanged.notify_all();
+}
+
+GstBusSyncReply GstCaptureGraph::onMessage(GstBus* bus, GstMessage* message, gpointer self)
+{
+    Q_UNUSED(bus)
+    if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_ERROR) {
+        GError* error = nullptr;
+        gst_message_parse_error(message, &error, nullptr);
+        const GErrorPtr owned(error);
+        static_cast<GstCaptureGraph*>(self)->noteError(*owned);
+    }
+    gst_message_unref(message);
+    return GST_BUS_DROP;
+}
+
+void GstCaptureGraph::noteError(const GError& error)
+{
+    if (g_error_matches(&error, GST_RESOURCE_ERROR, GST_RESOURCE_ERROR_BUSY))
+        qCWarning(videoLog) << "preview: camera in use by another program:" << error.message;
+    else
+        qCWarning(videoLog) << "preview:" << error.message;
+    const std::lock_guard<std::mutex> lock(m_startMutex);
+    m_failed = true;
+    m_startChanged.notify_all();
+}
+
+GstFlowReturn GstCaptureGraph::onNewSample(GstElement* appsink, gpointer self)
+{
+    GstSample* sample = nullptr;
+    g_signal_emit_by_name(appsink, "pull-sample", &sample);
+    if (!sample)
+        return GST_FLOW_EOS;
+    static_cast<GstCaptureGraph*>(self)->deliver(GstSamplePtr(sample));
+    return GST_FLOW_OK;
+}
+
+QImage GstCaptureGraph::decode(const unsigned char* data, std::size_t size, const QSize& frameSize)
+{
+    QByteArray bytes =
+        QByteArray::fromRawData(reinterpret_cast<const char*>(data), static_cast<int>(size));
+    QBuffer buffer(&bytes);
+    QImageReader reader(&buffer, "JPG");
+    reader.setScaledSize(frameSize);
+    return reader.read().convertToFormat(QImage::Format_RGB32);
+}
+
+void GstCaptureGraph::deliver(GstSamplePtr sample)
+{
+    auto mapped = std::make_unique<MappedSample>(std::move(sample));
+    if (!mapped->data())
+        return;
+
+    // The thread that starts the stream sets these first and then takes the lock.
+    VideoMode::Format format{};
+    QSize frameSize;
+    SampleGrabberCallback* callback = nullptr;
+    {
+        const std::lock_guard<std::mutex> lock(m_startMutex);
+        format = m_mode.format;
+        frameSize = m_frameSize;
+        callback = m_callback;
+    }
+
+    const double time = mapped->time();
+    QImage image;
+    if (format == VideoMode::Format::Mjpeg) {
+        image = decode(mapped->data(), mapped->size(), frameSize);
+    } else if (mapped->size() >=
+               std::size_t{4} * static_cast<unsigned>(frameSize.width() * frameSize.height())) {
+        // The image keeps the sample and releases it with its last copy.
+        const unsigned char* pixels = mapped->data();
+        image = QImage(
+            pixels, frameSize.width(), frameSize.height(), 4 * frameSize.width(),
+            QImage::Format_RGB32, [](void* owner) { delete static_cast<MappedSample*>(owner); },
+            mapped.release());
+    }
+    if (image.isNull()) // a frame that the USB bus cut short; the next one follows
+        return;
+    if (callback)
+        callback->bufferCallback(time, image.constBits(), static_cast<long>(image.sizeInBytes()));
+    m_frames->put(image);
+}

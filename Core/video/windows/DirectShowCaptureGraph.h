@@ -1,0 +1,50 @@
+#pragma once
+
+#include "../CaptureGraph.h"
+#include "ComApartment.h"
+#include "ComPtr.h"
+#include "GrabberCallback.h"
+
+// control.h spells pointers with a type of this header.
+#include <oaidl.h>
+
+#include <control.h>
+#include <qedit.h>
+#include <strmif.h>
+
+/// The preview as a DirectShow graph: capture filter, sample grabber, default video renderer. The
+/// renderer's window becomes a child of the preview's window.
+class DirectShowCaptureGraph : public CaptureGraph
+{
+public:
+    ~DirectShowCaptureGraph() override;
+
+    bool create() override;
+    void release() override;
+    bool createSampleGrabber() override;
+    bool bindCaptureSource(const QString& devicePath) override;
+    bool addFilters() override;
+    [[nodiscard]] int screenColourDepth() const override;
+    bool setGrabberFormat(PreviewFormat format) override;
+    bool renderPreview(WId window) override;
+    [[nodiscard]] std::optional<QSize> connectedFrameSize() override;
+    void installCallback(SampleGrabberCallback* callback) override;
+    void placeVideoWindow(WId window) override;
+    void hideVideoWindow() override;
+    bool run() override;
+    void stop() override;
+    void clearNotifyWindow() override;
+    std::unique_ptr<VideoProcAmp> makeVideoProcAmp() override;
+
+private:
+    ComApartment m_com; ///< made first, destroyed last
+    GrabberCallback m_callback;
+    ComPtr<IBaseFilter> m_captureFilter;
+    ComPtr<ICaptureGraphBuilder2> m_builder;
+    ComPtr<IGraphBuilder> m_graph;
+    ComPtr<IMediaControl> m_mediaControl;
+    ComPtr<IMediaEventEx> m_mediaEvent;
+    ComPtr<IBaseFilter> m_grabberFilter; ///< until the graph is connected
+    ComPtr<ISampleGrabber> m_grabber;
+    ComPtr<IVideoWindow> m_videoWindow;
+};

@@ -1,0 +1,48 @@
+# marvik_read_models(<file>): reads the table of camera models and sets in the caller
+#   MARVIK_MODEL_ROWS        the rows as C++ initialisers of CameraModel
+#   MARVIK_MODEL_UDEV_RULES  udev rules that give the user at the seat access to the cameras
+#   MARVIK_MODEL_PROVIDES    AppStream modaliases of the cameras
+# A model without ids is listed as a product only: it is not recognised on the bus.
+function(marvik_read_models file)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
+    file(READ ${file} text)
+    string(JSON count LENGTH ${text} models)
+    math(EXPR last "${count} - 1")
+    set(rows)
+    set(rules)
+    set(provides)
+    foreach(i RANGE ${last})
+        foreach(key group productName displayName modelText vendorId productId cardPicture largePicture)
+            string(JSON ${key} ERROR_VARIABLE missing GET ${text} models ${i} ${key})
+            if(missing)
+                set(${key} "")
+            endif()
+        endforeach()
+        if(NOT "${vendorId}${productId}" MATCHES "^([0-9a-f][0-9a-f][0-9a-f][0-9a-f][0-9a-f][0-9a-f][0-9a-f][0-9a-f])?$")
+            message(FATAL_ERROR "${file}: ids of ${productName} are not four digits each, in lower case")
+        endif()
+        set(vendor 0)
+        set(product 0)
+        if(vendorId)
+            set(vendor 0x${vendorId})
+            set(product 0x${productId})
+            set(ids "ATTRS{idVendor}==\"${vendorId}\", ATTRS{idProduct}==\"${productId}\"")
+            string(APPEND rules
+                "SUBSYSTEM==\"hidraw\", ${ids}, MODE=\"0660\", GROUP=\"plugdev\", TAG+=\"uaccess\"\n"
+                "SUBSYSTEM==\"video4linux\", ${ids}, TAG+=\"uaccess\"\n")
+            string(TOUPPER "${vendorId}" upperVendor)
+            string(TOUPPER "${productId}" upperProduct)
+            string(APPEND provides "\n    <modalias>usb:v${upperVendor}p${upperProduct}d*</modalias>")
+        endif()
+        foreach(picture cardPicture largePicture)
+            if(${picture})
+                set(${picture} ":/images/${${picture}}")
+            endif()
+        endforeach()
+        string(APPEND rows "    {CameraModel::Group::${group}, \"${productName}\", \"${displayName}\", "
+            "\"${modelText}\",\n     ${vendor}, ${product}, \"${cardPicture}\", \"${largePicture}\"},\n")
+    endforeach()
+    set(MARVIK_MODEL_ROWS "${rows}" PARENT_SCOPE)
+    set(MARVIK_MODEL_UDEV_RULES "${rules}" PARENT_SCOPE)
+    set(MARVIK_MODEL_PROVIDES "${provides}" PARENT_SCOPE)
+endfunction()

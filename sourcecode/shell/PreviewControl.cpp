@@ -1,0 +1,117 @@
+#include "PreviewControl.h"
+
+#include "BusyCursor.h"
+#include "CameraSettings.h"
+#include "LogCategories.h"
+#include "OpenCamera.h"
+#include "ParamSettingsPage.h"
+#include "PreviewOverlays.h"
+#include "UVCCamera.h"
+
+#include <QTimer>
+
+namespace {
+
+constexpr int kFollowUpMs = 100;
+
+} // namespace
+
+PreviewControl::PreviewControl(OpenCamera& camera, ParamSettingsPage& page,
+                               PreviewOverlays& overlays, CameraSettings& settings, QObject* parent)
+    : QObject(parent)
+    , m_camera(camera)
+    , m_page(page)
+    , m_overlays(overlays)
+    , m_settings(settings)
+{
+}
+
+void PreviewControl::startPlay(bool isBusy)
+{
+    CameraSession& session = m_camera.session();
+    if (isBusy) {
+        session.forgetParameters();
+        showRunning(false);
+        m_page.setSettingsUnavailable(
+            tr("The installation process will take a long time. Please wait."));
+        return;
+    }
+    const BusyCursor busy;
+    const bool opened = openDevice();
+    qCDebug(videoLog) << "openDevice result =" << opened;
+    if (!opened) {
+        qCDebug(videoLog) << "open Device failed!";
+        showRunning(false);
+        if (!session.areValuesKnown())
+            m_page.setSettingsUnavailable(
+                tr("The camera cannot be opened. Unplug it and plug it in again."));
+        return;
+    }
+
+    m_camera.camera().stopCapture();
+    const bool running = m_overlays.isPreviewOpen() && m_camera.camera().startCapture();
+    qCDebug(videoLog) << "startCapture() result =" << running;
+    if (!running) {
+        qCDebug(videoLog) << "Capture failed!";
+        m_camera.camera().stopCapture();
+    }
+    showRunning(running);
+
+    if (!session.areParametersLoaded()) {
+        session.loadParameters();
+        m_page.setSettingsAvailable();
+    }
+    m_settings.setDeviceParam();
+    m_settings.setAdvancedParam();
+
+    qCDebug(videoLog) << "SorvantaHome::startPlay" << session.info().hidPath;
+    m_settings.refresh4kState();
+    if (session.is4kInUse() && !session.was4kInUse() && session.stream().streamOn != 0) {
+        qCDebug(videoLog) << "4k";
+        m_page.show4kNotice();
+    }
+}
+
+bool PreviewControl::openDevice()
+{
+    UVCCamera& camera = m_camera.camera();
+    if (!camera.openDevice(m_camera.session().info().path, m_page.previewArea()->winId()))
+        return false;
+    camera.initVideoProcAmp();
+    return true;
+}
+
+/// Sets buttons and page to a preview that runs or does not.
+void PreviewControl::showRunning(bool running)
+{
+    m_overlays.showRunning(running);
+    m_page.setPreviewOpen(running);
+    if (!running)
+        m_page.showPreviewTip(false);
+}
+
+void PreviewControl::toggle()
+{
+    UVCCamera& camera = m_camera.camera();
+    if (camera.isRunning()) {
+        camera.stopCapture();
+        showRunning(false);
+    } else {
+        if (!openDevice())
+            return;
+        camera.stopCapture();
+        const bool running = camera.startCapture();
+        if (!running)
+            camera.stopCapture();
+        showRunning(running);
+        if (!running) {
+            emit sigShowToast(tr("Camera is in use by other app"));
+            return;
+        }
+    }
+    // Whether the camera streams, and at which size, has changed with the preview.
+    QTimer::singleShot(kFollowUpMs, &m_page, [this] {
+        if (m_page.isVisibleTo(m_page.window()))
+            m_settings.refresh4kState();
+    });
+}

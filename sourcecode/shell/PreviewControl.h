@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+class CameraSettings;
+class OpenCamera;
+class ParamSettingsPage;
+class PreviewOverlays;
+
+/// Starts and stops the live picture of the open camera on the settings page, and fills the page
+/// when the picture is there. GUI thread.
+class PreviewControl : public QObject
+{
+    Q_OBJECT
+
+public:
+    PreviewControl(OpenCamera& camera, ParamSettingsPage& page, PreviewOverlays& overlays,
+                   CameraSettings& settings, QObject* parent = nullptr);
+
+    /// Opens the video device, starts the preview if the preview button is on, and fills the page.
+    /// @param isBusy firmware is being written into the camera, which must not get other commands
+    void startPlay(bool isBusy);
+    /// For a press of the preview button: stops the preview if it runs, otherwise starts it.
+    void toggle();
+
+signals:
+    void sigShowToast(const QString& text);
+
+private:
+    bool openDevice();
+    void showRunning(bool running);
+
+    OpenCamera& m_camera;
+    ParamSettingsPage& m_page;
+    PreviewOverlays& m_overlays;
+    CameraSettings& m_settings;
+};

@@ -1,0 +1,6 @@
+#include "PackageFileName.h"
+
+QString PackageFileName::onDisk(const QString& name)
+{
+    return name;
+}
