@@ -3,6 +3,7 @@
 #include "HidTest.h"
 #include "ParameterKeys.h"
 #include "RecordingCaptureGraph.h"
+#include "TestApplication.h"
 #include "UVCCamera.h"
 
 using namespace ParameterKeys;
@@ -34,6 +35,7 @@ protected:
         hidapi.respondTo(cmd, {QByteArray::fromHex(payload)});
     }
 
+    TestApplication application;
     CacheHome cache;
     std::unique_ptr<UVCCamera> camera = std::make_unique<UVCCamera>(
         std::make_unique<RecordingCaptureGraph>(std::make_shared<CaptureScript>()));

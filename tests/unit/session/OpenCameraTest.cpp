@@ -3,6 +3,7 @@
 #include "HidTest.h"
 #include "ParameterKeys.h"
 #include "RecordingCaptureGraph.h"
+#include "TestApplication.h"
 #include "UVCCamera.h"
 
 namespace {
@@ -30,6 +31,7 @@ protected:
         HidTest::TearDown();
     }
 
+    TestApplication application;
     const DeviceWidgetInfo a = recordOf(QStringLiteral("/dev/hidraw0"));
     const DeviceWidgetInfo b = recordOf(QStringLiteral("/dev/hidraw1"));
     std::unique_ptr<UVCCamera> camera = std::make_unique<UVCCamera>(

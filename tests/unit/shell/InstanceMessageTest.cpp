@@ -1,9 +1,9 @@
 #include "InstanceMessage.h"
 #include "QtPrinters.h"
+#include "TestApplication.h"
 
 #include <gtest/gtest.h>
 #include <memory>
-#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QLocalServer>
 #include <QLocalSocket>
@@ -55,10 +55,7 @@ protected:
     }
 
 private:
-    int m_argc = 1;
-    char m_name[5] = "test";
-    char* m_argv[2] = {m_name, nullptr};
-    QCoreApplication m_application{m_argc, m_argv};
+    TestApplication m_application;
     QTemporaryDir m_directory;
     QLocalServer m_server;
 
