@@ -25,6 +25,18 @@ bool isConnected(const HidDevices& hidItem)
                                              hidItem.productId);
 }
 
+/// The interfaces of @p before that are in @p after too.
+QMap<QString, HidDevices> inBoth(const QMap<QString, HidDevices>& before,
+                                 const QMap<QString, HidDevices>& after)
+{
+    QMap<QString, HidDevices> both;
+    for (auto device = before.begin(); device != before.end(); ++device) {
+        if (after.contains(device.key()))
+            both.insert(device.key(), device.value());
+    }
+    return both;
+}
+
 constexpr unsigned long kHidReadyMs = 500;
 constexpr int kItemHeight = 120;
 constexpr int kItemWidth = 320;
@@ -82,12 +94,12 @@ DeviceHomePage::DeviceHomePage(QWidget* parent)
 
     connect(ui->btnSupportedProducts, &QPushButton::clicked, this,
             &DeviceHomePage::sigShowSupportedProduct);
-    // The watcher emits one of the two for each event; each of them rebuilds the list once.
+    // The watcher emits one of the two for each event.
     connect(m_notify, &DeviceNotify::sigCameraDeviceUpdate, this,
             [this](const QList<UVCDeviceInfo>& cameras, const QMap<QString, HidDevices>&,
-                   int status) { slotUpdateCameraList(cameras, status); });
+                   int status) { queueUpdate(cameras, status); });
     connect(m_notify, &DeviceNotify::sigCameraDeviceUpdateWithoutHid, this,
-            &DeviceHomePage::slotUpdateCameraList);
+            &DeviceHomePage::queueUpdate);
 }
 
 DeviceHomePage::~DeviceHomePage()
@@ -194,7 +206,28 @@ void DeviceHomePage::matchVideoDevices(const HidDevices& hidItem, const CameraMo
     }
 }
 
+void DeviceHomePage::queueUpdate(const QList<UVCDeviceInfo>& cameras, int status)
+{
+    if (m_pending.isEmpty()) {
+        // Behind the notifications that have arrived during a rebuild and wait in Qt's queue.
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                const PendingNotifications::Batch batch = m_pending.take();
+                updateCameraList(batch.cameras, batch.statuses);
+            },
+            Qt::QueuedConnection);
+    }
+    m_pending.add(cameras, status);
+}
+
 void DeviceHomePage::slotUpdateCameraList(const QList<UVCDeviceInfo>& cameras, int status)
+{
+    updateCameraList(cameras, {status});
+}
+
+void DeviceHomePage::updateCameraList(const QList<UVCDeviceInfo>& cameras,
+                                      const QList<int>& statuses)
 {
     qCDebug(hotplugLog) << "将新获取的设备添加到设备列表，发送更新设备事件";
     const QList<UVCDeviceInfo> oldCameras = m_cameras;
@@ -212,7 +245,15 @@ void DeviceHomePage::slotUpdateCameraList(const QList<UVCDeviceInfo>& cameras, i
         showEmptyState();
     limitListHeight();
 
-    emit sigUpdateCameraListFinished(m_cameras, oldCameras, m_hidMap, oldHidMap, status);
+    QMap<QString, HidDevices> before = oldHidMap;
+    for (const int status : statuses) {
+        // Of several changes each signal describes its own: the removal what has gone, the arrival
+        // what has come after it.
+        const QMap<QString, HidDevices> after =
+            status == statuses.last() ? m_hidMap : inBoth(before, m_hidMap);
+        emit sigUpdateCameraListFinished(m_cameras, oldCameras, after, before, status);
+        before = after;
+    }
     repaint();
 
     const QString openHidPath = CameraHandle::instance().currentDevice().hidPath;

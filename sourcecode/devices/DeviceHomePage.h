@@ -2,6 +2,7 @@
 
 #include "DeviceNotify.h"
 #include "DeviceWidgetInfo.h"
+#include "PendingNotifications.h"
 
 #include <memory>
 #include <QList>
@@ -19,7 +20,8 @@ class DeviceHomePage;
 /// The device list: one card for each supported camera, or the empty state.
 ///
 /// Pairs the video devices with the HID interfaces of the same cameras, and rebuilds the list from
-/// scratch whenever the hot-plug watch reports a change. GUI thread.
+/// scratch when the hot-plug watch reports a change. Notifications that arrive during a rebuild are
+/// served together by the next one. GUI thread.
 class DeviceHomePage : public QWidget
 {
     Q_OBJECT
@@ -74,6 +76,8 @@ private:
         QMap<int, QString> pathMap; ///< number of a video device to its path
     };
 
+    void queueUpdate(const QList<UVCDeviceInfo>& cameras, int status);
+    void updateCameraList(const QList<UVCDeviceInfo>& cameras, const QList<int>& statuses);
     void addCard(const HidDevices& hidItem, const CameraModel& model, bool isLastHidEntry,
                  const QList<UVCDeviceInfo>& cameras);
     void matchVideoDevices(const HidDevices& hidItem, const CameraModel& model,
@@ -85,6 +89,7 @@ private:
     QListWidget* m_list;
     DeviceNotify* m_notify;
     MaskForm* m_mask;
+    PendingNotifications m_pending;
     QList<UVCDeviceInfo> m_cameras;
     QMap<QString, HidDevices> m_hidMap;
     QMap<QString, DeviceWidgetInfo> m_deviceWidgetMap;

@@ -35,12 +35,30 @@ void ScriptedCameras::plugInParts(int hidInterfaces, int videoDevices)
 {
     m_hidapi.unplugAll();
     for (int i = 0; i < hidInterfaces; ++i)
-        m_hidapi.plugIn({hidPath(i).toUtf8(), CameraModels::rows().begin()->vendorId,
-                         CameraModels::rows().begin()->productId, L"Maker"});
+        addHidInterface(i);
     m_video.unplugAll();
     for (int i = 0; i < videoDevices; ++i)
-        m_video.plugIn({QStringLiteral("/dev/video%1").arg(i), QStringLiteral("Camera %1").arg(i),
-                        videoPath(i)});
+        addVideoDevice(i);
+}
+
+void ScriptedCameras::plugInOnly(int number)
+{
+    m_hidapi.unplugAll();
+    addHidInterface(number);
+    m_video.unplugAll();
+    addVideoDevice(number);
+}
+
+void ScriptedCameras::addHidInterface(int number)
+{
+    m_hidapi.plugIn({hidPath(number).toUtf8(), CameraModels::rows().begin()->vendorId,
+                     CameraModels::rows().begin()->productId, L"Maker"});
+}
+
+void ScriptedCameras::addVideoDevice(int number)
+{
+    m_video.plugIn({QStringLiteral("/dev/video%1").arg(number),
+                    QStringLiteral("Camera %1").arg(number), videoPath(number)});
 }
 
 void ScriptedCameras::refuse(int number)

@@ -20,6 +20,8 @@ public:
     void plugIn(int cameras);
     /// Changes the numbers of plugged-in control interfaces and video devices.
     void plugInParts(int hidInterfaces, int videoDevices);
+    /// Camera @p number is plugged in and no other one.
+    void plugInOnly(int number);
     /// From now on the control interface of camera @p number cannot be opened.
     void refuse(int number);
 
@@ -40,6 +42,9 @@ public:
     [[nodiscard]] ScriptedVideo& video() { return m_video; }
 
 private:
+    void addHidInterface(int number);
+    void addVideoDevice(int number);
+
     ScriptedHidapi m_hidapi;
     ScriptedVideo m_video;
     std::set<QByteArray> m_refused;

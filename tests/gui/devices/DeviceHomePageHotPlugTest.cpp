@@ -7,6 +7,7 @@
 #include <QSignalSpy>
 #include <QtTest>
 #include <thread>
+#include <utility>
 
 namespace {
 
@@ -33,7 +34,9 @@ private slots:
     void notificationWaitsForTheWindowsThread();
     void eitherKindOfNotificationMakesOneRebuild_data();
     void eitherKindOfNotificationMakesOneRebuild();
-    void everyNotificationMakesARebuild();
+    void notificationsThatWaitAreServedTogether();
+    void notificationsDuringARebuildWaitForTheNext();
+    void removalIsToldBeforeAnArrival();
     void rebuildTakesOnePause();
     void signalTellsBeforeAndAfter();
     void firstSignalTellsThatThereWasNothing();
@@ -134,17 +137,68 @@ void DeviceHomePageHotPlugTest::eitherKindOfNotificationMakesOneRebuild()
     QCOMPARE(m_shown->page().entryCount(), 2);
 }
 
-void DeviceHomePageHotPlugTest::everyNotificationMakesARebuild()
+void DeviceHomePageHotPlugTest::notificationsThatWaitAreServedTogether()
 {
+    m_shown->cameras().plugIn(2);
+    m_shown->update();
     QSignalSpy finished(&m_shown->page(), &DeviceHomePage::sigUpdateCameraListFinished);
+    m_log->clear();
+    for (int i = 0; i < 30; ++i) {
+        m_shown->cameras().plugIn(1);
+        notify(DeviceRemoved);
+        m_shown->cameras().plugIn(2);
+        notify(DevicePluggedIn);
+    }
     m_shown->cameras().plugIn(1);
-    notify(DevicePluggedIn);
-    m_shown->cameras().plugIn(0);
     notify(DeviceRemoved);
     QTRY_COMPARE(finished.count(), 2);
-    QCOMPARE(finished.at(0).at(4).toInt(), int(DevicePluggedIn));
-    QCOMPARE(finished.at(1).at(4).toInt(), int(DeviceRemoved));
-    QCOMPARE(m_shown->page().entryCount(), 0);
+    QTest::qWait(50); // a further rebuild would come immediately
+    QCOMPARE(finished.count(), 2);
+    QCOMPARE(m_log->texts().count(QStringLiteral("更新home页的设备列表")), 1);
+    QCOMPARE(m_shown->page().entryCount(), 1);
+}
+
+void DeviceHomePageHotPlugTest::notificationsDuringARebuildWaitForTheNext()
+{
+    QSignalSpy finished(&m_shown->page(), &DeviceHomePage::sigUpdateCameraListFinished);
+    bool isFirst = true;
+    connect(&m_shown->page(), &DeviceHomePage::sigUpdateCameraListFinished, this, [&] {
+        if (!std::exchange(isFirst, false))
+            return;
+        m_shown->cameras().plugIn(3);
+        notify(DevicePluggedIn);
+        m_shown->cameras().plugIn(2);
+        notify(DevicePluggedIn);
+    });
+    m_shown->cameras().plugIn(1);
+    notify(DevicePluggedIn);
+    QTRY_COMPARE(finished.count(), 2);
+    QTest::qWait(50); // a further rebuild would come immediately
+    QCOMPARE(finished.count(), 2);
+    QCOMPARE(m_shown->page().entryCount(), 2);
+}
+
+void DeviceHomePageHotPlugTest::removalIsToldBeforeAnArrival()
+{
+    m_shown->cameras().plugIn(1);
+    m_shown->update();
+    QSignalSpy finished(&m_shown->page(), &DeviceHomePage::sigUpdateCameraListFinished);
+    const QStringList first{ScriptedCameras::hidPath(0)};
+    const QStringList second{ScriptedCameras::hidPath(1)};
+    m_shown->cameras().plugInOnly(1);
+    notify(DevicePluggedIn);
+    notify(DeviceRemoved);
+    QTRY_COMPARE(finished.count(), 2);
+
+    const auto interfaces = [&finished](int signal, int argument) {
+        return finished.at(signal).at(argument).value<HidDeviceMap>().keys();
+    };
+    QCOMPARE(finished.at(0).at(4).toInt(), int(DeviceRemoved));
+    QCOMPARE(interfaces(0, 3), first);
+    QCOMPARE(interfaces(0, 2), QStringList());
+    QCOMPARE(finished.at(1).at(4).toInt(), int(DevicePluggedIn));
+    QCOMPARE(interfaces(1, 3), QStringList());
+    QCOMPARE(interfaces(1, 2), second);
 }
 
 void DeviceHomePageHotPlugTest::rebuildTakesOnePause()
