@@ -1,6 +1,7 @@
 #include "DeviceManager.h"
 #include "HotPlugReceiver.h"
 #include "LogCapture.h"
+#include "LostUevents.h"
 #include "PluggedCamera.h"
 #include "ProcessUsage.h"
 
@@ -130,6 +131,45 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), expected.size(), 3 * kTimeoutMs);
         QCOMPARE(receiver.statuses(), expected);
         QCOMPARE(receiver.notifications().back().cameras.size(), 1);
+    }
+
+    void lostEventsAreFoundByListingTheInterfaces()
+    {
+        PluggedCamera first;
+        const HotPlugReceiver receiver;
+        const Watch watch;
+        std::unique_ptr<PluggedCamera> second;
+        {
+            LostUevents lost;
+            second = std::make_unique<PluggedCamera>();
+            first.unplug();
+            lost.overflow();
+            QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 2, kTimeoutMs);
+        }
+        QCOMPARE(receiver.statuses(), (QVector<int>{1, 0}));
+        const auto notifications = receiver.notifications();
+        QCOMPARE(notifications.at(1).cameras.size(), 1);
+        QCOMPARE(notifications.at(1).cameras.first().displayName, second->videoNode());
+
+        second->unplug();
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 3, kTimeoutMs);
+        QCOMPARE(receiver.statuses().last(), 1);
+    }
+
+    void lostEventsThatChangedNothingAreNotReported()
+    {
+        PluggedCamera camera;
+        const HotPlugReceiver receiver;
+        const Watch watch;
+        {
+            LostUevents lost;
+            PluggedCamera passing;
+            passing.unplug();
+            lost.overflow();
+        }
+        camera.unplug();
+        QTRY_COMPARE_WITH_TIMEOUT(receiver.count(), 1, kTimeoutMs);
+        QCOMPARE(receiver.statuses(), QVector<int>{1});
     }
 
     void twoCamerasAtOnceAreTwoEvents()

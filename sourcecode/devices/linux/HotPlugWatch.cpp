@@ -1,14 +1,21 @@
 #include "HotPlugWatch.h"
 
+#include "LogCategories.h"
+
 #include <cerrno>
 #include <chrono>
 #include <cstring>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <thread>
+#include <utility>
 
 namespace {
 
+constexpr const char* kSubsystem = "hidraw";
+// Some 500 events; the default holds a tenth. Without privileges the kernel grants no more than
+// net.core.rmem_max.
+constexpr int kReceiveBufferBytes = 1024 * 1024;
 constexpr int kVideoNodeTimeoutMs = 1000;
 constexpr std::chrono::milliseconds kVideoNodeInterval{20};
 
@@ -72,10 +79,13 @@ void HotPlugWatch::open()
     // "udev" rather than "kernel": its events come after the rules have given the user access.
     UdevMonitor monitor(udev_monitor_new_from_netlink(m_context.get(), "udev"));
     if (!monitor ||
-        udev_monitor_filter_add_match_subsystem_devtype(monitor.get(), "hidraw", nullptr) < 0 ||
-        udev_monitor_enable_receiving(monitor.get()) < 0)
+        udev_monitor_filter_add_match_subsystem_devtype(monitor.get(), kSubsystem, nullptr) < 0)
+        return;
+    udev_monitor_set_receive_buffer_size(monitor.get(), kReceiveBufferBytes);
+    if (udev_monitor_enable_receiving(monitor.get()) < 0)
         return;
     m_monitor = std::move(monitor);
+    m_known = interfaces();
 }
 
 void HotPlugWatch::close()
@@ -83,6 +93,8 @@ void HotPlugWatch::close()
     m_monitor.reset();
     m_context.reset();
     m_wakeUp = FileDescriptor();
+    m_known.clear();
+    m_found.clear();
 }
 
 void HotPlugWatch::wake() const
@@ -93,6 +105,11 @@ void HotPlugWatch::wake() const
 
 HotPlugWatch::Event HotPlugWatch::wait()
 {
+    if (!m_found.empty()) {
+        const Event event = m_found.front();
+        m_found.pop_front();
+        return event;
+    }
     pollfd descriptors[] = {{udev_monitor_get_fd(m_monitor.get()), POLLIN, 0},
                             {m_wakeUp.get(), POLLIN, 0}};
     int ready = 0;
@@ -106,23 +123,56 @@ HotPlugWatch::Event HotPlugWatch::wait()
     return receive();
 }
 
+std::set<std::string> HotPlugWatch::interfaces() const
+{
+    std::set<std::string> paths;
+    forEachUdevDevice(m_context.get(), kSubsystem,
+                      [&paths](udev_device* each) { paths.insert(udev_device_get_syspath(each)); });
+    return paths;
+}
+
+/// Removals come first: what is there now has come after what has gone.
+void HotPlugWatch::reportChanges()
+{
+    const std::set<std::string> before = std::exchange(m_known, interfaces());
+    for (const std::string& path : before) {
+        if (m_known.count(path) == 0)
+            m_found.push_back(Event::Removal);
+    }
+    for (const std::string& path : m_known) {
+        if (before.count(path) != 0)
+            continue;
+        const UdevDevice device(udev_device_new_from_syspath(m_context.get(), path.c_str()));
+        if (device)
+            waitForVideoNodes(device.get());
+        m_found.push_back(Event::Arrival);
+    }
+}
+
 HotPlugWatch::Event HotPlugWatch::receive()
 {
     const UdevDevice device(udev_monitor_receive_device(m_monitor.get()));
-    if (!device)
+    if (!device) {
+        qCWarning(hotplugLog) << "events of udev were lost, the interfaces are listed";
+        reportChanges();
         return Event::Other;
+    }
     const char* action = udev_device_get_action(device.get());
-    if (isEqual(action, "remove"))
+    const char* path = udev_device_get_syspath(device.get());
+    if (isEqual(action, "remove")) {
+        m_known.erase(path);
         return Event::Removal;
+    }
     if (!isEqual(action, "add"))
         return Event::Other;
+    m_known.insert(path);
     waitForVideoNodes(device.get());
     return Event::Arrival;
 }
 
 /// The interfaces of one camera appear one after the other, and the video driver may have to be
 /// loaded first. The HID interface alone makes the event, so this thread, which has no other task,
-/// waits for the video interface.
+/// waits for the video interface, unless the camera has left again.
 void HotPlugWatch::waitForVideoNodes(udev_device* hidraw)
 {
     udev_device* usb = usbDeviceOf(hidraw);
@@ -130,6 +180,7 @@ void HotPlugWatch::waitForVideoNodes(udev_device* hidraw)
         return;
     const auto deadline =
         std::chrono::steady_clock::now() + std::chrono::milliseconds(kVideoNodeTimeoutMs);
-    while (!hasUsableVideoNodes(usb) && std::chrono::steady_clock::now() < deadline)
+    while (!hasUsableVideoNodes(usb) && hasVideoInterface(usb) &&
+           std::chrono::steady_clock::now() < deadline)
         std::this_thread::sleep_for(kVideoNodeInterval);
 }

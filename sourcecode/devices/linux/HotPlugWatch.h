@@ -3,7 +3,14 @@
 #include "linux/FileDescriptor.h"
 #include "linux/UdevHandles.h"
 
+#include <deque>
+#include <set>
+#include <string>
+
 /// The udev monitor of HID interfaces, and the means to end its wait.
+///
+/// The kernel drops events when the queue of the monitor is full. The watch then lists the
+/// interfaces and reports what has changed since the last event.
 class HotPlugWatch
 {
 public:
@@ -28,9 +35,13 @@ public:
 
 private:
     Event receive();
+    void reportChanges();
+    [[nodiscard]] std::set<std::string> interfaces() const;
     static void waitForVideoNodes(udev_device* hidraw);
 
     UdevContext m_context;
     UdevMonitor m_monitor;
+    std::set<std::string> m_known; ///< paths in /sys of the interfaces after the last event
+    std::deque<Event> m_found;     ///< changes that were found by listing the interfaces
     FileDescriptor m_wakeUp;
 };
