@@ -6,9 +6,11 @@
 #include "ReportedText.h"
 
 #include <memory>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLockFile>
 #include <QMap>
 #include <QSaveFile>
 #include <QSettings>
@@ -22,6 +24,9 @@ namespace {
 
 constexpr QLatin1Char kEscape('%');
 const QLatin1String kReselectedImageMode("image_mode");
+const QString kSaving = QStringLiteral(".saving-");
+constexpr const char* kCodec = "UTF-8";
+constexpr int kLockTimeoutMs = 2000;
 
 // Path of device.ini; empty when the platform has no cache location.
 QString iniPath()
@@ -48,11 +53,36 @@ std::optional<QByteArray> contentsOf(const QString& path)
 
 bool replace(const QString& path, const QByteArray& contents)
 {
+    const QDateTime before = QFileInfo(path).lastModified();
     QSaveFile file(path);
     // Explicit flush: QSaveFile does not notice that a disk becomes full while it flushes, and
     // would replace the old file with an empty one.
-    return file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size() &&
-           file.flush() && file.commit();
+    if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size() ||
+        !file.flush() || !file.commit())
+        return false;
+    // QSettings reads a file again only when its size or its time has changed, and the clock of a
+    // file system is slower than two saves.
+    if (before.isValid() && QFileInfo(path).lastModified() <= before) {
+        QFile written(path);
+        if (written.open(QIODevice::ReadWrite))
+            written.setFileTime(before.addMSecs(1), QFileDevice::FileModificationTime);
+    }
+    return true;
+}
+
+// A name for a file of which earlier ones are kept: the first one that is free.
+QString freeName(const QString& path)
+{
+    QString name = path;
+    for (int number = 2; QFileInfo::exists(name); ++number)
+        name = path + QLatin1Char('.') + QString::number(number);
+    return name;
+}
+
+bool isDamaged(QSettings& settings)
+{
+    settings.allKeys(); // makes QSettings parse every group now
+    return settings.status() == QSettings::FormatError;
 }
 
 // As text: a value that was set is a number, the same value read from a file is a text.
@@ -68,28 +98,28 @@ QMap<QString, QStringList> valuesOf(const QSettings& settings)
     return values;
 }
 
-// A copy of an INI file, opened under a new name. QSettings caches the values of a path for the
-// whole process, including values that it failed to write; a failed save must leave nothing in that
-// cache.
+// A copy of an INI file under a name of its own, to be changed. QSettings caches the values of a
+// path for the whole process, including values that it failed to write; a failed save must leave
+// nothing in that cache. The copy lies beside the file, so that a save needs one folder only.
 class IniCopy
 {
 public:
-    explicit IniCopy(const QByteArray& contents)
+    IniCopy(const QString& path, const QByteArray& contents)
+        : m_original(path)
+        , m_directory(path + kSaving + QStringLiteral("XXXXXX"))
     {
-        const QString path = m_directory.filePath(QStringLiteral("device.ini"));
-        QFile file(path);
+        const QString copy = m_directory.filePath(QStringLiteral("device.ini"));
+        QFile file(copy);
         if (!m_directory.isValid() || !file.open(QIODevice::WriteOnly) ||
             file.write(contents) != contents.size() || !file.flush())
             return;
         file.close();
-        m_settings = std::make_unique<QSettings>(path, QSettings::IniFormat);
-        m_settings->setIniCodec("UTF-8");
-        m_settings->allKeys(); // makes QSettings parse every group now
-        m_damaged = m_settings->status() == QSettings::FormatError;
+        m_settings = std::make_unique<QSettings>(copy, QSettings::IniFormat);
+        m_settings->setIniCodec(kCodec);
     }
 
+    // Null when the copy could not be made.
     [[nodiscard]] QSettings* settings() const { return m_settings.get(); }
-    [[nodiscard]] bool isDamaged() const { return m_damaged; }
 
     // The file with all changes; nothing when it could not be written completely. QSettings does
     // not report a full disk.
@@ -99,16 +129,26 @@ public:
         std::optional<QByteArray> bytes = contentsOf(m_settings->fileName());
         if (!bytes)
             return std::nullopt;
-        const IniCopy written(*bytes);
+        const IniCopy written(m_original, *bytes);
         if (!written.settings() || valuesOf(*written.settings()) != valuesOf(*m_settings))
             return std::nullopt;
         return bytes;
     }
 
+    // Copies of a save that was killed. Only for who holds the lock of the file.
+    static void removeLeftOver(const QString& path)
+    {
+        const QFileInfo file(path);
+        const QStringList folders = file.dir().entryList(
+            {file.fileName() + kSaving + QLatin1Char('*')}, QDir::Dirs | QDir::NoSymLinks);
+        for (const QString& folder : folders)
+            QDir(file.dir().filePath(folder)).removeRecursively();
+    }
+
 private:
+    QString m_original;
     QTemporaryDir m_directory;
-    std::unique_ptr<QSettings> m_settings; // null when the copy could not be made
-    bool m_damaged = false;
+    std::unique_ptr<QSettings> m_settings;
 };
 
 } // namespace
@@ -155,29 +195,23 @@ QString DeviceIniStore::serialNumber(const QString& group)
 std::optional<PictureParameters> DeviceIniStore::read(const QString& serial) const
 {
     const QString path = iniPath();
-    if (path.isEmpty() || !isSerialNumber(serial))
+    // QSettings would wait for the writer of a pipe.
+    if (path.isEmpty() || !isSerialNumber(serial) || !QFileInfo(path).isFile())
         return std::nullopt;
-    const std::optional<QByteArray> contents = contentsOf(path);
-    if (!contents || contents->isEmpty())
-        return std::nullopt;
-    const IniCopy copy(*contents);
-    QSettings* settings = copy.settings();
-    const QString group = groupName(serial);
-    if (!settings)
-        return std::nullopt;
-    settings->beginGroup(group);
-    if (settings->allKeys().isEmpty())
+    QSettings settings(path, QSettings::IniFormat);
+    settings.setIniCodec(kCodec);
+    settings.beginGroup(groupName(serial));
+    if (settings.allKeys().isEmpty())
         return std::nullopt;
     // Read as text first: toInt() then rejects a number that is too large for a setting.
-    const auto number = [settings](QLatin1String key) {
-        return settings->value(key).toString().toInt();
+    const auto number = [&settings](QLatin1String key) {
+        return settings.value(key).toString().toInt();
     };
     PictureParameters picture;
     for (const PictureSettingRow& row : PictureSettings::rows())
         picture.*row.value = number(row.key);
     picture.imageMode = number(ImageMode);
     picture.reselectedImageMode = number(kReselectedImageMode);
-    settings->endGroup();
     return picture;
 }
 
@@ -187,15 +221,19 @@ bool DeviceIniStore::write(const QString& serial, const PictureParameters& pictu
     const QString path = iniPath();
     if (path.isEmpty() || !isSerialNumber(serial) || !QDir().mkpath(QFileInfo(path).absolutePath()))
         return false;
+    QLockFile lock(path + QStringLiteral(".lock"));
+    if (!lock.tryLock(kLockTimeoutMs))
+        return false;
+    IniCopy::removeLeftOver(path);
     const std::optional<QByteArray> before = contentsOf(path);
     if (!before)
         return false;
-    const IniCopy copy(*before);
+    const IniCopy copy(path, *before);
     QSettings* settings = copy.settings();
     if (!settings)
         return false;
     // A rewrite loses damaged lines; the copy keeps them.
-    if (copy.isDamaged() && !replace(path + QStringLiteral(".damaged"), *before))
+    if (isDamaged(*settings) && !replace(freeName(path + QStringLiteral(".damaged")), *before))
         return false;
 
     settings->beginGroup(groupName(serial));

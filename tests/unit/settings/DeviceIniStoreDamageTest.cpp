@@ -20,6 +20,12 @@ protected:
         m_before = contents();
     }
 
+    [[nodiscard]] QByteArray copy(const QString& suffix) const
+    {
+        QFile file(m_path + suffix);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
     QByteArray m_before;
 };
 
@@ -68,9 +74,29 @@ TEST_F(DeviceIniStoreDamageTest, SaveIntoADamagedFileKeepsReadableGroupsAndACopy
     EXPECT_EQ(m_store.read(kSecond)->bright, 121);
     EXPECT_EQ(m_store.read(QStringLiteral("SN3")), pictureOf(130));
 
-    QFile copy(m_path + QStringLiteral(".damaged"));
-    ASSERT_TRUE(copy.open(QIODevice::ReadOnly));
-    EXPECT_EQ(copy.readAll(), damaged);
+    EXPECT_EQ(copy(QStringLiteral(".damaged")), damaged);
+}
+
+TEST_F(DeviceIniStoreDamageTest, EveryDamagedFileHasItsOwnCopy)
+{
+    for (const char* damage : {"first damage\n", "second damage\n", "third damage\n"}) {
+        setContents(m_before + damage);
+        ASSERT_TRUE(m_store.write(kSecond, pictureOf(130)));
+    }
+    EXPECT_EQ(copy(QStringLiteral(".damaged")), m_before + "first damage\n");
+    EXPECT_EQ(copy(QStringLiteral(".damaged.2")), m_before + "second damage\n");
+    EXPECT_EQ(copy(QStringLiteral(".damaged.3")), m_before + "third damage\n");
+}
+
+TEST_F(DeviceIniStoreDamageTest, LeftOversOfAKilledSaveAreRemovedByTheNext)
+{
+    const QString leftOver = m_path + QStringLiteral(".saving-AbCdEf");
+    ASSERT_TRUE(QDir().mkpath(leftOver));
+    QFile file(leftOver + QStringLiteral("/device.ini"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    EXPECT_EQ(m_store.read(kFirst), pictureOf(100));
+    ASSERT_TRUE(m_store.write(kSecond, pictureOf(120)));
+    EXPECT_EQ(files(), QStringList{QStringLiteral("device.ini")});
 }
 
 TEST_F(DeviceIniStoreDamageTest, SaveIntoAnIntactFileLeavesNoCopy)

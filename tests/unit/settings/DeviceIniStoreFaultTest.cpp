@@ -4,6 +4,7 @@
 #include "QtPrinters.h"
 
 #include <fcntl.h>
+#include <QLockFile>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
@@ -118,31 +119,40 @@ TEST_F(DeviceIniStoreFaultTest, FullDiskKeepsWhatWasSaved)
     EXPECT_TRUE(m_store.write(kSecond, pictureOf(120)));
 }
 
-TEST_F(DeviceIniStoreFaultTest, FullTemporaryDirectoryKeepsWhatWasSaved)
+TEST_F(DeviceIniStoreFaultTest, NeedsNoTemporaryDirectory)
 {
     const QByteArray previous = qgetenv("TMPDIR");
-    const QString temporary = m_home.path() + QStringLiteral("/tmp");
-    ASSERT_TRUE(QDir().mkpath(temporary));
-    {
-        const SmallDisk disk(temporary);
-        if (!disk.isMounted())
-            GTEST_SKIP() << "needs the right to mount";
-        qputenv("TMPDIR", QFile::encodeName(temporary));
-        for (const int freePages : {0, 1, 2}) {
-            disk.fill(freePages);
-            (void)m_store.write(kFirst,
-                                pictureOf(100)); // may succeed or fail, but must not lose anything
-            EXPECT_EQ(contents(), m_before) << freePages;
-            disk.empty();
-        }
-        disk.fill(0);
-        EXPECT_FALSE(m_store.write(kSecond, pictureOf(120)));
-    }
+    qputenv("TMPDIR", "/nonexistent");
+    EXPECT_EQ(m_store.read(kFirst), pictureOf(100));
+    EXPECT_TRUE(m_store.write(kSecond, pictureOf(120)));
+    EXPECT_EQ(m_store.read(kSecond), pictureOf(120));
     if (previous.isNull())
         qunsetenv("TMPDIR");
     else
         qputenv("TMPDIR", previous);
+}
+
+TEST_F(DeviceIniStoreFaultTest, ReadingNeedsNoWritableDirectory)
+{
+    ASSERT_EQ(chmod(m_location.toLocal8Bit().constData(), 0555), 0);
+    ASSERT_EQ(chmod(m_path.toLocal8Bit().constData(), 0444), 0);
+    {
+        const WithoutPrivileges user;
+        EXPECT_EQ(m_store.read(kFirst), pictureOf(100));
+    }
+    ASSERT_EQ(chmod(m_location.toLocal8Bit().constData(), 0755), 0);
     expectUntouched();
+}
+
+TEST_F(DeviceIniStoreFaultTest, SaveDuringAnotherProgramsSaveFails)
+{
+    QLockFile other(m_path + QStringLiteral(".lock"));
+    ASSERT_TRUE(other.lock());
+    EXPECT_FALSE(m_store.write(kFirst, pictureOf(130)));
+    EXPECT_EQ(m_store.read(kFirst), pictureOf(100));
+    other.unlock();
+    EXPECT_TRUE(m_store.write(kFirst, pictureOf(130)));
+    EXPECT_EQ(m_store.read(kFirst), pictureOf(130));
 }
 
 TEST_F(DeviceIniStoreFaultTest, ReadOnlyDirectoryKeepsWhatWasSaved)

@@ -148,6 +148,20 @@ TEST_F(DeviceIniStoreTest, FastRewritesOfEqualLengthAreAllSeen)
     }
 }
 
+/// QSettings notices a change by the size and the time of the file.
+TEST_F(DeviceIniStoreTest, TimeOfTheFileGrowsWithEverySave)
+{
+    ASSERT_TRUE(m_store.write(QStringLiteral("SN1"), pictureOf(100)));
+    const QDateTime ahead = QDateTime::currentDateTime().addSecs(3600);
+    {
+        QFile file(m_path);
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        ASSERT_TRUE(file.setFileTime(ahead, QFileDevice::FileModificationTime));
+    }
+    ASSERT_TRUE(m_store.write(QStringLiteral("SN1"), pictureOf(110)));
+    EXPECT_GT(QFileInfo(m_path).lastModified(), ahead);
+}
+
 TEST_F(DeviceIniStoreTest, CameraWithoutASerialNumberHasNoGroup)
 {
     for (const QString& serial : {QString(), QStringLiteral(""), QString(QChar(0xFFFF))}) {

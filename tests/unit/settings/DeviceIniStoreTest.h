@@ -4,6 +4,7 @@
 #include "DeviceIniStore.h"
 
 #include <gtest/gtest.h>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -40,9 +41,14 @@ protected:
     void setContents(const QByteArray& bytes) const
     {
         ASSERT_TRUE(QDir().mkpath(m_location));
+        const QDateTime before = QFileInfo(m_path).lastModified();
         QFile file(m_path);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         ASSERT_EQ(file.write(bytes), bytes.size());
+        ASSERT_TRUE(file.flush());
+        if (before.isValid() && QFileInfo(m_path).lastModified() <= before) {
+            ASSERT_TRUE(file.setFileTime(before.addMSecs(1), QFileDevice::FileModificationTime));
+        }
     }
 
     [[nodiscard]] QStringList files() const
