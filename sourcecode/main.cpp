@@ -5,6 +5,7 @@
 #include "shell/SorvantaHome.h"
 #include "shell/TerminationRequest.h"
 #include "shell/WindowSystem.h"
+#include "shell/WindowSystemChoice.h"
 
 #include "devices/DeviceManager.h"
 #include "LogCategories.h"
@@ -16,7 +17,7 @@
 
 int main(int argc, char** argv)
 {
-    WindowSystem::choose();
+    auto windowSystem = std::make_unique<WindowSystemChoice>();
     if (HighDpi::wantsScaling(WindowSystem::monitorWidth()))
         HighDpi::enableScaling();
 
@@ -39,6 +40,7 @@ int main(int argc, char** argv)
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("utf-8"));
     home.setWindowTitle(QStringLiteral("MarvikTools"));
     home.show();
+    windowSystem.reset();
 
     DeviceManager& devices = DeviceManager::instance();
     devices.start();

@@ -10,7 +10,8 @@ SvtaStartPage::SvtaStartPage(QWidget* parent)
 {
     ui->setupUi(this);
     setAttribute(Qt::WA_StyledBackground);
-    auto* movie = new QMovie(QStringLiteral(":images/startPageAnimal.gif"), {}, this);
+    // With its format: Qt would load every plug-in for pictures to find out.
+    auto* movie = new QMovie(QStringLiteral(":images/startPageAnimal.gif"), "gif", this);
     ui->labAnimation->setScaledContents(true);
     ui->labAnimation->setMovie(movie);
     movie->start();

@@ -14,7 +14,13 @@ TransparentWidget::TransparentWidget(QWidget* parent)
     m_label.setObjectName(QStringLiteral("label"));
     m_label.setFixedSize(360, 202);
     m_label.setStyleSheet(QStringLiteral("image: url(:/images/line.png);"));
+}
+
+void TransparentWidget::showEvent(QShowEvent* event)
+{
     // Without a compositor, transparent pixels of a window are black. The mask leaves only the
-    // lines.
-    setMask(QPixmap(QStringLiteral(":/images/line.png")).mask());
+    // lines. Not in the constructor: most starts of the program never show the lines.
+    if (mask().isEmpty())
+        setMask(QPixmap(QStringLiteral(":/images/line.png")).mask());
+    QWidget::showEvent(event);
 }

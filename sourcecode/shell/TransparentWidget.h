@@ -11,6 +11,9 @@ class TransparentWidget : public QWidget
 public:
     explicit TransparentWidget(QWidget* parent = nullptr);
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     QLabel m_label;
 };

@@ -23,7 +23,8 @@ TrayIcon::TrayIcon(QWidget* window)
     , m_showAction(new QAction(tr("Show"), window))
     , m_menu(new QMenu(window))
 {
-    m_icon->setIcon(QIcon(QStringLiteral(":/images/MarvikTools.png")));
+    // As a picture: a file name would make Qt load its icon engines.
+    m_icon->setIcon(QIcon(QPixmap(QStringLiteral(":/images/MarvikTools.png"))));
     m_icon->setToolTip(QStringLiteral("MarvikTools"));
 
     connect(m_quitAction, SIGNAL(triggered()), qApp, SLOT(quit()));

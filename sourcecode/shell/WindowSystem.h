@@ -6,9 +6,6 @@
 /// WindowSystem_<platform>.cpp.
 namespace WindowSystem {
 
-/// Chooses the platform plug-in that the program needs, unless the user has chosen one.
-void choose();
-
 /// Width of the primary monitor's current mode in pixels; no value when it cannot be read.
 [[nodiscard]] std::optional<int> monitorWidth();
 

@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 #include <memory>
-#include <QByteArray>
 #include <xcb/randr.h>
 
 namespace {
@@ -27,15 +26,6 @@ xcb_screen_t* screenNumber(xcb_connection_t* connection, int number)
 }
 
 } // namespace
-
-void WindowSystem::choose()
-{
-    // The program places the overlay windows of the preview itself. Wayland does not allow that to
-    // any program, but the X server inside it does.
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") &&
-        !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && !qEnvironmentVariableIsEmpty("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "xcb");
-}
 
 std::optional<int> WindowSystem::monitorWidth()
 {

@@ -2,11 +2,6 @@
 
 #include <qt_windows.h>
 
-void WindowSystem::choose()
-{
-    // Windows has only one platform plug-in.
-}
-
 std::optional<int> WindowSystem::monitorWidth()
 {
     HMONITOR monitor = ::MonitorFromWindow(::GetDesktopWindow(), MONITOR_DEFAULTTONEAREST);

@@ -5,13 +5,18 @@
 #include <cstdlib>
 #include <memory>
 #include <QCoreApplication>
+#include <QFile>
 #include <QProcess>
 #include <thread>
 #include <xcb/xcb.h>
 
 namespace {
 
-constexpr double kLimit = 3.0;
+constexpr double kStartLimit = 1.5;
+constexpr double kMemoryLimit = 1.8;
+constexpr double kPrivateLimit = 3.0;
+constexpr RatioTable::Unit kMegabytes{"MB", 1.0, 1};
+constexpr std::chrono::seconds kUntilRest{6}; // the start animation takes 2.8 s of it
 constexpr int kRounds = 8;
 constexpr std::chrono::milliseconds kTimeoutMs{30000};
 constexpr int kSmallestWindow = 100;
@@ -86,26 +91,86 @@ private:
     xcb_window_t m_root = 0;
 };
 
-double secondsToFirstPicture(const ScreenWatch& screen, const QString& program)
+/// The variable by which Qt is told to load no GL. MarvikTools tells it itself.
+const QString kGlVariable = QStringLiteral("QT_XCB_GL_INTEGRATION");
+
+struct Program
+{
+    QString path;
+    bool hasGl = true;
+};
+
+/// A program that is started and killed again.
+class RunningProgram
+{
+public:
+    explicit RunningProgram(const Program& program)
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.remove(kGlVariable);
+        if (!program.hasGl)
+            environment.insert(kGlVariable, QStringLiteral("none"));
+        m_process.setProcessEnvironment(environment);
+        m_process.setStandardErrorFile(QProcess::nullDevice());
+        m_process.start(program.path, QStringList());
+    }
+    ~RunningProgram()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+    RunningProgram(const RunningProgram&) = delete;
+    RunningProgram& operator=(const RunningProgram&) = delete;
+
+    [[nodiscard]] qint64 id() const { return m_process.processId(); }
+
+private:
+    QProcess m_process;
+};
+
+struct Memory
+{
+    double proportional = 0; ///< in MB; what other programs use too counts in part
+    double unshared = 0;     ///< in MB: what nobody else uses
+};
+
+Memory memoryAtRest(const Program& program)
+{
+    const RunningProgram running(program);
+    std::this_thread::sleep_for(kUntilRest);
+    QFile file(QStringLiteral("/proc/%1/smaps_rollup").arg(running.id()));
+    if (!file.open(QIODevice::ReadOnly)) {
+        std::fprintf(stderr, "%s does not run\n", qPrintable(program.path));
+        std::exit(2);
+    }
+    Memory memory;
+    const QList<QByteArray> lines = file.readAll().split('\n');
+    for (const QByteArray& line : lines) {
+        const QByteArray text = line.simplified();
+        const double megabytes = text.split(' ').value(1).toDouble() / 1024;
+        if (text.startsWith("Pss:"))
+            memory.proportional = megabytes;
+        else if (text.startsWith("Private_"))
+            memory.unshared += megabytes;
+    }
+    return memory;
+}
+
+double secondsToFirstPicture(const ScreenWatch& screen, const Program& program)
 {
     using Clock = std::chrono::steady_clock;
     while (screen.showsPaintedWindow()) // of the program before
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    QProcess process;
-    process.setStandardErrorFile(QProcess::nullDevice());
     const Clock::time_point start = Clock::now();
-    process.start(program, QStringList());
+    const RunningProgram running(program);
     while (!screen.showsPaintedWindow()) {
         if (Clock::now() - start > kTimeoutMs) {
-            std::fprintf(stderr, "%s shows no window\n", qPrintable(program));
+            std::fprintf(stderr, "%s shows no window\n", qPrintable(program.path));
             std::exit(2);
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
-    const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
-    process.kill();
-    process.waitForFinished();
-    return seconds;
+    return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
 } // namespace
@@ -114,12 +179,32 @@ int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
     const QString directory = QCoreApplication::applicationDirPath();
+    const Program own{directory + QStringLiteral("/MarvikTools")};
+    const Program empty{directory + QStringLiteral("/EmptyWindow")};
+    const Program emptyWithoutGl{empty.path, false};
     const ScreenWatch screen;
     RatioTable table;
-    table.compare(
-        "start to the first painted window, to an empty window", RatioTable::kMilliseconds,
-        [&] { return secondsToFirstPicture(screen, directory + QStringLiteral("/EmptyWindow")); },
-        [&] { return secondsToFirstPicture(screen, directory + QStringLiteral("/MarvikTools")); },
-        kRounds, kLimit);
+    const auto compareStart = [&](const std::string& baseline, const Program& program,
+                                  std::optional<double> limit) {
+        table.compare(
+            "start to the first painted window, to " + baseline, RatioTable::kMilliseconds,
+            [&] { return secondsToFirstPicture(screen, program); },
+            [&] { return secondsToFirstPicture(screen, own); }, kRounds, limit);
+    };
+    compareStart("an empty window", empty, kStartLimit);
+    compareStart("an empty window without GL", emptyWithoutGl, std::nullopt);
+
+    const Memory ownMemory = memoryAtRest(own);
+    const auto compareMemory = [&](const std::string& baseline, const Program& program,
+                                   std::optional<double> limit,
+                                   std::optional<double> privateLimit) {
+        const Memory memory = memoryAtRest(program);
+        table.addRatio("memory at rest (PSS), to " + baseline, kMegabytes, memory.proportional,
+                       ownMemory.proportional, limit);
+        table.addRatio("private memory at rest, to " + baseline, kMegabytes, memory.unshared,
+                       ownMemory.unshared, privateLimit);
+    };
+    compareMemory("an empty window", empty, kMemoryLimit, kPrivateLimit);
+    compareMemory("an empty window without GL", emptyWithoutGl, std::nullopt, std::nullopt);
     return table.exitCode();
 }

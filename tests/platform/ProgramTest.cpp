@@ -74,6 +74,21 @@ class ProgramTest : public QObject
     Q_OBJECT
 
 private slots:
+    /// Nothing is drawn with GL, and its driver takes 26 MB.
+    void loadsNoGlDriver()
+    {
+        Program program;
+        QVERIFY(program.logs(kListBuilt));
+        QFile maps(QStringLiteral("/proc/%1/maps").arg(program.process().processId()));
+        QVERIFY(maps.open(QIODevice::ReadOnly));
+        const QByteArray loaded = maps.readAll();
+        QVERIFY(loaded.contains("libQt5XcbQpa"));
+        QVERIFY(!loaded.contains("libGLX_"));
+        QVERIFY(!loaded.contains("libgallium"));
+        QVERIFY(!loaded.contains("_dri.so"));
+        QVERIFY(program.terminate());
+    }
+
     void startsListsTheCameraAndEndsOnRequest()
     {
         PluggedCamera camera;

@@ -1,6 +1,7 @@
 #include "WindowSystem.h"
 #include "FontSubstitutes.h"
 #include "HighDpi.h"
+#include "WindowSystemChoice.h"
 
 #include <QFont>
 #include <QtTest>
@@ -16,6 +17,7 @@ private slots:
     void monitorOfNoDesktopIsUnknown();
     void xServerIsPreferredUnderWayland_data();
     void xServerIsPreferredUnderWayland();
+    void glIsNotLoadedUnlessTheUserWantsIt();
     void fontsOfTheFormsHaveSubstitutes();
 
 private:
@@ -69,11 +71,35 @@ void WindowSystemTest::xServerIsPreferredUnderWayland()
     qputenv(names[0], chosen);
     qputenv(names[1], wayland);
     qputenv(names[2], display);
-    WindowSystem::choose();
-    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    QByteArray platform;
+    {
+        const WindowSystemChoice choice;
+        platform = qgetenv(names[0]);
+    }
+    const QByteArray after = qgetenv(names[0]);
     for (const char* name : names)
         qputenv(name, before.value(name));
     QTEST(platform, "platform");
+    QCOMPARE(after, chosen);
+}
+
+void WindowSystemTest::glIsNotLoadedUnlessTheUserWantsIt()
+{
+    const char* const name = "QT_XCB_GL_INTEGRATION";
+    qunsetenv(name);
+    {
+        const WindowSystemChoice choice;
+        QCOMPARE(qgetenv(name), QByteArray("none"));
+    }
+    QVERIFY(!qEnvironmentVariableIsSet(name));
+
+    qputenv(name, "xcb_egl");
+    {
+        const WindowSystemChoice choice;
+        QCOMPARE(qgetenv(name), QByteArray("xcb_egl"));
+    }
+    QCOMPARE(qgetenv(name), QByteArray("xcb_egl"));
+    qunsetenv(name);
 }
 
 void WindowSystemTest::fontsOfTheFormsHaveSubstitutes()
