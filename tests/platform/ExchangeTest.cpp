@@ -178,7 +178,7 @@ private slots:
 
     void storingKeepsTheSettingsOverAPowerCycle()
     {
-        Link link;
+        Link link{{"volatile", "1"}};
         QVERIFY(link.program.setCameraView(90));
         QVERIFY(link.program.saveDeviceParam());
         QCOMPARE(link.camera.value("stored.CameraView"), 90);

@@ -130,6 +130,8 @@ const std::map<std::string, Setter>& setters()
         {"broadcast", [](CameraSpec& s, const std::string& v) { s.broadcast = parseFlag(v); }},
         {"probe", [](CameraSpec& s, const std::string& v) { s.device.probe = parseByte(v); }},
         {"prefix", [](CameraSpec& s, const std::string& v) { s.device.replyPrefix = parseHex(v); }},
+        {"volatile",
+         [](CameraSpec& s, const std::string& v) { s.device.volatileSettings = parseFlag(v); }},
         {"returndelay",
          [](CameraSpec& s, const std::string& v) { s.device.returnDelay = parseMilliseconds(v); }},
         {"dropdelay",

@@ -151,7 +151,10 @@ Reaction Device::handleReport(const std::uint8_t* data, std::size_t size)
 
 void Device::powerCycle()
 {
-    m_current = m_stored;
+    // The picture controls belong to the video interface, which starts anew.
+    m_current.controls = m_stored.controls;
+    if (m_config.volatileSettings)
+        m_current.settings = m_stored.settings;
     m_stream.reset();
     m_lastReport.clear();
     if (m_pendingVersion)

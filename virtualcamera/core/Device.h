@@ -20,6 +20,9 @@ struct DeviceConfig
     /// Bytes before the value in the answer to a settings read.
     Bytes replyPrefix;
     std::array<ControlRange, kControlCount> controlRanges{};
+    /// Whether the settings are lost without power unless they were stored. By default the camera
+    /// keeps them as they are.
+    bool volatileSettings = false;
     /// Time from acknowledging the end of a firmware transfer to leaving the bus. The host needs
     /// time to read the acknowledgement, because the queue goes with the device.
     std::chrono::milliseconds dropDelay{150};
@@ -58,8 +61,8 @@ public:
     explicit Device(DeviceConfig config);
 
     Reaction handleReport(const std::uint8_t* data, std::size_t size);
-    /// Called after the device was without power: loads the stored settings and runs a firmware
-    /// that was received intact.
+    /// Called after the device was without power: loads what was stored of the values that it does
+    /// not keep by itself, and runs a firmware that was received intact.
     void powerCycle();
 
     DeviceConfig& config() { return m_config; }

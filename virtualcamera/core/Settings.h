@@ -50,7 +50,7 @@ struct ControlRange
     int defaultValue = 128;
 };
 
-/// Everything that the camera keeps over a power cycle after a store command.
+/// The settings and the picture controls; a store command stores all of them.
 struct SettingsBank
 {
     std::array<std::uint8_t, kSettingCount> settings{};

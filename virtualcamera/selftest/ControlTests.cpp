@@ -63,9 +63,20 @@ TEST(Control, LogContainsTheRequests)
     camera.client.set(camera.id(), "frameMaster", 0);
 }
 
-TEST(Control, ReplugKeepsStateAndRestoresStoredSettings)
+TEST(Control, ReplugKeepsTheSettings)
 {
-    TestCamera camera("memory");
+    TestCamera camera("settings");
+    camera.client.set(camera.id(), "PickupSensitivity", 3);
+    camera.client.set(camera.id(), "brightness", 150);
+    camera.client.unplug(camera.id());
+    camera.client.plug(camera.id());
+    EXPECT_EQ("3", camera.client.registerValue(camera.id(), "PickupSensitivity"));
+    EXPECT_EQ("128", camera.client.registerValue(camera.id(), "brightness"));
+}
+
+TEST(Control, ReplugRestoresTheStoredSettingsOfAVolatileCamera)
+{
+    TestCamera camera("memory", {{"volatile", "1"}});
     camera.client.set(camera.id(), "PickupSensitivity", 3);
     const HidHandle handle = openHid(camera.hidNode());
     Request store;

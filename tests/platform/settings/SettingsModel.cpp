@@ -280,7 +280,7 @@ void SettingsModel::applySaved()
 void SettingsModel::unplug(const QString& serial)
 {
     m_cameras[serial].plugged = false;
-    m_cameras[serial].registers = {}; // it keeps nothing without power
+    m_cameras[serial].registers.picture = Registers().picture; // it keeps all but the picture
     if (!isOpen())
         applySaved();
     else if (m_open == serial)

@@ -46,6 +46,7 @@ private slots:
     void deviceOfAnotherModelChangesNothing();
     void deviceOfAnotherMakerOnTheInformationPageChangesNothing();
     void otherCameraThatComesChangesNothing();
+    void unsavedEditsAreDiscardedWithTheCamera_data();
     void unsavedEditsAreDiscardedWithTheCamera();
     void returningCameraIsReadAgain();
     void savedPictureIsAppliedToTheReturningCamera();
@@ -272,8 +273,20 @@ void SettingsUnplugTest::otherCameraThatComesChangesNothing()
     QCOMPARE(other.value("HorizontalMirror"), 0);
 }
 
+void SettingsUnplugTest::unsavedEditsAreDiscardedWithTheCamera_data()
+{
+    QTest::addColumn<int>("isVolatile");
+    QTest::addColumn<QByteArray>("sensitivity");
+    QTest::newRow("camera that keeps its settings") << 0 << QByteArray("btnHeigh");
+    QTest::newRow("camera that loses its settings") << 1 << QByteArray("btnMiddle");
+}
+
+/// The program forgets the edits; the page then shows what the camera still has of them.
 void SettingsUnplugTest::unsavedEditsAreDiscardedWithTheCamera()
 {
+    QFETCH(const int, isVolatile);
+    QFETCH(const QByteArray, sensitivity);
+    m_camera->setValue("volatile", isVolatile);
     QVERIFY(m_desk->click("btnBrightMode"));
     QVERIFY(m_desk->click("btnHeigh"));
     QVERIFY(pullOut());
@@ -281,7 +294,8 @@ void SettingsUnplugTest::unsavedEditsAreDiscardedWithTheCamera()
     m_camera->plug();
     QVERIFY(m_desk->waitForCards(1));
     QVERIFY(m_desk->open(*m_camera));
-    QVERIFY(m_desk->isChecked("btnMiddle"));
+    QVERIFY(m_desk->isChecked(sensitivity));
+    QCOMPARE(m_desk->sliderValues(), (QList<int>{128, 128, 128, 128}));
     QCOMPARE(m_desk->sliderValues(), pictureOf(*m_camera));
     QVERIFY(m_desk->back());
     QVERIFY(m_desk->isOnPage(Pages::HomePage));
@@ -347,6 +361,8 @@ void SettingsUnplugTest::unplugWithADeferredFramingStep_data()
     QTest::newRow("frame master") << QByteArray("rbtnFrameMaster");
 }
 
+/// The step never reaches the camera, which keeps the framing that it had.
+
 void SettingsUnplugTest::unplugWithADeferredFramingStep()
 {
     QFETCH(const QByteArray, widget);
@@ -358,8 +374,11 @@ void SettingsUnplugTest::unplugWithADeferredFramingStep()
     QVERIFY(m_desk->isOnPage(Pages::HomePage));
     m_camera->plug();
     QVERIFY(m_desk->waitForCards(1));
+    QCOMPARE(m_camera->value("autoFrameSwicth"), 1);
+    QCOMPARE(m_camera->value("frameMaster"), 0);
     QVERIFY(m_desk->open(*m_camera));
-    QVERIFY(!m_desk->isChecked("btnIntelligent"));
+    QVERIFY(m_desk->isChecked("btnIntelligent"));
+    QVERIFY(m_desk->isChecked("rbtnAutoFraming"));
     QVERIFY(m_desk->back());
     QVERIFY(m_desk->isOnPage(Pages::HomePage));
 }

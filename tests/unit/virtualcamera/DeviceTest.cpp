@@ -93,8 +93,39 @@ TEST_F(DeviceTest, FramingModesExcludeEachOther)
     EXPECT_EQ(2U, device.log().violations());
 }
 
-TEST_F(DeviceTest, PowerCycleRestoresStoredSettings)
+TEST_F(DeviceTest, PowerCycleKeepsTheSettingsAndLosesThePicture)
 {
+    write(0x5031, 1);
+    write(0x5041, 1);
+    write(0x5071, 80);
+    write(0x5091, 1);
+    write(0x50A1, 60);
+    device.current()[Control::Brightness] = 150;
+    device.powerCycle();
+    EXPECT_EQ(Bytes{1}, read(0x5030));
+    EXPECT_EQ(Bytes{1}, read(0x5040));
+    EXPECT_EQ(Bytes{80}, read(0x5070));
+    EXPECT_EQ(Bytes{1}, read(0x5090));
+    EXPECT_EQ(Bytes{60}, read(0x50A0));
+    EXPECT_EQ(128, device.current()[Control::Brightness]);
+    write(0x5041, 0);
+    write(0x5081, 1);
+    device.powerCycle();
+    EXPECT_EQ(Bytes{1}, read(0x5080));
+}
+
+TEST_F(DeviceTest, SettingsChangedAfterStoringAreKept)
+{
+    write(0x50A1, 60);
+    EXPECT_EQ(0U, answerOf(send(device, storeRequest())));
+    write(0x50A1, 90);
+    device.powerCycle();
+    EXPECT_EQ(Bytes{90}, read(0x50A0));
+}
+
+TEST_F(DeviceTest, PowerCycleRestoresStoredValuesOfAVolatileCamera)
+{
+    device.config().volatileSettings = true;
     write(0x50A1, 60);
     device.current()[Control::Brightness] = 150;
     EXPECT_EQ(0U, answerOf(send(device, storeRequest())));
@@ -105,8 +136,9 @@ TEST_F(DeviceTest, PowerCycleRestoresStoredSettings)
     EXPECT_EQ(150, device.current()[Control::Brightness]);
 }
 
-TEST_F(DeviceTest, PowerCycleWithoutStoringRestoresTheFactorySettings)
+TEST_F(DeviceTest, PowerCycleRestoresTheFactorySettingsOfAVolatileCameraThatStoredNothing)
 {
+    device.config().volatileSettings = true;
     write(0x5091, 1);
     device.powerCycle();
     EXPECT_EQ(Bytes{0}, read(0x5090));

@@ -76,6 +76,29 @@ TEST_F(FirmwareTest, GoodTransferRunsAfterTheRestart)
     EXPECT_EQ("2.0.1", device.firmwareVersionText());
 }
 
+TEST_F(FirmwareTest, SettingsAreKeptOverTheStartOfNewFirmware)
+{
+    EXPECT_EQ(0U, answerOf(send(device, writeOf(0x50A1, 60))));
+    start();
+    transfer(image(2500));
+    EXPECT_TRUE(end().drop);
+    device.powerCycle();
+    EXPECT_EQ("2.0.1", device.firmwareVersionText());
+    EXPECT_EQ(60, device.current()[Setting::CameraView]);
+}
+
+TEST_F(FirmwareTest, VolatileCameraLosesItsSettingsOverTheStartOfNewFirmware)
+{
+    device.config().volatileSettings = true;
+    EXPECT_EQ(0U, answerOf(send(device, writeOf(0x50A1, 60))));
+    start();
+    transfer(image(2500));
+    EXPECT_TRUE(end().drop);
+    device.powerCycle();
+    EXPECT_EQ("2.0.1", device.firmwareVersionText());
+    EXPECT_EQ(120, device.current()[Setting::CameraView]);
+}
+
 TEST_F(FirmwareTest, ImageOfWholePacketsEndsWithAFullOne)
 {
     start();

@@ -62,6 +62,7 @@ TEST_F(Life, UnplugEndsTheConnectionAndPlugOffersTheCameraAgain)
     request("plug cam serial=SVAA7");
     UsbipClient host = import("cam");
     EXPECT_EQ(value("nodes cam", "imported"), "1");
+    EXPECT_EQ(statusOf(exchange(host, writeRequest(0x5091, 1))), 0U);
     request("unplug cam");
     EXPECT_TRUE(host.readToTheEnd());
     EXPECT_EQ(m_commands.execute("nodes cam"), "ok");
@@ -69,6 +70,18 @@ TEST_F(Life, UnplugEndsTheConnectionAndPlugOffersTheCameraAgain)
     request("plug cam");
     UsbipClient again = import("cam");
     EXPECT_EQ(payloadOf(exchange(again, readRequest(command::kSerialNumber))).size(), 5U);
+    EXPECT_EQ(payloadOf(exchange(again, readRequest(0x5090))), Bytes{1}) << "it keeps its settings";
+}
+
+TEST_F(Life, VolatileCameraLosesItsSettingsWithThePower)
+{
+    request("plug cam volatile=1");
+    UsbipClient host = import("cam");
+    EXPECT_EQ(statusOf(exchange(host, writeRequest(0x5091, 1))), 0U);
+    request("unplug cam");
+    request("plug cam");
+    UsbipClient again = import("cam");
+    EXPECT_EQ(payloadOf(exchange(again, readRequest(0x5090))), Bytes{0});
 }
 
 TEST_F(Life, IsQuietBeforeItLeaves)
@@ -143,6 +156,7 @@ TEST_F(Life, ComesBackFromAFirmwareUpdateWithTheNewVersion)
 {
     request("plug cam firmware=1.0.5 dropdelay=10 returndelay=50");
     UsbipClient host = import("cam");
+    EXPECT_EQ(statusOf(exchange(host, writeRequest(0x50A1, 60))), 0U);
     const Bytes image = DeviceFirmware{{2, 0, 1}, Bytes(3000, 0x42)}.encode();
     exchange(host, firmwareRequest(command::kFirmwareStart, DataStatus::Control, 0, {}));
     std::uint32_t number = 0;
@@ -162,6 +176,8 @@ TEST_F(Life, ComesBackFromAFirmwareUpdateWithTheNewVersion)
     EXPECT_EQ(value("firmware cam", "version"), "2.0.1");
     UsbipClient again = import("cam");
     EXPECT_EQ(payloadOf(exchange(again, readRequest(command::kFirmwareVersion))), (Bytes{2, 0, 1}));
+    EXPECT_EQ(payloadOf(exchange(again, readRequest(0x50A0))), Bytes{60})
+        << "it keeps its settings";
 }
 
 TEST_F(Life, UnplugAtARequest)
