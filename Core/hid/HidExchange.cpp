@@ -20,6 +20,9 @@ void HidExchange::run(const QByteArray& path, const HidFrame::Buffer& frame, int
     }
 
     m_outcome = Outcome::Finished;
+    // A report may be shorter than the frame; what did not arrive must not be that of an answer
+    // before.
+    m_received.fill(0);
     m_readResult = hid_read_timeout(handle.get(), m_received.data(), m_received.size(), timeoutMs);
     if (m_readResult < 1 && rule == WriteRule::MustSucceed)
         m_errorText = hidErrorText(handle.get());

@@ -160,6 +160,14 @@ TEST_F(UVCHidFirmware, StartRefusedThreeTimesEndsTheTransfer)
     EXPECT_TRUE(log.texts().contains(QStringLiteral("重试3次发送升级开始命令失败，退出升级。")));
 }
 
+TEST_F(UVCHidFirmware, AnswerCutBeforeItsStatusHasNoStatusOfTheAnswerBefore)
+{
+    answer(0x4000, refusal());
+    hidapi.queueAnswer(ScriptedReply{}.report(0x4000).left(8));
+    EXPECT_TRUE(hid->updateFile(writeFile(image(10))));
+    EXPECT_EQ(commands(), (QList<int>{0x4000, 0x4000, 0x4200, 0x4300}));
+}
+
 TEST_F(UVCHidFirmware, StartWithAnotherEchoIsNoStart)
 {
     ScriptedReply reply;
@@ -197,6 +205,18 @@ TEST_F(UVCHidFirmware, PacketIsSentAgainUnchangedUntilItIsAcknowledged)
         EXPECT_EQ(frame, sent[0]);
     EXPECT_TRUE(log.texts().contains(QStringLiteral("retryCount:0\n")));
     EXPECT_TRUE(log.texts().contains(QStringLiteral("retryCount:4\n")));
+}
+
+TEST_F(UVCHidFirmware, AnswerCutShortAcknowledgesNothingByTheBytesOfTheAnswerBefore)
+{
+    answer(0x4000, {});
+    answer(0x4200, {});
+    for (int i = 0; i < 7; ++i)
+        hidapi.queueAnswer(QByteArray(1, '\x01'));
+    hidapi.queueAnswer(QByteArray(1, '\x01')); // to the end command
+    EXPECT_FALSE(hid->updateFile(writeFile(image(kMaxPayload * 2))));
+    EXPECT_EQ(packets().size(), 1 + 7);
+    EXPECT_EQ(commands().last(), 0x4300);
 }
 
 TEST_F(UVCHidFirmware, AcknowledgementOfTheSixthResendComesTooLate)

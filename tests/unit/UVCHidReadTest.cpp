@@ -212,6 +212,15 @@ TEST_F(UVCHidRead, AnswerCutBeforeItsPayloadReadsAsZero)
     EXPECT_EQ(hid->readInfoFromDevice(kMirror), "0");
 }
 
+TEST_F(UVCHidRead, AnswerCutBeforeItsPayloadHasNoBytesOfTheAnswerBefore)
+{
+    const QByteArray whole = ScriptedReply{QByteArray(1010, 'x')}.report(kSerial);
+    hidapi.queueAnswer(whole);
+    hidapi.queueAnswer(whole.left(14));
+    ASSERT_EQ(hid->readInfoFromDevice(kSerial).size(), 1010);
+    EXPECT_EQ(hid->readInfoFromDevice(kSerial), "");
+}
+
 TEST_F(UVCHidRead, UncheckedFieldsOfAnAnswerDoNotMatter)
 {
     QByteArray report = ScriptedReply{QByteArray(1, '\x01')}.report(kMirror);
