@@ -20,7 +20,8 @@ bool SampleGrabberCallback::bufferCallback(double sampleTime, const unsigned cha
                                            long length)
 {
     Q_UNUSED(sampleTime)
-    constexpr long bytesPerPixel = 4;
+    // 64 bits: the size of a large frame wraps around in 32, also in a long of Windows.
+    constexpr qint64 bytesPerPixel = 4;
     const int width = m_width;
     const int height = m_height;
     if (!buffer || length < bytesPerPixel * width * height)

@@ -130,8 +130,11 @@ TEST_F(SampleGrabberCallbackTest, EveryFrameIsEmitted)
 
 TEST_F(SampleGrabberCallbackTest, LargestFrameIsCountedWithoutOverflow)
 {
-    // With 4 bytes per pixel the size does not fit into 32 bits.
-    callback.setFrameSize({40000, 40000});
-    EXPECT_FALSE(deliver(buffer.size()));
+    // With 4 bytes per pixel the size does not fit into 32 bits, where it would be 0, negative or
+    // another number.
+    for (const QSize& size : {QSize(32768, 32768), QSize(30000, 20000), QSize(40000, 40000)}) {
+        callback.setFrameSize(size);
+        EXPECT_FALSE(deliver(buffer.size())) << size.width() << " x " << size.height();
+    }
     EXPECT_EQ(received.count, 0);
 }
