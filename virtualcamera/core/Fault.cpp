@@ -33,6 +33,7 @@ bool isEvent(FaultKind kind)
     case FaultKind::OpenError:
     case FaultKind::Frozen:
     case FaultKind::ControlError:
+    case FaultKind::VideoOpenError:
         return false;
     default:
         return true;
@@ -104,6 +105,7 @@ const std::vector<FaultInfo>& faultInfos()
         {FaultKind::OpenError, "open-error", {}, "the HID node cannot be opened"},
         {FaultKind::Frozen, "frozen", {}, "the video delivers no more frames"},
         {FaultKind::ControlError, "control-error", {}, "picture controls cannot be set"},
+        {FaultKind::VideoOpenError, "video-open-error", {}, "the video node cannot be opened"},
     };
     return infos;
 }

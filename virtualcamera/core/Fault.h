@@ -27,7 +27,8 @@ enum class FaultKind {
     BadChecksum,
     OpenError,
     Frozen,
-    ControlError
+    ControlError,
+    VideoOpenError
 };
 
 struct FaultInfo

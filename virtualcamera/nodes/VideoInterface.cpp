@@ -45,6 +45,8 @@ public:
 
     SyscallResult opened() override
     {
+        if (m_interface.m_device.faults().isActive(FaultKind::VideoOpenError))
+            return -EACCES;
         m_interface.m_sessions.insert(this);
         ++m_interface.m_totalOpens;
         m_interface.m_context.changed.notify_all();

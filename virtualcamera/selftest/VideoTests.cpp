@@ -127,6 +127,22 @@ TEST(Video, BusyFaultRefusesTheStream)
     EXPECT_EQ(0, stream.setFormat(V4L2_PIX_FMT_YUYV, 640, 360));
 }
 
+TEST(Video, OpenErrorFaultRefusesNewHandles)
+{
+    TestCamera camera;
+    const std::string node = camera.videoNode();
+    VideoStream known(node);
+    camera.client.fault(camera.id(), "video-open-error");
+    errno = 0;
+    EXPECT_LT(::open(node.c_str(), O_RDWR | O_CLOEXEC), 0);
+    EXPECT_EQ(EACCES, errno);
+    v4l2_capability capability{};
+    EXPECT_EQ(0, known.control(VIDIOC_QUERYCAP, capability));
+    camera.client.clear(camera.id());
+    VideoStream next(node);
+    EXPECT_EQ(0, next.control(VIDIOC_QUERYCAP, capability));
+}
+
 TEST(Video, PollAndSelectWaitForAFrame)
 {
     TestCamera camera;
