@@ -240,6 +240,8 @@ bool DeviceIniStore::write(const QString& serial, const PictureParameters& pictu
     for (const PictureSettingRow& row : PictureSettings::rows()) {
         if (!unknown.contains(row.key))
             settings->setValue(row.key, picture.*row.value);
+        else if (!settings->contains(row.key))
+            return false; // it would read as 0, which the camera would get with the next opening
     }
     settings->setValue(ImageMode, picture.imageMode);
     settings->endGroup();
