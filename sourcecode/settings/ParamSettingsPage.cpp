@@ -373,6 +373,7 @@ void ParamSettingsPage::setImageMode(int mode)
 
 void ParamSettingsPage::setCameraView(int degrees)
 {
+    SettingControls::markUnknown(ui->viewButtonGroup, false);
     markCameraView(degrees);
     emit sigCameraViewChange(degrees);
 }
@@ -413,6 +414,7 @@ void ParamSettingsPage::setSubMode(int autoFrameMode)
 
 void ParamSettingsPage::setPickupSensitivity(int sensitivity)
 {
+    SettingControls::markUnknown(ui->sensitivityButtonGroup, false);
     // A camera may report any level: each button stands for all levels up to its own.
     for (const DeviceSettingValue& level :
          DeviceSettings::row(DeviceSetting::PickupSensitivity).values) {
@@ -426,6 +428,7 @@ void ParamSettingsPage::setPickupSensitivity(int sensitivity)
 
 void ParamSettingsPage::setHorizontalMirror(bool on)
 {
+    SettingControls::markUnknown(ui->btnHorizontalMirror, false);
     ui->btnHorizontalMirror->setChecked(on);
     emit sigCameraHorizontalMirrorSwitch(on);
 }
@@ -434,15 +437,12 @@ void ParamSettingsPage::showSetting(DeviceSetting setting, int value)
 {
     switch (setting) {
     case DeviceSetting::PickupSensitivity:
-        SettingControls::markUnknown(ui->sensitivityButtonGroup, false);
         setPickupSensitivity(value);
         break;
     case DeviceSetting::CameraView:
-        SettingControls::markUnknown(ui->viewButtonGroup, false);
         setCameraView(value);
         break;
     case DeviceSetting::HorizontalMirror:
-        SettingControls::markUnknown(ui->btnHorizontalMirror, false);
         setHorizontalMirror(value == 1);
         break;
     case DeviceSetting::AutoFrameSwitch:
@@ -562,6 +562,7 @@ void ParamSettingsPage::resetToDefaults()
         setPicture(row.property, PictureSettings::kFactoryDefault);
     setCameraView(factoryDefault(DeviceSetting::CameraView));
 
+    setIntelligentUnknown(false);
     setIntelligent(true);
     showOptionsArea(OptionsArea::AutoFraming);
     lockIntelligentSwitch();

@@ -1,6 +1,7 @@
 #include "CameraDesk.h"
 #include "SvtaParamNotSaveDialog.h"
 
+#include <array>
 #include <memory>
 #include <QtTest>
 
@@ -21,6 +22,8 @@ private slots:
     void init();
     void cleanup();
 
+    void defaultsEndTheMarks();
+    void switchedFramingEndsTheMarkOfTheView();
     void pictureThatIsNotKnownIsNotSaved();
 
 private:
@@ -56,6 +59,28 @@ void SettingsUnknownTest::cleanup()
     m_desk.reset();
     m_camera.reset();
     m_saved.reset();
+}
+
+void SettingsUnknownTest::defaultsEndTheMarks()
+{
+    refuse({"0x5080", "0x5070", "0x50a0", "0x5090"});
+    QVERIFY(m_desk->open(*m_camera));
+    const std::array controls{"btnIntelligent", "btnLow", "btn60", "btnHorizontalMirror"};
+    for (const char* control : controls)
+        QCOMPARE(m_desk->find(control)->accessibleDescription(),
+                 QStringLiteral("could not be read"));
+    QVERIFY(m_desk->reset());
+    for (const char* control : controls)
+        QCOMPARE(m_desk->find(control)->accessibleDescription(), QString());
+}
+
+void SettingsUnknownTest::switchedFramingEndsTheMarkOfTheView()
+{
+    refuse({"0x50a0"});
+    QVERIFY(m_desk->open(*m_camera));
+    QVERIFY(m_desk->switchIntelligent());
+    QVERIFY(m_desk->isChecked("btn120"));
+    QCOMPARE(m_desk->find("btn120")->accessibleDescription(), QString());
 }
 
 void SettingsUnknownTest::pictureThatIsNotKnownIsNotSaved()
