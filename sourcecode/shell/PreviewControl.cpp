@@ -57,12 +57,7 @@ void PreviewControl::startPlay(bool isBusy)
     }
     showRunning(running);
 
-    if (!session.areParametersLoaded()) {
-        session.loadParameters();
-        m_page.setSettingsAvailable();
-    }
-    m_settings.setDeviceParam();
-    m_settings.setAdvancedParam();
+    showValues();
 
     qCDebug(videoLog) << "SorvantaHome::startPlay" << session.info().hidPath;
     m_settings.refresh4kState();
@@ -81,6 +76,18 @@ bool PreviewControl::openDevice()
     return true;
 }
 
+/// Fills the page, with new values if it has none.
+void PreviewControl::showValues()
+{
+    CameraSession& session = m_camera.session();
+    if (!session.areParametersLoaded()) {
+        session.loadParameters();
+        m_page.setSettingsAvailable();
+    }
+    m_settings.setDeviceParam();
+    m_settings.setAdvancedParam();
+}
+
 /// Sets buttons and page to a preview that runs or does not.
 void PreviewControl::showRunning(bool running)
 {
@@ -90,7 +97,7 @@ void PreviewControl::showRunning(bool running)
         m_page.showPreviewTip(false);
 }
 
-void PreviewControl::toggle()
+void PreviewControl::toggle(bool isBusy)
 {
     UVCCamera& camera = m_camera.camera();
     if (camera.isRunning()) {
@@ -104,6 +111,9 @@ void PreviewControl::toggle()
         if (!running)
             camera.stopCapture();
         showRunning(running);
+        // The camera could not be opened before.
+        if (!isBusy && !m_camera.session().areValuesKnown())
+            showValues();
         if (!running) {
             emit sigShowToast(tr("Camera is in use by other app"));
             return;

@@ -21,14 +21,17 @@ public:
     /// Opens the video device, starts the preview if the preview button is on, and fills the page.
     /// @param isBusy firmware is being written into the camera, which must not get other commands
     void startPlay(bool isBusy);
-    /// For a press of the preview button: stops the preview if it runs, otherwise starts it.
-    void toggle();
+    /// For a press of the preview button: stops the preview if it runs, otherwise starts it. Fills
+    /// the page if the camera could not be opened before.
+    /// @param isBusy as for startPlay()
+    void toggle(bool isBusy);
 
 signals:
     void sigShowToast(const QString& text);
 
 private:
     bool openDevice();
+    void showValues();
     void showRunning(bool running);
 
     OpenCamera& m_camera;

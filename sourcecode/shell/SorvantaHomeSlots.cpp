@@ -215,7 +215,7 @@ void SorvantaHome::slotHandleCapture()
         connect(m_overlays->previewButton(), &TransPrewBtn::sigHandleCapture, this,
                 &SorvantaHome::slotHandleCapture, Qt::UniqueConnection);
     });
-    m_preview->toggle();
+    m_preview->toggle(m_update->isBusy(session().info().hidPath));
 }
 
 void SorvantaHome::slotShowPreviewTip()

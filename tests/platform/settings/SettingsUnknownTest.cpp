@@ -25,6 +25,7 @@ private slots:
     void defaultsEndTheMarks();
     void switchedFramingEndsTheMarkOfTheView();
     void pictureThatIsNotKnownIsNotSaved();
+    void previewButtonFillsThePageOfACameraThatCouldNotBeOpened();
 
 private:
     /// The camera refuses these read commands.
@@ -98,6 +99,22 @@ void SettingsUnknownTest::pictureThatIsNotKnownIsNotSaved()
     QVERIFY(m_desk->open(*m_camera));
     QCOMPARE(m_desk->sliderValue("brightSlider"), 150);
     QCOMPARE(m_camera->value("brightness"), 150);
+}
+
+void SettingsUnknownTest::previewButtonFillsThePageOfACameraThatCouldNotBeOpened()
+{
+    m_camera->setValue("HorizontalMirror", 1);
+    m_camera->fault("video-open-error");
+    QVERIFY(m_desk->open(*m_camera));
+    QVERIFY(!m_desk->find("stackedWidget")->isEnabled());
+    m_camera->clearFaults();
+    QVERIFY(m_desk->clickPreview());
+    QVERIFY(m_camera->waitFor("streaming"));
+    QVERIFY(m_desk->find("stackedWidget")->isEnabled());
+    QVERIFY(m_desk->isChecked("btnHorizontalMirror"));
+    QCOMPARE(m_desk->sliderValues(), pictureOf(*m_camera));
+    QVERIFY(m_desk->click("btnHorizontalMirror"));
+    QCOMPARE(m_camera->value("HorizontalMirror"), 0);
 }
 
 QTEST_MAIN(SettingsUnknownTest)
