@@ -63,6 +63,12 @@ bool reachedRead(const char* operation, int line, const HidExchange& exchange)
     return true;
 }
 
+/// Whether the camera has taken a request and sent nothing back.
+bool isSilent(const HidExchange& exchange)
+{
+    return exchange.outcome() == HidExchange::Outcome::Finished && exchange.readResult() < 1;
+}
+
 /// Whether a read command brought an answer; logs why not.
 bool isAnswered(const char* operation, int line, const HidExchange& exchange)
 {
@@ -85,7 +91,7 @@ QString UVCHid::readInfoFromDevice(int cmd)
     HidExchange exchange;
     exchange.run(m_devicePath.toUtf8(), readRequest(cmd), kReadTimeoutMs,
                  HidExchange::WriteRule::MustSucceed);
-    m_silent = exchange.outcome() == HidExchange::Outcome::Finished && exchange.readResult() < 1;
+    m_silent = isSilent(exchange);
     if (!isAnswered(operation, __LINE__, exchange)) {
         const bool opened = exchange.outcome() != HidExchange::Outcome::OpenFailed;
         return opened ? QString() : ReportedText::notOpened();
@@ -131,6 +137,7 @@ bool UVCHid::readResolutionFromDevice(int cmd, QMap<QString, int>& out)
     HidExchange exchange;
     exchange.run(m_devicePath.toUtf8(), readRequest(cmd), kReadTimeoutMs,
                  HidExchange::WriteRule::MustSucceed);
+    m_silent = isSilent(exchange);
     if (!isAnswered(operation, __LINE__, exchange))
         return exchange.outcome() == HidExchange::Outcome::OpenFailed;
 

@@ -84,9 +84,28 @@ bool ParameterModel::isSameData()
     });
 }
 
+void ParameterModel::setUnknown(const QString& key)
+{
+    m_unknown.insert(key);
+    m_unread.insert(key);
+}
+
+void ParameterModel::setKnown(const QString& key)
+{
+    m_unknown.remove(key);
+    m_unread.remove(key);
+}
+
+void ParameterModel::keepEdited()
+{
+    paramDateMap = paramDateChangeMap;
+    m_unread = m_unknown;
+}
+
 void ParameterModel::clear()
 {
     paramDateMap.clear();
     paramDateChangeMap.clear();
     m_unknown.clear();
+    m_unread.clear();
 }

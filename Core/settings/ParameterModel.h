@@ -27,9 +27,15 @@ public:
     void copyDeviceParameters();
 
     /// The value of @p key is not known, because the camera has not reported it. It reads as 0, and
-    /// is neither compared nor written, until setKnown().
-    void setUnknown(const QString& key) { m_unknown.insert(key); }
-    void setKnown(const QString& key) { m_unknown.remove(key); }
+    /// is neither compared nor written, until setKnown() or setChosen().
+    void setUnknown(const QString& key);
+    /// The camera has reported the value.
+    void setKnown(const QString& key);
+    /// The user has set the value; what the camera had before stays unknown.
+    void setChosen(const QString& key) { m_unknown.remove(key); }
+    /// The values that the user has set without knowing what the camera had are unknown again:
+    /// there is nothing to restore.
+    void dropChoices() { m_unknown = m_unread; }
     [[nodiscard]] bool isUnknown(const QString& key) const { return m_unknown.contains(key); }
     [[nodiscard]] const QSet<QString>& unknownKeys() const { return m_unknown; }
 
@@ -37,12 +43,13 @@ public:
     /// changes nothing in the picture.
     bool isSameData();
 
-    void keepEdited() { paramDateMap = paramDateChangeMap; }
+    void keepEdited();
     void discardEdited() { paramDateChangeMap = paramDateMap; }
     void clear();
 
 private:
     QMap<QString, int> paramDateMap;
     QMap<QString, int> paramDateChangeMap;
-    QSet<QString> m_unknown;
+    QSet<QString> m_unknown; ///< of the edited values
+    QSet<QString> m_unread;  ///< of the stored values
 };

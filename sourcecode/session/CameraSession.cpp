@@ -1,7 +1,6 @@
 #include "CameraSession.h"
 
 #include "DeviceIniStore.h"
-#include "DeviceSettings.h"
 #include "ParameterKeys.h"
 #include "PictureSettings.h"
 #include "ReportedText.h"
@@ -94,14 +93,19 @@ void CameraSession::readIniFile()
     m_parameters.setPicture(picture);
 }
 
+std::optional<int> CameraSession::readSetting(DeviceSetting setting)
+{
+    if (!mayRead())
+        return std::nullopt;
+    const std::optional<int> value = m_camera.readSetting(setting);
+    noteRead();
+    return value;
+}
+
 void CameraSession::readDeviceParam()
 {
     for (const DeviceSettingRow& row : DeviceSettings::rows()) {
-        std::optional<int> value;
-        if (mayRead()) {
-            value = m_camera.readSetting(row.setting);
-            noteRead();
-        }
+        const std::optional<int> value = readSetting(row.setting);
         m_parameters.stored()[row.key] = value.value_or(0);
         if (value)
             m_parameters.setKnown(row.key);
@@ -125,7 +129,11 @@ bool CameraSession::writeIniFile()
 
 bool CameraSession::refreshStream()
 {
-    if (!mayRead() || !openLink() || !m_camera.getResolution(m_resolution))
+    if (!mayRead() || !openLink())
+        return false;
+    const bool isAnswered = m_camera.getResolution(m_resolution);
+    noteRead();
+    if (!isAnswered)
         return false;
     m_4kWasInUse = m_4kInUse;
     m_4kInUse = stream().is4k();

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "DeviceSettings.h"
 #include "DeviceWidgetInfo.h"
 #include "ParameterModel.h"
 #include "StreamFormat.h"
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <QList>
 #include <QMap>
 #include <QObject>
@@ -52,6 +54,9 @@ public:
     /// Empties both maps; the next visit of the settings page loads them again.
     void forgetParameters();
 
+    /// A setting of the camera; nothing when it refuses or does not answer, or when nothing more is
+    /// read in this opening.
+    [[nodiscard]] std::optional<int> readSetting(DeviceSetting setting);
     void readIniFile();
     void readDeviceParam();
     [[nodiscard]] bool writeIniFile();

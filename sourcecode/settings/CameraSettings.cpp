@@ -122,7 +122,7 @@ void CameraSettings::applyPicture(PictureProperty property, int value)
     const QLatin1String key = PictureSettings::row(property).key;
     if (isOnlyShown(key))
         return;
-    m_camera.session().parameters().setKnown(key);
+    m_camera.session().parameters().setChosen(key);
     m_camera.session().parameters().edited()[key] = value;
     if (!m_camera.camera().setPicture(property, value))
         qCDebug(settingsLog) << "the camera does not take" << key << value;
@@ -133,7 +133,7 @@ void CameraSettings::apply(DeviceSetting setting, int value)
     const QLatin1String key = DeviceSettings::row(setting).key;
     if (isOnlyShown(key))
         return;
-    m_camera.session().parameters().setKnown(key);
+    m_camera.session().parameters().setChosen(key);
     const bool ret = m_camera.camera().writeSetting(setting, value);
     qCDebug(settingsLog).noquote() << setterName(key) << "ret =" << ret;
     m_camera.session().parameters().edited()[key] = value;
@@ -164,18 +164,17 @@ void CameraSettings::switchIntelligent(bool on, int lastIntelligent)
 {
     if (isOnlyShown(Intelligent))
         return;
-    UVCCamera& camera = m_camera.camera();
-    m_camera.session().parameters().setKnown(Intelligent);
+    m_camera.session().parameters().setChosen(Intelligent);
     m_camera.session().parameters().edited()[Intelligent] = on ? 1 : 0;
     if (!on) {
-        const bool autoFraming = camera.getAutoFrameSwitch() != 0;
-        const bool frameMaster = camera.getFrameMaster() != 0;
+        const bool autoFraming = currentValue(DeviceSetting::AutoFrameSwitch) != 0;
+        const bool frameMaster = currentValue(DeviceSetting::FrameMaster) != 0;
         qCDebug(settingsLog) << "autoFrameSwicth" << autoFraming << "frameMaster" << frameMaster;
         m_camera.session().defer(kFramingOffDelayMs, [this, autoFraming] {
             const DeviceSettingRow& row = DeviceSettings::row(
                 autoFraming ? DeviceSetting::AutoFrameSwitch : DeviceSetting::FrameMaster);
             m_camera.camera().writeSetting(row.setting, 0);
-            m_camera.session().parameters().setKnown(row.key);
+            m_camera.session().parameters().setChosen(row.key);
             m_camera.session().parameters().edited()[row.key] = 0;
         });
         return;
@@ -186,10 +185,8 @@ void CameraSettings::switchIntelligent(bool on, int lastIntelligent)
     m_page.setCameraView(kWidestView);
     if (lastIntelligent != 0) {
         m_page.setAutoFraming();
-        const int subMode = camera.getAutoFrameMode();
-        m_camera.session().parameters().edited()[AutoFrameMode] = subMode;
-        if (subMode == 0)
-            m_page.setSubMode(subMode);
+        if (refreshSubMode() == 0)
+            m_page.setSubMode(0);
     } else {
         m_page.setFrameMaster();
     }
@@ -206,13 +203,13 @@ void CameraSettings::chooseFraming(int button)
     m_camera.session().defer(kFramingDelayMs, [this, button] {
         UVCCamera& camera = m_camera.camera();
         for (const QLatin1String key : {AutoFrameSwitch, FrameMaster})
-            m_camera.session().parameters().setKnown(key);
+            m_camera.session().parameters().setChosen(key);
         QMap<QString, int>& edited = m_camera.session().parameters().edited();
         if (button == 0) {
             camera.setFrameMaster(0);
             camera.setAutoFrameSwitch(1);
-            edited[AutoFrameMode] = camera.getAutoFrameMode();
-            m_page.setSubMode(edited[AutoFrameMode]);
+            if (const std::optional<int> subMode = refreshSubMode())
+                m_page.setSubMode(*subMode);
             edited[AutoFrameSwitch] = 1;
             edited[FrameMaster] = 0;
         } else {
@@ -233,6 +230,34 @@ void CameraSettings::setImageMode(int imageMode)
         return;
     for (const PictureSettingRow& row : PictureSettings::rows())
         m_page.setPicture(row.property, preset.value().*row.value);
+}
+
+/// What the camera reports, or else what was last set: without an answer the program must not act
+/// as if the setting were off.
+int CameraSettings::currentValue(DeviceSetting setting)
+{
+    CameraSession& session = m_camera.session();
+    const std::optional<int> value = session.readSetting(setting);
+    return value.value_or(session.parameters().edited()[DeviceSettings::row(setting).key]);
+}
+
+/// The sub-mode as currentValue(), which becomes the edited one; nothing when it is not known.
+std::optional<int> CameraSettings::refreshSubMode()
+{
+    CameraSession& session = m_camera.session();
+    ParameterModel& parameters = session.parameters();
+    const std::optional<int> value = session.readSetting(DeviceSetting::AutoFrameMode);
+    if (!value) {
+        if (parameters.isUnknown(AutoFrameMode))
+            return std::nullopt;
+        return parameters.edited()[AutoFrameMode];
+    }
+    if (parameters.isUnknown(AutoFrameMode)) {
+        parameters.setKnown(AutoFrameMode);
+        parameters.stored()[AutoFrameMode] = *value;
+    }
+    parameters.edited()[AutoFrameMode] = *value;
+    return value;
 }
 
 void CameraSettings::refresh4kState()
@@ -267,6 +292,7 @@ void CameraSettings::discard()
     logStored();
     // A copy: the page's signals change the maps while the page reads the values.
     const QMap<QString, int> saved = m_camera.session().parameters().stored();
+    m_camera.session().parameters().dropChoices();
     const QScopedValueRollback<bool> showing(m_isShowing, true);
     m_page.paramExitReset(saved);
     m_camera.session().parameters().discardEdited();

@@ -4,6 +4,7 @@
 #include "DeviceWidgetInfo.h"
 #include "VideoProcAmp.h"
 
+#include <optional>
 #include <QObject>
 #include <QString>
 
@@ -59,6 +60,8 @@ public:
     void discard();
 
 private:
+    [[nodiscard]] int currentValue(DeviceSetting setting);
+    [[nodiscard]] std::optional<int> refreshSubMode();
     [[nodiscard]] bool isFramingUnknown() const;
     [[nodiscard]] bool isOnlyShown(const QString& key) const;
     void logStored();

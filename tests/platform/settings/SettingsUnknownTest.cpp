@@ -3,6 +3,7 @@
 
 #include <array>
 #include <memory>
+#include <QRegularExpression>
 #include <QtTest>
 
 using Pages = SvtaPagesView;
@@ -22,8 +23,13 @@ private slots:
     void init();
     void cleanup();
 
+    void subModeThatIsNotReportedIsNotWritten();
+    void subModeThatIsReportedLaterIsNoEdit();
+    void framingIsSwitchedOffWithoutAnAnswer();
+    void valueThatReplacedAnUnknownOneStaysWhenTheEditsAreDiscarded();
     void defaultsEndTheMarks();
     void switchedFramingEndsTheMarkOfTheView();
+    void cameraIsNotAskedAfterTwoLostReads();
     void pictureThatIsNotKnownIsNotSaved();
     void previewButtonFillsThePageOfACameraThatCouldNotBeOpened();
 
@@ -33,6 +39,11 @@ private:
     {
         for (const char* command : commands)
             m_camera->addFault(std::string("status 1 cmd=") + command);
+    }
+    /// Reads @p command without an answer. An error comes without the wait of a time-out.
+    void lose(const char* command)
+    {
+        m_camera->addFault(std::string("readerror times=1000 cmd=") + command);
     }
     [[nodiscard]] bool leave()
     {
@@ -62,6 +73,64 @@ void SettingsUnknownTest::cleanup()
     m_saved.reset();
 }
 
+void SettingsUnknownTest::subModeThatIsNotReportedIsNotWritten()
+{
+    m_camera->setValue("autoFrameSwicth", 1);
+    m_camera->setValue("autoFrameMode", 1);
+    QVERIFY(m_desk->open(*m_camera));
+    QVERIFY(m_desk->isChecked("rbtnDivisionMaster")); // and it still is at the next opening
+    QVERIFY(m_desk->back());
+
+    m_camera->setValue("autoFrameSwicth", 0);
+    refuse({"0x5030"});
+    m_camera->forgetRequests();
+    QVERIFY(m_desk->open(*m_camera));
+    QVERIFY(m_desk->switchIntelligent());
+    QCOMPARE(m_camera->value("autoFrameSwicth"), 1);
+    QCOMPARE(m_camera->value("autoFrameMode"), 1);
+    QCOMPARE(writesTo(*m_camera).filter(QStringLiteral("5031")), QStringList());
+}
+
+void SettingsUnknownTest::subModeThatIsReportedLaterIsNoEdit()
+{
+    m_camera->setValue("autoFrameSwicth", 1);
+    m_camera->setValue("autoFrameMode", 1);
+    m_camera->addFault("status 1 times=1 cmd=0x5030");
+    QVERIFY(m_desk->open(*m_camera));
+    QVERIFY(m_desk->isChecked("rbtnDivisionMaster"));
+    QCOMPARE(m_camera->value("autoFrameMode"), 1);
+    QVERIFY(m_desk->back());
+    QVERIFY(m_desk->isOnPage(Pages::HomePage));
+}
+
+void SettingsUnknownTest::framingIsSwitchedOffWithoutAnAnswer()
+{
+    m_camera->setValue("autoFrameSwicth", 1);
+    QVERIFY(m_desk->open(*m_camera));
+    refuse({"0x5080", "0x5040"});
+    QVERIFY(m_desk->switchIntelligent());
+    QVERIFY(!m_desk->isChecked("btnIntelligent"));
+    QCOMPARE(m_camera->value("autoFrameSwicth"), 0);
+}
+
+void SettingsUnknownTest::valueThatReplacedAnUnknownOneStaysWhenTheEditsAreDiscarded()
+{
+    m_camera->setValue("CameraView", 90);
+    refuse({"0x50a0", "0x5070"});
+    QVERIFY(m_desk->open(*m_camera));
+    QVERIFY(m_desk->click("btn60"));
+    QVERIFY(m_desk->click("btnHeigh"));
+    QVERIFY(m_desk->click("btnHorizontalMirror"));
+    m_camera->forgetRequests();
+    QVERIFY(leave());
+    // There is no value to restore but that of the mirror.
+    QCOMPARE(writesTo(*m_camera).filter(QRegularExpression(QStringLiteral("^(50A1|5071)"))),
+             QStringList());
+    QCOMPARE(m_camera->value("CameraView"), 60);
+    QCOMPARE(m_camera->value("PickupSensitivity"), 80);
+    QCOMPARE(m_camera->value("HorizontalMirror"), 0);
+}
+
 void SettingsUnknownTest::defaultsEndTheMarks()
 {
     refuse({"0x5080", "0x5070", "0x50a0", "0x5090"});
@@ -82,6 +151,22 @@ void SettingsUnknownTest::switchedFramingEndsTheMarkOfTheView()
     QVERIFY(m_desk->switchIntelligent());
     QVERIFY(m_desk->isChecked("btn120"));
     QCOMPARE(m_desk->find("btn120")->accessibleDescription(), QString());
+}
+
+void SettingsUnknownTest::cameraIsNotAskedAfterTwoLostReads()
+{
+    QVERIFY(m_desk->open(*m_camera));
+    for (const char* command : {"0x5020", "0x5030", "0x5040", "0x5080"})
+        lose(command);
+    m_camera->forgetRequests();
+    QVERIFY(m_desk->choose("btn60"));
+    QVERIFY(m_desk->switchIntelligent());
+    QVERIFY(m_desk->switchIntelligent());
+    QVERIFY(m_desk->choose("btn60"));
+    QCOMPARE(requestsTo(*m_camera).filter(QRegularExpression(QStringLiteral("^[^=]*$"))),
+             (QStringList{"5020", "5030"}));
+    QCOMPARE(m_camera->value("autoFrameSwicth"), 0);
+    QCOMPARE(m_camera->value("CameraView"), 60);
 }
 
 void SettingsUnknownTest::pictureThatIsNotKnownIsNotSaved()

@@ -121,6 +121,29 @@ TEST_F(CameraSessionTest, StreamKeepsTheAnswerOfACameraThatFallsSilent)
     EXPECT_TRUE(session->was4kInUse());
 }
 
+TEST_F(CameraSessionTest, CameraIsNotAskedInThisOpeningAfterTwoLostReads)
+{
+    answer(0x5070, "32");
+    hidapi.respondTo(0x5020, {QByteArray(36, '\0')});
+    hidapi.respondTo(0x5001, {QByteArray(1, '\1')});
+    ASSERT_TRUE(session->openLink());
+    hidapi.queueReadResult(0);
+    EXPECT_EQ(session->readSetting(DeviceSetting::PickupSensitivity), std::nullopt);
+    EXPECT_EQ(session->readSetting(DeviceSetting::PickupSensitivity), 50); // starts the count anew
+    hidapi.queueReadResult(0);
+    hidapi.queueReadResult(-1);
+    EXPECT_EQ(session->readSetting(DeviceSetting::PickupSensitivity), std::nullopt);
+    EXPECT_FALSE(session->refreshStream());
+    hidapi.forgetCalls();
+    EXPECT_EQ(session->readSetting(DeviceSetting::PickupSensitivity), std::nullopt);
+    EXPECT_FALSE(session->refreshStream());
+    EXPECT_EQ(hidapi.writtenFrames(), QList<QByteArray>());
+
+    session->refreshIdentity();
+    EXPECT_EQ(session->readSetting(DeviceSetting::PickupSensitivity), 50);
+    EXPECT_TRUE(session->refreshStream());
+}
+
 TEST_F(CameraSessionTest, DeferredStepsRunInTheirOrderAndOnce)
 {
     QList<int> steps;

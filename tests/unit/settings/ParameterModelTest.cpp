@@ -100,6 +100,34 @@ TEST(ParameterModelComparison, UnknownValueDoesNotCountUntilItIsSet)
     EXPECT_FALSE(model.isUnknown(CameraView));
 }
 
+TEST(ParameterModelComparison, ChosenValueCountsUntilTheChoiceIsDropped)
+{
+    ParameterModel model;
+    model.setUnknown(CameraView);
+    model.setChosen(CameraView);
+    model.edited()[CameraView] = 90;
+    EXPECT_FALSE(model.isSameData());
+    model.dropChoices();
+    EXPECT_TRUE(model.isUnknown(CameraView));
+    EXPECT_TRUE(model.isSameData());
+}
+
+TEST(ParameterModelComparison, ChosenValueThatWasSavedOrReadIsKnown)
+{
+    ParameterModel model;
+    for (const QLatin1String key : {CameraView, PickupSensitivity, Bright}) {
+        model.setUnknown(key);
+        model.setChosen(key);
+    }
+    model.setKnown(PickupSensitivity);
+    model.dropChoices();
+    EXPECT_EQ(model.unknownKeys(), (QSet<QString>{CameraView, Bright}));
+    model.setChosen(CameraView);
+    model.keepEdited();
+    model.dropChoices();
+    EXPECT_EQ(model.unknownKeys(), QSet<QString>{Bright});
+}
+
 TEST(ParameterModelComparison, LogsThreeValuesOfBothMaps)
 {
     ParameterModel model;
