@@ -1,6 +1,8 @@
 #include "SettingsModel.h"
 #include "CameraDesk.h"
+#include "ObservedSettings.h"
 #include "PendingTimers.h"
+#include "SettingsModelTexts.h"
 #include "SvtaParamNotSaveDialog.h"
 #include "SvtaParamResetDialog.h"
 #include "SvtaParamSaveDialog.h"
@@ -14,6 +16,7 @@
 
 using Pages = SvtaPagesView;
 using Model = SettingsModel;
+using SettingsModelTexts::described;
 
 namespace {
 
@@ -26,61 +29,37 @@ const std::array<const char*, 4> kSliders{"brightSlider", "contrastSlider", "sat
                                           "sharpnessSlider"};
 const std::array<const char*, 4> kPresets{"btnStandardMode", "btnBrightMode", "btnVividMode",
                                           "btnCustomMode"};
-const std::array<const char*, 4> kKeys{"bright", "contrast", "saturation", "sharpness"};
+/// Commands by which the program reads.
+constexpr std::array kReads{0x5001, 0x5010, 0x5020, 0x5030, 0x5040, 0x5070, 0x5080, 0x5090, 0x50A0};
+const QString kSaved = QStringLiteral("Successfully saved");
+const QString kSaveFailed = QStringLiteral("Save failed ， please try it again");
 const std::array<const char*, 4> kControls{"brightness", "contrast", "saturation", "sharpness"};
 
-QString listed(const Model::Picture& picture)
+void cause(const Model::Faults& faults, PluggedCamera& camera)
 {
-    QStringList numbers;
-    for (const int value : picture)
-        numbers << QString::number(value);
-    return numbers.join(QLatin1Char('/'));
-}
-
-QString described(const Model::Registers& registers)
-{
-    return QStringLiteral(
-               "framing %1 master %2 mode %3 sensitivity %4 view %5 mirror %6 picture %7")
-        .arg(registers.autoFraming)
-        .arg(registers.frameMaster)
-        .arg(registers.subMode)
-        .arg(registers.sensitivity)
-        .arg(registers.view)
-        .arg(registers.mirror)
-        .arg(listed(registers.picture));
-}
-
-QString described(const Model::Page& page)
-{
-    // Controls that are hidden while the intelligent features are off are not compared.
-    QString framing = QStringLiteral("off");
-    if (page.intelligent && page.framing == Model::Framing::FrameMaster)
-        framing = QStringLiteral("frame master");
-    else if (page.intelligent)
-        framing = page.individual ? QStringLiteral("individual") : QStringLiteral("group");
-    return QStringLiteral("%1 view %2 sensitivity %3 mirror %4 preset %5 sliders %6")
-        .arg(framing)
-        .arg(page.view)
-        .arg(page.sensitivity)
-        .arg(page.mirror)
-        .arg(page.imageMode)
-        .arg(listed(page.sliders));
-}
-
-QString described(const QMap<QString, Model::Saved>& file)
-{
-    QStringList groups;
-    for (auto group = file.begin(); group != file.end(); ++group)
-        groups << QStringLiteral("%1: %2 preset %3")
-                      .arg(group.key(), listed(group->picture))
-                      .arg(group->imageMode);
-    return groups.join(QStringLiteral("; "));
+    const auto add = [&camera](const char* fault, int command) {
+        camera.addFault(QStringLiteral("%1 cmd=0x%2")
+                            .arg(QLatin1String(fault))
+                            .arg(command, 0, 16)
+                            .toStdString());
+    };
+    camera.clearFaults();
+    for (const int command : faults.refused)
+        add("status 1", command);
+    for (const int command : faults.lost)
+        add("readerror times=1000000", command); // an error comes without the wait of a time-out
+    if (faults.isVideoTaken)
+        camera.addFault("busy");
+    if (faults.isVideoRefused)
+        camera.addFault("video-open-error");
+    camera.setValue("amp", faults.hasAmplifier ? 1 : 0);
 }
 
 } // namespace
 
-/// Random use of two cameras, compared with a model. After every step the registers of both
-/// cameras, the saved file, the page and whether there are edits must agree.
+/// Random use of two cameras, which refuse or lose reads at times and whose video cannot always be
+/// opened, compared with a model. After every step the registers of both cameras, the saved file,
+/// the page, the reads and whether there are edits must agree.
 ///
 /// MARVIK_MODEL_SEED and MARVIK_MODEL_STEPS change seed and length of the run.
 class SettingsModelTest : public QObject
@@ -111,6 +90,7 @@ private:
     [[nodiscard]] Step nextStep();
     [[nodiscard]] Step stepOnTheList();
     [[nodiscard]] Step stepOnThePage();
+    [[nodiscard]] Step stepOnThePageWithoutValues();
     [[nodiscard]] Step sliderStep();
     [[nodiscard]] Step framingStep();
     [[nodiscard]] Step viewStep();
@@ -122,13 +102,12 @@ private:
     [[nodiscard]] Step previewStep();
     [[nodiscard]] Step plugStep(int camera);
     [[nodiscard]] Step changeStep(int camera);
+    [[nodiscard]] Step troubleStep(int camera);
+    [[nodiscard]] Model::Faults anyFaults();
 
     /// Executes the deferred steps now.
     static void hurry();
     [[nodiscard]] int pluggedCount() const;
-    [[nodiscard]] Model::Registers registersOf(PluggedCamera& camera) const;
-    [[nodiscard]] Model::Page shownPage() const;
-    [[nodiscard]] QMap<QString, Model::Saved> savedFile() const;
     /// The differences; empty when there are none.
     [[nodiscard]] QStringList differences();
 
@@ -177,6 +156,9 @@ void SettingsModelTest::programAgreesWithTheModelAfterEveryStep()
         const Step step = nextStep();
         taken << step.name;
         ++counts[step.name.section(QRegularExpression(QStringLiteral("[ ,]")), 0, 0)];
+        for (const auto& camera : m_cameras)
+            camera->forgetRequests();
+        m_model.forgetReads();
         const bool done = step.hand();
         hurry();
         step.model();
@@ -203,7 +185,9 @@ void SettingsModelTest::hurry()
 
 SettingsModelTest::Step SettingsModelTest::nextStep()
 {
-    return m_model.isOpen() ? stepOnThePage() : stepOnTheList();
+    if (!m_model.isOpen())
+        return stepOnTheList();
+    return m_model.isLoaded() ? stepOnThePage() : stepOnThePageWithoutValues();
 }
 
 int SettingsModelTest::pluggedCount() const
@@ -221,6 +205,8 @@ SettingsModelTest::Step SettingsModelTest::stepOnTheList()
         return plugStep(camera);
     if (oneIn(3))
         return changeStep(camera);
+    if (oneIn(3))
+        return troubleStep(camera);
     return {QStringLiteral("open %1").arg(camera),
             [this, camera] {
                 if (!m_desk->clickCard(*m_cameras[static_cast<std::size_t>(camera)]))
@@ -280,6 +266,57 @@ SettingsModelTest::Step SettingsModelTest::changeStep(int camera)
             [this, camera, registers] { m_model.change(kSerials[camera], registers); }};
 }
 
+/// Whole cameras are as frequent as others, so that every step also meets one.
+Model::Faults SettingsModelTest::anyFaults()
+{
+    Model::Faults faults;
+    if (oneIn(2))
+        return faults;
+    faults.isVideoTaken = oneIn(5);
+    faults.isVideoRefused = oneIn(5);
+    faults.hasAmplifier = !oneIn(6);
+    const bool isSilent = oneIn(8);
+    for (const int command : kReads) {
+        if (isSilent || oneIn(6))
+            faults.lost << command;
+        else if (oneIn(5))
+            faults.refused << command;
+    }
+    return faults;
+}
+
+SettingsModelTest::Step SettingsModelTest::troubleStep(int camera)
+{
+    const Model::Faults faults = anyFaults();
+    return {QStringLiteral("trouble %1: %2").arg(camera).arg(described(faults)),
+            [this, camera, faults] {
+                cause(faults, *m_cameras[static_cast<std::size_t>(camera)]);
+                return true;
+            },
+            [this, camera, faults] { m_model.trouble(kSerials[camera], faults); }};
+}
+
+SettingsModelTest::Step SettingsModelTest::stepOnThePageWithoutValues()
+{
+    switch (upTo(9)) {
+    case 0:
+        return plugStep(upTo(1));
+    case 1:
+    case 2:
+        return troubleStep(upTo(1));
+    case 3:
+        return informationStep();
+    case 4:
+    case 5:
+        return saveStep();
+    case 6:
+    case 7:
+        return previewStep();
+    default:
+        return backStep();
+    }
+}
+
 SettingsModelTest::Step SettingsModelTest::stepOnThePage()
 {
     const int kind = upTo(999);
@@ -292,6 +329,8 @@ SettingsModelTest::Step SettingsModelTest::stepOnThePage()
         return informationStep();
     if (kind < 40)
         return backStep();
+    if (kind < 45)
+        return troubleStep(upTo(1));
     if (kind < 60)
         return resetStep();
     if (kind < 140)
@@ -322,6 +361,8 @@ SettingsModelTest::Step SettingsModelTest::sliderStep()
     const int number = upTo(3);
     const auto slider = static_cast<Model::Slider>(number);
     const char* name = kSliders[static_cast<std::size_t>(number)];
+    if (m_model.isUnknown(number))
+        return presetStep(); // the slider is disabled
     const int from = m_model.page().sliders[static_cast<std::size_t>(number)];
     switch (upTo(9)) {
     case 0:
@@ -413,15 +454,22 @@ SettingsModelTest::Step SettingsModelTest::presetStep()
 
 SettingsModelTest::Step SettingsModelTest::saveStep()
 {
+    const auto ask = [this] {
+        if (m_model.isLoaded())
+            return m_desk->click("btnPramaSava");
+        // The button is disabled, so that only the shortcut asks. It needs the desktop's focus,
+        // which is not at its place yet when the dialog before was answered at once.
+        m_desk->window().slotShowParamSaveDialog();
+        return true;
+    };
     if (oneIn(4)) {
-        return {QStringLiteral("save, cancelled"), [this] {
-                    return m_desk->click("btnPramaSava") &&
-                           m_desk->answer<SvtaParamSaveDialog>("btnCancel");
-                }};
+        return {QStringLiteral("save, cancelled"),
+                [this, ask] { return ask() && m_desk->answer<SvtaParamSaveDialog>("btnCancel"); }};
     }
     return {QStringLiteral("save"),
-            [this] {
-                return m_desk->save() && m_desk->toast() == QStringLiteral("Successfully saved");
+            [this, ask] {
+                return ask() && m_desk->answer<SvtaParamSaveDialog>("btnConfirm") &&
+                       m_desk->toast() == (m_model.canBeSaved() ? kSaved : kSaveFailed);
             },
             [this] { m_model.save(); }};
 }
@@ -480,68 +528,12 @@ SettingsModelTest::Step SettingsModelTest::informationStep()
 
 SettingsModelTest::Step SettingsModelTest::previewStep()
 {
-    return {QStringLiteral("preview"), [this] {
+    return {QStringLiteral("preview"),
+            [this] {
                 PendingTimers::fire(kDebounceMs);
-                const bool before = m_desk->find<TransPrewBtn>()->isPreviewOpen();
-                return m_desk->clickPreview() &&
-                       m_desk->find<TransPrewBtn>()->isPreviewOpen() != before;
-            }};
-}
-
-Model::Registers SettingsModelTest::registersOf(PluggedCamera& camera) const
-{
-    const std::multimap<std::string, std::string> all = camera.registers();
-    const auto number = [&all](const char* name) { return std::stoi(all.find(name)->second); };
-    Model::Registers registers;
-    registers.autoFraming = number("autoFrameSwicth");
-    registers.frameMaster = number("frameMaster");
-    registers.subMode = number("autoFrameMode");
-    registers.sensitivity = number("PickupSensitivity");
-    registers.view = number("CameraView");
-    registers.mirror = number("HorizontalMirror");
-    for (std::size_t i = 0; i < kControls.size(); ++i)
-        registers.picture[i] = number(kControls[i]);
-    return registers;
-}
-
-Model::Page SettingsModelTest::shownPage() const
-{
-    Model::Page page;
-    page.intelligent = m_desk->isChecked("btnIntelligent");
-    page.framing = m_desk->isChecked("rbtnFrameMaster") ? Model::Framing::FrameMaster
-                                                        : Model::Framing::Automatic;
-    page.individual = m_desk->isChecked("rbtnDivisionMaster");
-    for (const int view : {60, 90, 120}) {
-        if (m_desk->isChecked(qPrintable(QStringLiteral("btn%1").arg(view))))
-            page.view = view;
-    }
-    page.sensitivity = 0;
-    for (const auto& [name, level] :
-         {std::pair{"btnLow", 30}, std::pair{"btnMiddle", 50}, std::pair{"btnHeigh", 80}}) {
-        if (m_desk->isChecked(name))
-            page.sensitivity = level;
-    }
-    page.mirror = m_desk->isChecked("btnHorizontalMirror");
-    for (std::size_t i = 0; i < kPresets.size(); ++i) {
-        if (m_desk->isChecked(kPresets[i]))
-            page.imageMode = static_cast<int>(i);
-        page.sliders[i] = m_desk->sliderValue(kSliders[i]);
-    }
-    return page;
-}
-
-QMap<QString, Model::Saved> SettingsModelTest::savedFile() const
-{
-    QMap<QString, Model::Saved> file;
-    for (const QString& group : m_saved->groups()) {
-        const QMap<QString, int> values = m_saved->group(group);
-        Model::Saved saved;
-        for (std::size_t i = 0; i < kKeys.size(); ++i)
-            saved.picture[i] = values.value(QLatin1String(kKeys[i]), -1);
-        saved.imageMode = values.value(QStringLiteral("imagemode"), -1);
-        file.insert(group, saved);
-    }
-    return file;
+                return m_desk->clickPreview();
+            },
+            [this] { m_model.togglePreview(); }};
 }
 
 QStringList SettingsModelTest::differences()
@@ -556,14 +548,33 @@ QStringList SettingsModelTest::differences()
     for (int i = 0; i < kSerials.size(); ++i) {
         const Model::Camera camera = m_model.cameras().value(kSerials[i]);
         if (camera.plugged)
-            compare(QStringLiteral("camera %1").arg(i),
-                    described(registersOf(*m_cameras[static_cast<std::size_t>(i)])),
-                    described(camera.registers));
+            compare(
+                QStringLiteral("camera %1").arg(i),
+                described(ObservedSettings::registersOf(*m_cameras[static_cast<std::size_t>(i)])),
+                described(camera.registers));
     }
-    compare(QStringLiteral("file"), described(savedFile()), described(m_model.file()));
+    compare(QStringLiteral("file"), described(ObservedSettings::savedFile(*m_saved)),
+            described(m_model.file()));
     if (!m_model.isOpen())
         return wrong;
-    compare(QStringLiteral("shown"), described(shownPage()), described(m_model.page()));
+    for (int i = 0; i < kSerials.size(); ++i) {
+        QStringList requests =
+            ObservedSettings::requestsOf(*m_cameras[static_cast<std::size_t>(i)]);
+        const bool isOpen = kSerials[i] == m_model.openCamera();
+        if (isOpen) // the writes show in the registers
+            requests = requests.filter(QRegularExpression(QStringLiteral("^[^=]*$")));
+        compare(QStringLiteral("requests to camera %1").arg(i), requests.join(QLatin1Char(' ')),
+                isOpen ? m_model.reads().join(QLatin1Char(' ')) : QString());
+    }
+    compare(QStringLiteral("available"),
+            QString::number(m_desk->find("stackedWidget")->isEnabled()),
+            QString::number(m_model.isLoaded()));
+    compare(QStringLiteral("preview"),
+            QString::number(m_desk->find<TransPrewBtn>()->isPreviewOpen()),
+            QString::number(m_model.page().preview));
+    if (m_model.isLoaded())
+        compare(QStringLiteral("shown"), described(ObservedSettings::shownPage(*m_desk)),
+                described(m_model.page()));
     compare(QStringLiteral("edited"), QString::number(!m_desk->window().isSameData()),
             QString::number(m_model.isEdited()));
     if (m_desk->visibleDialogs() != 0)
