@@ -9,6 +9,8 @@
 #include "V4l2Node.h"
 #include "V4l2ProcAmp.h"
 
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <QBuffer>
 #include <QGuiApplication>
@@ -20,6 +22,9 @@ namespace {
 /// A camera needs a few hundred milliseconds to its first frame. One that takes longer counts as
 /// started, because errors are reported earlier than this.
 constexpr int kFirstFrameTimeoutMs = 1000;
+
+/// Bits per pixel of the screens that show pictures.
+constexpr std::array<int, 3> kPixelSizes{8, 16, 32};
 
 GstElement* addElement(GstElement* pipeline, const char* factory, const char* name)
 {
@@ -137,8 +142,11 @@ int GstCaptureGraph::screenColourDepth() const
     const QScreen* screen = QGuiApplication::primaryScreen();
     if (!screen)
         return 0;
-    // A pixel of 24 significant bits takes 32 in every visual of an X server today.
-    return screen->depth() == 24 ? 32 : screen->depth();
+    // Qt reports the significant bits of a pixel. In the memory of an X server a pixel has more:
+    // one of 15 bits takes 16, one of 24 or 30 bits takes 32.
+    const auto* const size =
+        std::lower_bound(kPixelSizes.begin(), kPixelSizes.end(), screen->depth());
+    return size == kPixelSizes.end() ? screen->depth() : *size;
 }
 
 bool GstCaptureGraph::setGrabberFormat(PreviewFormat format)
