@@ -214,6 +214,9 @@ void GstCaptureGraph::placeVideoWindow(WId window)
         return;
     delete m_surface;
     m_surface = new PreviewSurface(m_frames, target);
+    // A frame that the surface before was told of and did not take would keep later ones from being
+    // announced.
+    m_frames->clear();
     m_surface->show();
 }
 
