@@ -58,9 +58,12 @@ public:
     /// Places the video window over the whole of @p window and shows it.
     virtual void placeVideoWindow(WId window) = 0;
     virtual void hideVideoWindow() = 0;
+    /// Does not wait for the first frame. A stream that ends later reports that to the callback.
     /// @return false when the camera does not stream, for example because another program holds it
     virtual bool run() = 0;
     virtual void stop() = 0;
+    /// Whether the stream has ended with an error since run().
+    [[nodiscard]] virtual bool hasFailed() const = 0;
     virtual void clearNotifyWindow() = 0;
 
     /// Access to the picture properties of the bound source; null when there is no source.

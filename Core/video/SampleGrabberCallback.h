@@ -23,11 +23,15 @@ public:
     /// buffer stays with the caller.
     /// @return false for a null buffer or one too short for the frame size
     bool bufferCallback(double sampleTime, const unsigned char* buffer, long length);
+    /// For a stream that has ended with an error; on the streaming thread.
+    void captureFailed() { emit sigCaptureFailed(); }
 
 signals:
     /// Emitted on the streaming thread. @p image refers to the frame's buffer, which is reused
     /// after the signal: connect queued only through a receiver that copies first.
     void sigImage(QImage image);
+    /// Emitted on the streaming thread.
+    void sigCaptureFailed();
 
 private:
     std::atomic<int> m_width{0};

@@ -36,6 +36,8 @@ UVCCamera::UVCCamera(std::unique_ptr<CaptureGraph> graph, QObject* parent)
     resetPicture();
     connect(&m_callback, &SampleGrabberCallback::sigImage, this, &UVCCamera::sigImage,
             Qt::DirectConnection);
+    connect(&m_callback, &SampleGrabberCallback::sigCaptureFailed, this,
+            &UVCCamera::endFailedCapture, Qt::QueuedConnection);
     m_graph->create();
 }
 
@@ -119,6 +121,15 @@ void UVCCamera::stopCapture()
         m_graph->stop();
         m_graph->hideVideoWindow();
     }
+}
+
+void UVCCamera::endFailedCapture()
+{
+    // The preview may have been stopped, and even started again, since the stream ended.
+    if (!m_running || !m_graph->hasFailed())
+        return;
+    stopCapture();
+    emit sigCaptureFailed();
 }
 
 void UVCCamera::closeDevice()

@@ -46,7 +46,7 @@ public:
     /// nothing
     ///         built, on a screen whose colour depth has no preview format.
     bool openDevice(const QString& devicePath, WId window);
-    /// Shows and runs the preview.
+    /// Shows and runs the preview; does not wait for the first frame.
     /// @return false when none is built or the camera does not stream
     bool startCapture();
     void stopCapture();
@@ -131,8 +131,11 @@ public:
 signals:
     /// A frame of the running preview; see SampleGrabberCallback::sigImage().
     void sigImage(QImage image);
+    /// The running preview has ended with an error and was stopped.
+    void sigCaptureFailed();
 
 private:
+    void endFailedCapture();
     void releaseGraph();
     [[nodiscard]] VideoProcAmpRecord& record(PictureProperty property);
     void resetPicture();

@@ -24,6 +24,7 @@ PreviewControl::PreviewControl(OpenCamera& camera, ParamSettingsPage& page,
     , m_overlays(overlays)
     , m_settings(settings)
 {
+    connect(&camera.camera(), &UVCCamera::sigCaptureFailed, this, &PreviewControl::captureFailed);
 }
 
 void PreviewControl::startPlay(bool isBusy)
@@ -92,9 +93,22 @@ void PreviewControl::showValues()
 void PreviewControl::showRunning(bool running)
 {
     m_overlays.showRunning(running);
+    setPageRunning(running);
+}
+
+void PreviewControl::setPageRunning(bool running)
+{
     m_page.setPreviewOpen(running);
     if (!running)
         m_page.showPreviewTip(false);
+}
+
+void PreviewControl::captureFailed()
+{
+    // At any time, also while the window is hidden.
+    qCDebug(videoLog) << "Capture failed!";
+    m_overlays.setRunning(false);
+    setPageRunning(false);
 }
 
 void PreviewControl::toggle(bool isBusy)

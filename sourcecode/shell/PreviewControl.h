@@ -29,10 +29,14 @@ public:
 signals:
     void sigShowToast(const QString& text);
 
+private slots:
+    void captureFailed();
+
 private:
     bool openDevice();
     void showValues();
     void showRunning(bool running);
+    void setPageRunning(bool running);
 
     OpenCamera& m_camera;
     ParamSettingsPage& m_page;

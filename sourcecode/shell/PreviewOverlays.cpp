@@ -65,17 +65,23 @@ void PreviewOverlays::restore(const QPoint& origin)
     m_previewBtn->show();
 }
 
-void PreviewOverlays::showRunning(bool running)
+void PreviewOverlays::setRunning(bool running)
 {
     setPreviewOpen(running);
     m_previewBtn->setLabelStyle(
         QString::fromLatin1(running ? kPreviewOpenImage : kPreviewClosedImage));
+    if (!running) {
+        switchGridOff();
+        m_gridBtn->hide();
+    }
+}
+
+void PreviewOverlays::showRunning(bool running)
+{
+    setRunning(running);
     if (running) {
         m_gridBtn->show();
         m_gridBtn->raise();
-    } else {
-        switchGridOff();
-        m_gridBtn->hide();
     }
     m_previewBtn->show();
     m_previewBtn->raise();

@@ -35,8 +35,10 @@ public:
     void hide();
     /// Places the windows and shows those that the settings page needs now.
     void restore(const QPoint& origin);
-    /// Sets the buttons to a preview that runs or does not.
+    /// Sets the buttons to a preview that runs or does not, and shows those that it needs.
     void showRunning(bool running);
+    /// The same without showing one: the window may be hidden.
+    void setRunning(bool running);
 
     /// Shows the grid, if it is switched on.
     void showGrid();

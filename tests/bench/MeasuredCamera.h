@@ -26,6 +26,7 @@ public:
     {
         return m_client.wait(m_id, condition, std::chrono::seconds(30));
     }
+    void fault(const std::string& text) { m_client.fault(m_id, text); }
     [[nodiscard]] std::uint64_t frames() { return m_client.stats(m_id).frames; }
 
 private:

@@ -1,13 +1,16 @@
+#include "GapMeter.h"
 #include "MeasuredCamera.h"
 #include "RatioTable.h"
 #include "UVCCamera.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <QApplication>
 #include <QProcess>
+#include <QTimer>
 #include <QWidget>
 
 namespace {
@@ -19,6 +22,9 @@ constexpr std::uint64_t kFrames = 90;
 constexpr int kTargetWidth = 333;
 constexpr int kTargetHeight = 187;
 constexpr const char* kShowOption = "--show";
+constexpr const char* kStartOption = "--start";
+constexpr int kMeterMs = 300;
+constexpr double kLongestBlockSeconds = 0.1; ///< a longer one is seen as a delay
 
 [[noreturn]] void fail(const char* what)
 {
@@ -43,6 +49,48 @@ int showPreview(int argc, char** argv)
         !camera.startCapture())
         fail("no preview");
     return QApplication::exec();
+}
+
+/// Starts the preview of the first camera in a separate process, and prints the seconds for which
+/// that blocked the process's window.
+int startPreview(int argc, char** argv)
+{
+    qInstallMessageHandler(logToNowhere);
+    const QApplication application(argc, argv);
+    QList<UVCDeviceInfo> cameras;
+    UVCCamera::enumerateCameras(cameras);
+    if (cameras.isEmpty())
+        fail("no camera");
+    QWidget window;
+    window.setFixedSize(kTargetWidth, kTargetHeight);
+    window.show();
+    GapMeter gaps;
+    gaps.show();
+    UVCCamera camera;
+    QTimer::singleShot(kMeterMs, &gaps, &GapMeter::start);
+    QTimer::singleShot(2 * kMeterMs, &camera, [&] {
+        if (!camera.openDevice(cameras.first().devicePath, window.winId()) ||
+            !camera.startCapture())
+            fail("the preview does not start");
+    });
+    QTimer::singleShot(3 * kMeterMs, &gaps, [&] {
+        std::printf("%f\n", gaps.largestGap());
+        QApplication::quit();
+    });
+    return QApplication::exec();
+}
+
+/// Seconds for which the start of the preview blocks the window when the camera sends no frame.
+double blockedSeconds()
+{
+    MeasuredCamera camera("frozen");
+    camera.fault("frozen");
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(QCoreApplication::applicationFilePath(), {QString::fromLatin1(kStartOption)});
+    if (!process.waitForFinished() || process.exitCode() != 0)
+        fail("no measurement of the start");
+    return process.readAllStandardOutput().trimmed().toDouble();
 }
 
 /// Processor seconds that a process has used with all its threads.
@@ -125,6 +173,8 @@ int main(int argc, char** argv)
 {
     if (argc > 1 && qstrcmp(argv[1], kShowOption) == 0)
         return showPreview(argc, argv);
+    if (argc > 1 && qstrcmp(argv[1], kStartOption) == 0)
+        return startPreview(argc, argv);
     const QCoreApplication application(argc, argv);
     constexpr const char* rawCaps = "video/x-raw,format=YUY2,width=1920,height=1080";
     constexpr const char* jpegCaps = "image/jpeg,width=1920,height=1080";
@@ -139,5 +189,10 @@ int main(int argc, char** argv)
                    "YUYV:1920x1080", {rawCaps, QStringList(), tuned}, std::nullopt);
     comparePreview(table, "MJPEG per frame, to gst-launch-1.0", "MJPG:1920x1080",
                    {jpegCaps, decoder, plain}, kLimit);
+    double blocked = blockedSeconds();
+    for (int round = 1; round < kRounds; ++round)
+        blocked = std::min(blocked, blockedSeconds());
+    table.addRatio("window blocked by the start of a camera that sends no frame, to 100 ms",
+                   RatioTable::kMilliseconds, kLongestBlockSeconds, blocked, 1.0);
     return table.exitCode();
 }

@@ -7,6 +7,7 @@
 #include <memory>
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
+#include <QSignalSpy>
 #include <QThread>
 #include <QtTest>
 #include <QWidget>
@@ -15,6 +16,8 @@ namespace {
 
 constexpr int kTimeoutMs = 15000;
 constexpr qint64 kStopTimeoutMs = 2000;
+/// A start that waits for a picture which does not come takes longer.
+constexpr qint64 kStartTimeoutMs = 1000;
 
 int colourCount(const QImage& image)
 {
@@ -270,6 +273,7 @@ private slots:
     {
         Preview other;
         QVERIFY(other.start());
+        QVERIFY(other.isDelivering());
         const LogCapture log;
         UVCCamera program;
         QVERIFY(program.openDevice(other.camera.videoPath(), other.window.winId()));
@@ -432,10 +436,12 @@ private slots:
     {
         Preview preview;
         preview.camera.fault("frozen");
+        QVERIFY(preview.open());
         QElapsedTimer timer;
         timer.start();
-        QVERIFY(preview.start());
-        QVERIFY(timer.elapsed() < 3000);
+        QVERIFY(preview.program.startCapture());
+        QVERIFY2(timer.elapsed() < kStartTimeoutMs,
+                 QByteArray::number(timer.elapsed()).constData());
         timer.restart();
         preview.program.stopCapture();
         QVERIFY(timer.elapsed() < kStopTimeoutMs);
@@ -467,8 +473,11 @@ private slots:
             QVERIFY(preview.isDelivering());
             const QString path = preview.camera.videoPath();
             const LogCapture log;
+            const QSignalSpy failed(&preview.program, &UVCCamera::sigCaptureFailed);
             preview.camera.unplug();
-            QTRY_VERIFY_WITH_TIMEOUT(hasLine(log, "preview:"), kTimeoutMs);
+            QTRY_COMPARE_WITH_TIMEOUT(failed.count(), 1, kTimeoutMs);
+            QVERIFY(hasLine(log, "preview:"));
+            QVERIFY(!preview.program.isRunning());
             QElapsedTimer timer;
             timer.start();
             preview.program.stopCapture();

@@ -21,6 +21,7 @@ struct CaptureScript
     SampleGrabberCallback* callback = nullptr;
     std::function<void()> onRelease; ///< called by release(), when the stream ends
 
+    bool hasFailed = false; ///< whether the stream has ended with an error
     bool hasSource = true; ///< whether a helper for the picture properties can be created
     std::map<int, VideoProcAmpRecord> properties; ///< the camera's answers, by property id
     std::vector<std::pair<VideoProcAmpRecord, long>> propertyWrites;
@@ -50,6 +51,7 @@ public:
     void hideVideoWindow() override;
     bool run() override;
     void stop() override;
+    [[nodiscard]] bool hasFailed() const override { return m_script->hasFailed; }
     void clearNotifyWindow() override;
     std::unique_ptr<VideoProcAmp> makeVideoProcAmp() override;
 

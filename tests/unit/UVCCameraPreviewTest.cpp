@@ -3,6 +3,7 @@
 #include "UVCCamera.h"
 
 #include <atomic>
+#include <QCoreApplication>
 #include <thread>
 #include <vector>
 
@@ -57,6 +58,16 @@ protected:
     std::shared_ptr<CaptureScript> script = std::make_shared<CaptureScript>();
     std::unique_ptr<UVCCamera> camera;
     QStringList created;
+};
+
+/// The GUI thread gets what the streaming thread reports.
+class UVCCameraFailingStream : public UVCCameraPreview
+{
+private:
+    char m_name[5] = "test";
+    int m_argc = 1;
+    char* m_argv[2] = {m_name, nullptr};
+    QCoreApplication m_application{m_argc, m_argv};
 };
 
 class UVCCameraFailingStep : public UVCCameraPreview,
@@ -240,6 +251,37 @@ TEST_F(UVCCameraPreview, CameraThatDoesNotStreamFailsToStart)
 
     script->failing.clear();
     EXPECT_TRUE(camera->startCapture());
+    EXPECT_TRUE(camera->isRunning());
+}
+
+TEST_F(UVCCameraFailingStream, IsStoppedAndReportedOnce)
+{
+    open();
+    ASSERT_TRUE(camera->startCapture());
+    int reports = 0;
+    QObject::connect(camera.get(), &UVCCamera::sigCaptureFailed, [&reports] { ++reports; });
+    script->steps.clear();
+    script->hasFailed = true;
+    std::thread([this] {
+        script->callback->captureFailed();
+        script->callback->captureFailed();
+    }).join();
+    EXPECT_EQ(reports, 0);
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(reports, 1);
+    EXPECT_EQ(script->steps, (QStringList{"stop", "hideVideoWindow"}));
+    EXPECT_FALSE(camera->isRunning());
+    EXPECT_TRUE(camera->isOpened());
+}
+
+TEST_F(UVCCameraFailingStream, DoesNotStopTheNextOne)
+{
+    open();
+    ASSERT_TRUE(camera->startCapture());
+    script->callback->captureFailed();
+    camera->stopCapture();
+    ASSERT_TRUE(camera->startCapture());
+    QCoreApplication::sendPostedEvents();
     EXPECT_TRUE(camera->isRunning());
 }
 

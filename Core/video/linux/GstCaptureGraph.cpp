@@ -11,17 +11,13 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
+#include <cerrno>
 #include <QBuffer>
 #include <QGuiApplication>
 #include <QImageReader>
 #include <QScreen>
 
 namespace {
-
-/// A camera needs a few hundred milliseconds to its first frame. One that takes longer counts as
-/// started, because errors are reported earlier than this.
-constexpr int kFirstFrameTimeoutMs = 1000;
 
 /// Bits per pixel of the screens that show pictures.
 constexpr std::array<int, 3> kPixelSizes{8, 16, 32};
@@ -230,34 +226,46 @@ bool GstCaptureGraph::run()
 {
     if (!m_pipeline)
         return false;
+    if (m_playing && !hasFailed())
+        return true;
+    stop();
+    if (!isCameraFree())
+        return false;
     {
-        const std::lock_guard<std::mutex> lock(m_startMutex);
-        m_firstFrameSeen = false;
+        const std::lock_guard<std::mutex> lock(m_streamMutex);
         m_failed = false;
     }
-    if (gst_element_set_state(m_pipeline.get(), GST_STATE_PLAYING) == GST_STATE_CHANGE_FAILURE ||
-        !waitForFirstFrame()) {
+    m_playing =
+        gst_element_set_state(m_pipeline.get(), GST_STATE_PLAYING) != GST_STATE_CHANGE_FAILURE;
+    if (!m_playing)
         stop();
-        return false;
-    }
-    return true;
+    return m_playing;
 }
 
-bool GstCaptureGraph::waitForFirstFrame()
+/// The pipeline asks the camera for its stream on a thread of its own, and the first frame may take
+/// long. Whether another program has the stream can be asked at once.
+bool GstCaptureGraph::isCameraFree() const
 {
-    // The camera is asked for its stream on the streaming thread, so "in use by another program"
-    // is only known once frames or an error come.
-    std::unique_lock<std::mutex> lock(m_startMutex);
-    m_startChanged.wait_for(lock, std::chrono::milliseconds(kFirstFrameTimeoutMs),
-                            [this] { return m_firstFrameSeen || m_failed; });
-    return !m_failed;
+    const int error = V4l2Node(m_node).streamError();
+    if (error == EBUSY)
+        qCWarning(videoLog) << "preview: camera in use by another program:" << m_node;
+    else if (error != 0)
+        qCWarning(videoLog) << "preview:" << m_node << qt_error_string(error);
+    return error == 0;
 }
 
 void GstCaptureGraph::stop()
 {
     if (m_pipeline)
         gst_element_set_state(m_pipeline.get(), GST_STATE_NULL);
+    m_playing = false;
     m_frames->clear();
+}
+
+bool GstCaptureGraph::hasFailed() const
+{
+    const std::lock_guard<std::mutex> lock(m_streamMutex);
+    return m_failed;
 }
 
 void GstCaptureGraph::clearNotifyWindow()
@@ -280,19 +288,9 @@ GstPadProbeReturn GstCaptureGraph::onSourceBuffer(GstPad* pad, GstPadProbeInfo* 
 {
     Q_UNUSED(pad)
     Q_UNUSED(info)
-    auto* graph = static_cast<GstCaptureGraph*>(self);
-    graph->noteFirstFrame();
     // Frames are scaled and decoded only while the picture is visible.
+    const auto* graph = static_cast<GstCaptureGraph*>(self);
     return graph->m_frames->isWatched() ? GST_PAD_PROBE_OK : GST_PAD_PROBE_DROP;
-}
-
-void GstCaptureGraph::noteFirstFrame()
-{
-    const std::lock_guard<std::mutex> lock(m_startMutex);
-    if (m_firstFrameSeen)
-        return;
-    m_firstFrameSeen = true;
-    m_startChanged.notify_all();
 }
 
 GstBusSyncReply GstCaptureGraph::onMessage(GstBus* bus, GstMessage* message, gpointer self)
@@ -314,9 +312,16 @@ void GstCaptureGraph::noteError(const GError& error)
         qCWarning(videoLog) << "preview: camera in use by another program:" << error.message;
     else
         qCWarning(videoLog) << "preview:" << error.message;
-    const std::lock_guard<std::mutex> lock(m_startMutex);
-    m_failed = true;
-    m_startChanged.notify_all();
+    SampleGrabberCallback* callback = nullptr;
+    {
+        const std::lock_guard<std::mutex> lock(m_streamMutex);
+        // Elements behind the first one that fails report errors too.
+        if (!m_failed)
+            callback = m_callback;
+        m_failed = true;
+    }
+    if (callback)
+        callback->captureFailed();
 }
 
 GstFlowReturn GstCaptureGraph::onNewSample(GstElement* appsink, gpointer self)
@@ -350,7 +355,7 @@ void GstCaptureGraph::deliver(GstSamplePtr sample)
     QSize frameSize;
     SampleGrabberCallback* callback = nullptr;
     {
-        const std::lock_guard<std::mutex> lock(m_startMutex);
+        const std::lock_guard<std::mutex> lock(m_streamMutex);
         format = m_mode.format;
         frameSize = m_frameSize;
         callback = m_callback;

@@ -4,7 +4,6 @@
 #include "../VideoMode.h"
 #include "GstHandles.h"
 
-#include <condition_variable>
 #include <mutex>
 #include <QPointer>
 
@@ -38,6 +37,7 @@ public:
     void hideVideoWindow() override;
     bool run() override;
     void stop() override;
+    [[nodiscard]] bool hasFailed() const override;
     void clearNotifyWindow() override;
     std::unique_ptr<VideoProcAmp> makeVideoProcAmp() override;
 
@@ -47,9 +47,8 @@ private:
     static GstPadProbeReturn onSourceBuffer(GstPad* pad, GstPadProbeInfo* info, gpointer self);
     void deliver(GstSamplePtr sample);
     static QImage decode(const unsigned char* data, std::size_t size, const QSize& frameSize);
-    void noteFirstFrame();
     void noteError(const GError& error);
-    bool waitForFirstFrame();
+    [[nodiscard]] bool isCameraFree() const;
 
     GstElementPtr m_pipeline;
     // Owned by the pipeline.
@@ -63,8 +62,8 @@ private:
     std::shared_ptr<PreviewFrames> m_frames;
     QPointer<PreviewSurface> m_surface;
 
-    std::mutex m_startMutex;
-    std::condition_variable m_startChanged;
-    bool m_firstFrameSeen = false;
-    bool m_failed = false;
+    bool m_playing = false;
+
+    mutable std::mutex m_streamMutex;
+    bool m_failed = false; ///< the stream ended with an error
 };

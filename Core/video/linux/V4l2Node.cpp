@@ -6,11 +6,16 @@
 
 V4l2Node::V4l2Node(const QString& node)
     : m_fd(::open(node.toLocal8Bit().constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC))
+    , m_openError(m_fd ? 0 : errno)
 {
 }
 
 bool V4l2Node::control(unsigned long request, void* argument) const
 {
+    if (!m_fd) {
+        errno = m_openError;
+        return false;
+    }
     int result = 0;
     do {
         result = ::ioctl(m_fd.get(), request, argument);
@@ -21,7 +26,16 @@ bool V4l2Node::control(unsigned long request, void* argument) const
 std::optional<v4l2_capability> V4l2Node::capability() const
 {
     v4l2_capability capability{};
-    if (!m_fd || !control(VIDIOC_QUERYCAP, &capability))
+    if (!control(VIDIOC_QUERYCAP, &capability))
         return std::nullopt;
     return capability;
+}
+
+int V4l2Node::streamError() const
+{
+    // To ask for no buffers changes nothing, but is allowed only when the stream is free.
+    v4l2_requestbuffers request{};
+    request.type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
+    request.memory = V4L2_MEMORY_MMAP;
+    return control(VIDIOC_REQBUFS, &request) ? 0 : errno;
 }

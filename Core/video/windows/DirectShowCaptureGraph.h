@@ -33,6 +33,7 @@ public:
     void hideVideoWindow() override;
     bool run() override;
     void stop() override;
+    [[nodiscard]] bool hasFailed() const override { return false; } // the graph keeps running
     void clearNotifyWindow() override;
     std::unique_ptr<VideoProcAmp> makeVideoProcAmp() override;
 
