@@ -1,5 +1,6 @@
 #pragma once
 
+#include "PreviewFailure.h"
 #include "VideoProcAmp.h"
 
 #include <memory>
@@ -64,6 +65,8 @@ public:
     virtual void stop() = 0;
     /// Whether the stream has ended with an error since run().
     [[nodiscard]] virtual bool hasFailed() const = 0;
+    /// Why the last step or the stream has failed, as far as the platform tells.
+    [[nodiscard]] virtual PreviewFailure failure() const = 0;
     virtual void clearNotifyWindow() = 0;
 
     /// Access to the picture properties of the bound source; null when there is no source.

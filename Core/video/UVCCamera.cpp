@@ -65,6 +65,15 @@ void UVCCamera::enumerateCameras(QList<UVCDeviceInfo>& out)
 
 bool UVCCamera::openDevice(const QString& devicePath, WId window)
 {
+    m_failure = {};
+    const bool built = buildPreview(devicePath, window);
+    if (!built)
+        noteFailure();
+    return built;
+}
+
+bool UVCCamera::buildPreview(const QString& devicePath, WId window)
+{
     qCDebug(videoLog) << "openDevice";
     m_currentDevicePath = devicePath;
     m_targetWindow = window;
@@ -107,9 +116,12 @@ bool UVCCamera::startCapture()
 {
     if (!m_opened)
         return false;
+    m_failure = {};
     m_graph->placeVideoWindow(m_targetWindow);
-    if (!m_graph->run())
+    if (!m_graph->run()) {
+        noteFailure();
         return false;
+    }
     m_running = true;
     return true;
 }
@@ -128,8 +140,16 @@ void UVCCamera::endFailedCapture()
     // The preview may have been stopped, and even started again, since the stream ended.
     if (!m_running || !m_graph->hasFailed())
         return;
+    noteFailure();
     stopCapture();
     emit sigCaptureFailed();
+}
+
+void UVCCamera::noteFailure()
+{
+    m_failure = m_graph->failure();
+    if (m_failure.cause == PreviewFailure::Cause::None)
+        m_failure.cause = PreviewFailure::Cause::Other;
 }
 
 void UVCCamera::closeDevice()

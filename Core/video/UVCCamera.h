@@ -1,6 +1,7 @@
 #pragma once
 
 #include "PictureSettings.h"
+#include "PreviewFailure.h"
 #include "SampleGrabberCallback.h"
 #include "UVCDeviceInfo.h"
 #include "UVCHid.h"
@@ -52,6 +53,9 @@ public:
     void stopCapture();
     /// Releases the preview.
     void closeDevice();
+
+    /// Why the last openDevice() or startCapture() failed, or the preview has ended since.
+    [[nodiscard]] const PreviewFailure& lastFailure() const { return m_failure; }
 
     /// Whether a preview is built.
     [[nodiscard]] bool isOpened() const { return m_opened; }
@@ -136,12 +140,15 @@ signals:
 
 private:
     void endFailedCapture();
+    [[nodiscard]] bool buildPreview(const QString& devicePath, WId window);
+    void noteFailure();
     void releaseGraph();
     [[nodiscard]] VideoProcAmpRecord& record(PictureProperty property);
     void resetPicture();
 
     bool m_opened = false;
     bool m_running = false;
+    PreviewFailure m_failure;
     int m_width = 0;
     int m_height = 0;
     int m_screenColourDepth = 0;

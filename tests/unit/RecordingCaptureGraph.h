@@ -21,8 +21,9 @@ struct CaptureScript
     SampleGrabberCallback* callback = nullptr;
     std::function<void()> onRelease; ///< called by release(), when the stream ends
 
+    PreviewFailure failure;
     bool hasFailed = false; ///< whether the stream has ended with an error
-    bool hasSource = true; ///< whether a helper for the picture properties can be created
+    bool hasSource = true;  ///< whether a helper for the picture properties can be created
     std::map<int, VideoProcAmpRecord> properties; ///< the camera's answers, by property id
     std::vector<std::pair<VideoProcAmpRecord, long>> propertyWrites;
 
@@ -52,6 +53,7 @@ public:
     bool run() override;
     void stop() override;
     [[nodiscard]] bool hasFailed() const override { return m_script->hasFailed; }
+    [[nodiscard]] PreviewFailure failure() const override { return m_script->failure; }
     void clearNotifyWindow() override;
     std::unique_ptr<VideoProcAmp> makeVideoProcAmp() override;
 

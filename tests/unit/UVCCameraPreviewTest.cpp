@@ -159,6 +159,27 @@ TEST_P(UVCCameraFailingStep, EndsTheOpening)
     EXPECT_FALSE(camera->startCapture());
 }
 
+TEST_P(UVCCameraFailingStep, HasACauseUntilTheNextOpening)
+{
+    script->failing = {QString::fromLatin1(GetParam())};
+    script->failure = {PreviewFailure::Cause::PartMissing, "part"};
+    EXPECT_FALSE(camera->openDevice(kDevice, kWindow));
+    EXPECT_EQ(camera->lastFailure().cause, PreviewFailure::Cause::PartMissing);
+    EXPECT_EQ(camera->lastFailure().detail, "part");
+
+    script->failing.clear();
+    EXPECT_TRUE(camera->openDevice(kDevice, kWindow));
+    EXPECT_EQ(camera->lastFailure().cause, PreviewFailure::Cause::None);
+    EXPECT_EQ(camera->lastFailure().detail, "");
+}
+
+TEST_P(UVCCameraFailingStep, HasACauseAlsoWhenThePlatformTellsNone)
+{
+    script->failing = {QString::fromLatin1(GetParam())};
+    EXPECT_FALSE(camera->openDevice(kDevice, kWindow));
+    EXPECT_EQ(camera->lastFailure().cause, PreviewFailure::Cause::Other);
+}
+
 TEST_P(UVCCameraFailingStep, DoesNotPreventALaterOpening)
 {
     script->failing = {QString::fromLatin1(GetParam())};
@@ -245,12 +266,16 @@ TEST_F(UVCCameraPreview, CameraThatDoesNotStreamFailsToStart)
 {
     open();
     script->failing = {"run"};
+    script->failure = {PreviewFailure::Cause::InUse, "other"};
     EXPECT_FALSE(camera->startCapture());
     EXPECT_FALSE(camera->isRunning());
     EXPECT_TRUE(camera->isOpened());
+    EXPECT_EQ(camera->lastFailure().cause, PreviewFailure::Cause::InUse);
+    EXPECT_EQ(camera->lastFailure().detail, "other");
 
     script->failing.clear();
     EXPECT_TRUE(camera->startCapture());
+    EXPECT_EQ(camera->lastFailure().cause, PreviewFailure::Cause::None);
     EXPECT_TRUE(camera->isRunning());
 }
 
@@ -262,6 +287,7 @@ TEST_F(UVCCameraFailingStream, IsStoppedAndReportedOnce)
     QObject::connect(camera.get(), &UVCCamera::sigCaptureFailed, [&reports] { ++reports; });
     script->steps.clear();
     script->hasFailed = true;
+    script->failure.cause = PreviewFailure::Cause::Gone;
     std::thread([this] {
         script->callback->captureFailed();
         script->callback->captureFailed();
@@ -269,6 +295,7 @@ TEST_F(UVCCameraFailingStream, IsStoppedAndReportedOnce)
     EXPECT_EQ(reports, 0);
     QCoreApplication::sendPostedEvents();
     EXPECT_EQ(reports, 1);
+    EXPECT_EQ(camera->lastFailure().cause, PreviewFailure::Cause::Gone);
     EXPECT_EQ(script->steps, (QStringList{"stop", "hideVideoWindow"}));
     EXPECT_FALSE(camera->isRunning());
     EXPECT_TRUE(camera->isOpened());

@@ -100,6 +100,7 @@ private slots:
     void failedAttemptLeavesNothingBehind();
     void cameraInUseIsDetected_data();
     void cameraInUseIsDetected();
+    void cameraThatCannotBeBoundDoesNotOpen_data();
     void cameraThatCannotBeBoundDoesNotOpen();
     void amplifierReturnsRanges();
     void amplifierAcceptsValues();
@@ -146,6 +147,7 @@ void DirectShowPreviewTest::unknownPathDoesNotOpen()
 {
     QVERIFY(!m_camera->openDevice(SoftCamera::supportedPath(2), m_window->winId()));
     QVERIFY(!m_camera->isOpened());
+    QCOMPARE(m_camera->lastFailure().cause, PreviewFailure::Cause::Gone);
     QCOMPARE(m_device->script().binds.load(), 0);
 }
 
@@ -377,10 +379,28 @@ void DirectShowPreviewTest::cameraInUseIsDetected()
     QVERIFY(m_camera->isRunning());
 }
 
+void DirectShowPreviewTest::cameraThatCannotBeBoundDoesNotOpen_data()
+{
+    using Cause = PreviewFailure::Cause;
+    QTest::addColumn<int>("refusal");
+    QTest::addColumn<int>("cause");
+    const auto row = [](const char* name, HRESULT refusal, Cause cause) {
+        QTest::newRow(name) << static_cast<int>(refusal) << static_cast<int>(cause);
+    };
+    row("busy", kBusy, Cause::InUse);
+    row("no resources", kNoResources, Cause::InUse);
+    row("not allowed", E_ACCESSDENIED, Cause::NoPermission);
+    row("class missing", REGDB_E_CLASSNOTREG, Cause::PartMissing);
+    row("not specified", E_FAIL, Cause::Other);
+}
+
 void DirectShowPreviewTest::cameraThatCannotBeBoundDoesNotOpen()
 {
-    m_device->script().bindResult = kBusy;
+    QFETCH(int, refusal);
+    QFETCH(int, cause);
+    m_device->script().bindResult = refusal;
     QVERIFY(!open());
+    QCOMPARE(static_cast<int>(m_camera->lastFailure().cause), cause);
     QVERIFY(!m_camera->isOpened());
     QCOMPARE(m_device->script().filtersAlive.load(), 0);
 }

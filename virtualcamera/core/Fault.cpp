@@ -31,9 +31,9 @@ bool isEvent(FaultKind kind)
     case FaultKind::NeverReturn:
     case FaultKind::Busy:
     case FaultKind::OpenError:
+    case FaultKind::Denied:
     case FaultKind::Frozen:
     case FaultKind::ControlError:
-    case FaultKind::VideoOpenError:
         return false;
     default:
         return true;
@@ -103,9 +103,9 @@ const std::vector<FaultInfo>& faultInfos()
         {FaultKind::Stale, "stale", {"reports"}, "old reports come before the answer"},
         {FaultKind::BadChecksum, "badcrc", {}, "answers with a wrong checksum"},
         {FaultKind::OpenError, "open-error", {}, "the HID node cannot be opened"},
+        {FaultKind::Denied, "denied", {}, "the user may not open the video node"},
         {FaultKind::Frozen, "frozen", {}, "the video delivers no more frames"},
         {FaultKind::ControlError, "control-error", {}, "picture controls cannot be set"},
-        {FaultKind::VideoOpenError, "video-open-error", {}, "the video node cannot be opened"},
     };
     return infos;
 }

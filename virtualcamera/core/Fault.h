@@ -26,9 +26,9 @@ enum class FaultKind {
     Stale,
     BadChecksum,
     OpenError,
+    Denied,
     Frozen,
-    ControlError,
-    VideoOpenError
+    ControlError
 };
 
 struct FaultInfo

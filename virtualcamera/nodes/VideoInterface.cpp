@@ -45,7 +45,7 @@ public:
 
     SyscallResult opened() override
     {
-        if (m_interface.m_device.faults().isActive(FaultKind::VideoOpenError))
+        if (m_interface.m_device.faults().isActive(FaultKind::Denied))
             return -EACCES;
         m_interface.m_sessions.insert(this);
         ++m_interface.m_totalOpens;

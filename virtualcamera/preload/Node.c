@@ -62,6 +62,22 @@ int realFstat(int fd, struct stat* status)
     return nextFstat()(fd, status);
 }
 
+bool nodeOfLink(char* target, char* path, unsigned long size)
+{
+    if (!root[0])
+        return false;
+    /* Every open() replaces the FIFO at the path, so the kernel reports this one as deleted. */
+    char* suffix = strstr(target, " (deleted)");
+    if (suffix)
+        *suffix = '\0';
+    const unsigned long rootLength = strlen(root);
+    if (strncmp(target, root, rootLength) != 0 || strncmp(target + rootLength, "/dev/", 5) != 0 ||
+        strlen(target + rootLength) >= size)
+        return false;
+    strcpy(path, target + rootLength);
+    return true;
+}
+
 bool nodeOfFd(int fd, char* path, unsigned long size)
 {
     if (!root[0] || fd < 0)
@@ -76,15 +92,7 @@ bool nodeOfFd(int fd, char* path, unsigned long size)
         /* A direct system call, because umockdev redirects readlink(). */
         const long length = syscall(SYS_readlinkat, -100, link, target, sizeof target - 1);
         target[length > 0 ? length : 0] = '\0';
-        /* Every open() replaces the FIFO at the path, so the kernel reports this one as deleted. */
-        char* suffix = strstr(target, " (deleted)");
-        if (suffix)
-            *suffix = '\0';
-        const unsigned long rootLength = strlen(root);
-        found = strncmp(target, root, rootLength) == 0 &&
-                strncmp(target + rootLength, "/dev/", 5) == 0 && strlen(target + rootLength) < size;
-        if (found)
-            strcpy(path, target + rootLength);
+        found = nodeOfLink(target, path, size);
     }
     errno = savedErrno;
     return found;

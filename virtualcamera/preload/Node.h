@@ -9,6 +9,9 @@ const char* nodeRoot(void);
 /* The node "/dev/..." of a virtual camera that `fd` is open on; false for any other file. */
 bool nodeOfFd(int fd, char* path, unsigned long size);
 
+/* The same for the target of a link below /proc/<process>/fd, which is changed. */
+bool nodeOfLink(char* target, char* path, unsigned long size);
+
 /* Whether a path can be the path of a node. */
 bool isNodePath(const char* path);
 

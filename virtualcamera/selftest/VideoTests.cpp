@@ -127,12 +127,12 @@ TEST(Video, BusyFaultRefusesTheStream)
     EXPECT_EQ(0, stream.setFormat(V4L2_PIX_FMT_YUYV, 640, 360));
 }
 
-TEST(Video, OpenErrorFaultRefusesNewHandles)
+TEST(Video, DeniedFaultRefusesNewHandles)
 {
     TestCamera camera;
     const std::string node = camera.videoNode();
     VideoStream known(node);
-    camera.client.fault(camera.id(), "video-open-error");
+    camera.client.fault(camera.id(), "denied");
     errno = 0;
     EXPECT_LT(::open(node.c_str(), O_RDWR | O_CLOEXEC), 0);
     EXPECT_EQ(EACCES, errno);

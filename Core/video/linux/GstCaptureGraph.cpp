@@ -3,6 +3,7 @@
 #include "../SampleGrabberCallback.h"
 #include "../VideoDevices.h"
 #include "LogCategories.h"
+#include "NodeFailure.h"
 #include "PreviewFrames.h"
 #include "PreviewSurface.h"
 #include "V4l2Modes.h"
@@ -19,19 +20,14 @@
 
 namespace {
 
+constexpr const char* kInUse = "preview: camera in use by another program:";
+
 /// Bits per pixel of the screens that show pictures.
 constexpr std::array<int, 3> kPixelSizes{8, 16, 32};
 
-GstElement* addElement(GstElement* pipeline, const char* factory, const char* name)
-{
-    GstElement* element = gst_element_factory_make(factory, name);
-    if (!element) {
-        qCWarning(videoLog) << "GStreamer element missing:" << factory;
-        return nullptr;
-    }
-    gst_bin_add(GST_BIN(pipeline), element);
-    return element;
-}
+constexpr const char* kCorePackage = "libgstreamer1.0-0";
+constexpr const char* kBasePackage = "gstreamer1.0-plugins-base";
+constexpr const char* kGoodPackage = "gstreamer1.0-plugins-good";
 
 GstCapsPtr capsFromText(const QString& text)
 {
@@ -87,13 +83,29 @@ void GstCaptureGraph::release()
     delete m_surface;
 }
 
+/// @param package Debian's, which has the element
+GstElement* GstCaptureGraph::addElement(const char* factory, const char* package, const char* name)
+{
+    GstElement* element = gst_element_factory_make(factory, name);
+    if (!element) {
+        qCWarning(videoLog) << "GStreamer element missing:" << factory;
+        m_failure = {PreviewFailure::Cause::PartMissing,
+                     QStringLiteral("%1 (%2)").arg(QLatin1String(factory), QLatin1String(package))};
+        return nullptr;
+    }
+    gst_bin_add(GST_BIN(m_pipeline.get()), element);
+    return element;
+}
+
 bool GstCaptureGraph::createSampleGrabber()
 {
     release();
+    m_failure = {};
     GError* error = nullptr;
     if (!gst_init_check(nullptr, nullptr, &error)) {
         const GErrorPtr owned(error);
         qCWarning(videoLog) << "GStreamer does not start:" << (owned ? owned->message : "");
+        m_failure = {PreviewFailure::Cause::PartMissing, QLatin1String(kCorePackage)};
         return false;
     }
     m_pipeline.reset(gst_pipeline_new("preview"));
@@ -101,7 +113,7 @@ bool GstCaptureGraph::createSampleGrabber()
     const GstBusPtr bus(gst_element_get_bus(m_pipeline.get()));
     gst_bus_set_sync_handler(bus.get(), &GstCaptureGraph::onMessage, this, nullptr);
 
-    m_grabber = addElement(m_pipeline.get(), "appsink", "Sample Grabber");
+    m_grabber = addElement("appsink", kBasePackage, "Sample Grabber");
     if (!m_grabber)
         return false;
     g_object_set(m_grabber, "emit-signals", TRUE, "sync", FALSE, "max-buffers", 1U, "drop", TRUE,
@@ -118,12 +130,13 @@ bool GstCaptureGraph::bindCaptureSource(const QString& devicePath)
             return true;
         }
     }
+    m_failure.cause = PreviewFailure::Cause::Gone;
     return false;
 }
 
 bool GstCaptureGraph::addFilters()
 {
-    m_source = addElement(m_pipeline.get(), "v4l2src", "Video Filter");
+    m_source = addElement("v4l2src", kGoodPackage, "Video Filter");
     if (!m_source)
         return false;
     g_object_set(m_source, "device", m_node.toLocal8Bit().constData(), nullptr);
@@ -156,6 +169,8 @@ bool GstCaptureGraph::renderPreview(WId window)
 {
     const QWidget* target = QWidget::find(window);
     const V4l2Node node(m_node);
+    if (!node.isOpen())
+        m_failure = nodeFailure(m_node, node.openError());
     if (!target || !node.isOpen())
         return false;
 
@@ -166,7 +181,7 @@ bool GstCaptureGraph::renderPreview(WId window)
     m_mode = *mode;
     m_frameSize = fittedSize(m_mode.size, targetSize);
 
-    GstElement* queue = addElement(m_pipeline.get(), "queue", "queue");
+    GstElement* queue = addElement("queue", kCorePackage, "queue");
     if (!queue)
         return false;
     gst_util_set_object_arg(G_OBJECT(queue), "leaky", "downstream");
@@ -178,7 +193,7 @@ bool GstCaptureGraph::renderPreview(WId window)
     if (m_mode.format == VideoMode::Format::Mjpeg)
         return gst_element_link(queue, m_grabber);
 
-    GstElement* scale = addElement(m_pipeline.get(), "videoconvertscale", "scale");
+    GstElement* scale = addElement("videoconvertscale", kBasePackage, "scale");
     if (!scale)
         return false;
     g_object_set(scale, "add-borders", FALSE, nullptr);
@@ -229,29 +244,26 @@ bool GstCaptureGraph::run()
     if (m_playing && !hasFailed())
         return true;
     stop();
-    if (!isCameraFree())
-        return false;
     {
         const std::lock_guard<std::mutex> lock(m_streamMutex);
         m_failed = false;
+        m_refused = false;
     }
+    // The pipeline asks the camera for its stream on a thread of its own, and the first frame may
+    // take long. Whether another program has the stream can be asked at once.
+    const int error = V4l2Node(m_node).streamError();
+    m_failure = nodeFailure(m_node, error);
+    if (error == EBUSY)
+        qCWarning(videoLog) << kInUse << m_node << m_failure.detail;
+    else if (error != 0)
+        qCWarning(videoLog) << "preview:" << m_node << qt_error_string(error);
+    if (error != 0)
+        return false;
     m_playing =
         gst_element_set_state(m_pipeline.get(), GST_STATE_PLAYING) != GST_STATE_CHANGE_FAILURE;
     if (!m_playing)
         stop();
     return m_playing;
-}
-
-/// The pipeline asks the camera for its stream on a thread of its own, and the first frame may take
-/// long. Whether another program has the stream can be asked at once.
-bool GstCaptureGraph::isCameraFree() const
-{
-    const int error = V4l2Node(m_node).streamError();
-    if (error == EBUSY)
-        qCWarning(videoLog) << "preview: camera in use by another program:" << m_node;
-    else if (error != 0)
-        qCWarning(videoLog) << "preview:" << m_node << qt_error_string(error);
-    return error == 0;
 }
 
 void GstCaptureGraph::stop()
@@ -266,6 +278,20 @@ bool GstCaptureGraph::hasFailed() const
 {
     const std::lock_guard<std::mutex> lock(m_streamMutex);
     return m_failed;
+}
+
+PreviewFailure GstCaptureGraph::failure() const
+{
+    bool refused = false;
+    {
+        const std::lock_guard<std::mutex> lock(m_streamMutex);
+        if (!m_failed)
+            return m_failure;
+        refused = m_refused;
+    }
+    // The pipeline's errors have no errno. Whether the camera is still there can be asked again.
+    const int nodeError = V4l2Node(m_node).capability() ? 0 : errno;
+    return nodeFailure(m_node, refused ? EBUSY : nodeError);
 }
 
 void GstCaptureGraph::clearNotifyWindow()
@@ -308,16 +334,19 @@ GstBusSyncReply GstCaptureGraph::onMessage(GstBus* bus, GstMessage* message, gpo
 
 void GstCaptureGraph::noteError(const GError& error)
 {
-    if (g_error_matches(&error, GST_RESOURCE_ERROR, GST_RESOURCE_ERROR_BUSY))
-        qCWarning(videoLog) << "preview: camera in use by another program:" << error.message;
+    const bool refused = g_error_matches(&error, GST_RESOURCE_ERROR, GST_RESOURCE_ERROR_BUSY);
+    if (refused)
+        qCWarning(videoLog) << kInUse << error.message;
     else
         qCWarning(videoLog) << "preview:" << error.message;
     SampleGrabberCallback* callback = nullptr;
     {
         const std::lock_guard<std::mutex> lock(m_streamMutex);
         // Elements behind the first one that fails report errors too.
-        if (!m_failed)
+        if (!m_failed) {
             callback = m_callback;
+            m_refused = refused;
+        }
         m_failed = true;
     }
     if (callback)

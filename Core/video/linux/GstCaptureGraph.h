@@ -38,6 +38,7 @@ public:
     bool run() override;
     void stop() override;
     [[nodiscard]] bool hasFailed() const override;
+    [[nodiscard]] PreviewFailure failure() const override;
     void clearNotifyWindow() override;
     std::unique_ptr<VideoProcAmp> makeVideoProcAmp() override;
 
@@ -48,7 +49,7 @@ private:
     void deliver(GstSamplePtr sample);
     static QImage decode(const unsigned char* data, std::size_t size, const QSize& frameSize);
     void noteError(const GError& error);
-    [[nodiscard]] bool isCameraFree() const;
+    GstElement* addElement(const char* factory, const char* package, const char* name);
 
     GstElementPtr m_pipeline;
     // Owned by the pipeline.
@@ -63,7 +64,9 @@ private:
     QPointer<PreviewSurface> m_surface;
 
     bool m_playing = false;
+    PreviewFailure m_failure; ///< of the last step
 
     mutable std::mutex m_streamMutex;
-    bool m_failed = false; ///< the stream ended with an error
+    bool m_failed = false;  ///< the stream ended with an error
+    bool m_refused = false; ///< because another program has the camera
 };

@@ -1,6 +1,7 @@
 #include "DirectShowCaptureGraph.h"
 
 #include "DirectShowProcAmp.h"
+#include "HresultFailure.h"
 #include "MediaType.h"
 #include "VideoInputs.h"
 
@@ -38,10 +39,10 @@ GUID subtypeOf(PreviewFormat format)
 }
 
 template <typename Interface>
-bool createObject(const CLSID& classId, ComPtr<Interface>& object)
+HRESULT createObject(const CLSID& classId, ComPtr<Interface>& object)
 {
-    return SUCCEEDED(::CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, __uuidof(Interface),
-                                        object.putVoid()));
+    return ::CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, __uuidof(Interface),
+                              object.putVoid());
 }
 
 } // namespace
@@ -58,8 +59,8 @@ DirectShowCaptureGraph::~DirectShowCaptureGraph()
 
 bool DirectShowCaptureGraph::create()
 {
-    if (!createObject(CLSID_FilterGraph, m_graph) ||
-        !createObject(CLSID_CaptureGraphBuilder2, m_builder))
+    if (FAILED(createObject(CLSID_FilterGraph, m_graph)) ||
+        FAILED(createObject(CLSID_CaptureGraphBuilder2, m_builder)))
         return false;
     m_mediaControl = m_graph.query<IMediaControl>();
     m_videoWindow = m_graph.query<IVideoWindow>(IID_IVideoWindow);
@@ -89,23 +90,40 @@ bool DirectShowCaptureGraph::createSampleGrabber()
         release();
         create();
     }
-    return createObject(kSampleGrabberClass, m_grabberFilter);
+    m_failure = {};
+    return noteResult(createObject(kSampleGrabberClass, m_grabberFilter), "qedit.dll");
+}
+
+/// Keeps the cause of a failure.
+/// @param part the library whose classes the call needs
+bool DirectShowCaptureGraph::noteResult(HRESULT result, const char* part)
+{
+    m_failure = hresultFailure(result);
+    if (m_failure.cause == PreviewFailure::Cause::PartMissing)
+        m_failure.detail = QString::fromLatin1(part);
+    return SUCCEEDED(result);
 }
 
 bool DirectShowCaptureGraph::bindCaptureSource(const QString& devicePath)
 {
     for (const VideoInput& input : listVideoInputs()) {
         if (VideoDevices::withFallbacks(input.properties).devicePath == devicePath)
-            return SUCCEEDED(input.moniker->BindToObject(nullptr, nullptr, __uuidof(IBaseFilter),
-                                                         m_captureFilter.putVoid()));
+            return noteResult(input.moniker->BindToObject(nullptr, nullptr, __uuidof(IBaseFilter),
+                                                          m_captureFilter.putVoid()),
+                              "ksproxy.ax");
     }
+    m_failure = {PreviewFailure::Cause::Gone, {}};
     return false;
 }
 
 bool DirectShowCaptureGraph::addFilters()
 {
-    if (!m_graph || FAILED(m_graph->AddFilter(m_captureFilter.get(), L"Video Filter")) ||
-        FAILED(m_graph->AddFilter(m_grabberFilter.get(), L"Sample Grabber")))
+    if (!m_graph) {
+        m_failure = {PreviewFailure::Cause::PartMissing, QStringLiteral("quartz.dll")};
+        return false;
+    }
+    if (!noteResult(m_graph->AddFilter(m_captureFilter.get(), L"Video Filter"), "quartz.dll") ||
+        !noteResult(m_graph->AddFilter(m_grabberFilter.get(), L"Sample Grabber"), "quartz.dll"))
         return false;
     m_grabber = m_grabberFilter.query<ISampleGrabber>();
     return static_cast<bool>(m_grabber);
@@ -132,9 +150,10 @@ bool DirectShowCaptureGraph::renderPreview(WId window)
 {
     // The video window gets its place when the preview starts.
     Q_UNUSED(window)
-    return m_builder && SUCCEEDED(m_builder->RenderStream(&PIN_CATEGORY_PREVIEW, &MEDIATYPE_Video,
-                                                          m_captureFilter.get(),
-                                                          m_grabberFilter.get(), nullptr));
+    return m_builder && noteResult(m_builder->RenderStream(&PIN_CATEGORY_PREVIEW, &MEDIATYPE_Video,
+                                                           m_captureFilter.get(),
+                                                           m_grabberFilter.get(), nullptr),
+                                   "quartz.dll");
 }
 
 std::optional<QSize> DirectShowCaptureGraph::connectedFrameSize()
@@ -180,7 +199,7 @@ void DirectShowCaptureGraph::hideVideoWindow()
 
 bool DirectShowCaptureGraph::run()
 {
-    return m_mediaControl && SUCCEEDED(m_mediaControl->Run());
+    return m_mediaControl && noteResult(m_mediaControl->Run(), "quartz.dll");
 }
 
 void DirectShowCaptureGraph::stop()

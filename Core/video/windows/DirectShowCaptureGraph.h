@@ -34,11 +34,15 @@ public:
     bool run() override;
     void stop() override;
     [[nodiscard]] bool hasFailed() const override { return false; } // the graph keeps running
+    [[nodiscard]] PreviewFailure failure() const override { return m_failure; }
     void clearNotifyWindow() override;
     std::unique_ptr<VideoProcAmp> makeVideoProcAmp() override;
 
 private:
-    ComApartment m_com; ///< made first, destroyed last
+    bool noteResult(HRESULT result, const char* part);
+
+    PreviewFailure m_failure; ///< of the last step
+    ComApartment m_com;       ///< made first, destroyed last
     GrabberCallback m_callback;
     ComPtr<IBaseFilter> m_captureFilter;
     ComPtr<ICaptureGraphBuilder2> m_builder;

@@ -51,7 +51,7 @@ void cause(const Model::Faults& faults, PluggedCamera& camera)
     if (faults.isVideoTaken)
         camera.addFault("busy");
     if (faults.isVideoRefused)
-        camera.addFault("video-open-error");
+        camera.addFault("denied");
     camera.setValue("amp", faults.hasAmplifier ? 1 : 0);
 }
 

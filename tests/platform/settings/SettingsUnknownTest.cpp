@@ -189,7 +189,7 @@ void SettingsUnknownTest::pictureThatIsNotKnownIsNotSaved()
 void SettingsUnknownTest::previewButtonFillsThePageOfACameraThatCouldNotBeOpened()
 {
     m_camera->setValue("HorizontalMirror", 1);
-    m_camera->fault("video-open-error");
+    m_camera->fault("denied");
     QVERIFY(m_desk->open(*m_camera));
     QVERIFY(!m_desk->find("stackedWidget")->isEnabled());
     m_camera->clearFaults();

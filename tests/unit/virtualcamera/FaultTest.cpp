@@ -99,9 +99,9 @@ TEST(Fault, ConditionsDoNotApplyToRequests)
     FaultPlan plan;
     plan.add(parse({"busy"}));
     plan.add(parse({"open-error", "times=1"}));
-    plan.add(parse({"video-open-error"}));
+    plan.add(parse({"denied"}));
     EXPECT_EQ(0U, applies(plan, 0x5000));
-    EXPECT_TRUE(plan.isActive(FaultKind::VideoOpenError));
+    EXPECT_TRUE(plan.isActive(FaultKind::Denied));
     EXPECT_TRUE(plan.isActive(FaultKind::Busy));
     EXPECT_FALSE(plan.isActive(FaultKind::Frozen));
     EXPECT_TRUE(plan.countOpen());
