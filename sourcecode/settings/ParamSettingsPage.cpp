@@ -166,6 +166,7 @@ void ParamSettingsPage::resetPage(int tabIndex)
     ui->btnFeatureSetting->setChecked(true);
     ui->stackedWidget->setCurrentIndex(tabIndex);
     placeTabMark(kFeatureMark);
+    setPreviewReason({}); // of the camera before
     ui->featureScrollArea->verticalScrollBar()->setValue(0);
     ui->cameraScrollArea->verticalScrollBar()->setValue(0);
 }
@@ -493,6 +494,11 @@ void ParamSettingsPage::setPreviewOpen(bool open)
 {
     ui->previewWidget->setStyleSheet(
         open ? QString() : QStringLiteral("image: url(:/images/previewLabel.png)"));
+}
+
+void ParamSettingsPage::setPreviewReason(const QString& reason)
+{
+    ui->previewReason->say(reason);
 }
 
 void ParamSettingsPage::placeTabMark(const QPoint& position)

@@ -77,6 +77,8 @@ public:
     /// Shows the notice for 2.5 s, if 4K is in use and streaming.
     void show4kNotice();
     void setPreviewOpen(bool open);
+    /// Says in the preview area why there is no picture; an empty @p reason says nothing.
+    void setPreviewReason(const QString& reason);
     /// The page shows the settings of the camera that is open.
     void setSettingsAvailable();
     /// The page cannot show them: nothing on it may be changed, and the tool tip says why.

@@ -5,6 +5,7 @@
 #include "LogCategories.h"
 #include "OpenCamera.h"
 #include "ParamSettingsPage.h"
+#include "PreviewFailureText.h"
 #include "PreviewOverlays.h"
 #include "UVCCamera.h"
 
@@ -31,10 +32,10 @@ void PreviewControl::startPlay(bool isBusy)
 {
     CameraSession& session = m_camera.session();
     if (isBusy) {
+        const QString wait = tr("The installation process will take a long time. Please wait.");
         session.forgetParameters();
-        showRunning(false);
-        m_page.setSettingsUnavailable(
-            tr("The installation process will take a long time. Please wait."));
+        showRunning(false, wait);
+        m_page.setSettingsUnavailable(wait);
         return;
     }
     const BusyCursor busy;
@@ -42,21 +43,21 @@ void PreviewControl::startPlay(bool isBusy)
     qCDebug(videoLog) << "openDevice result =" << opened;
     if (!opened) {
         qCDebug(videoLog) << "open Device failed!";
-        showRunning(false);
+        showRunning(false, reason());
         if (!session.areValuesKnown())
-            m_page.setSettingsUnavailable(
-                tr("The camera cannot be opened. Unplug it and plug it in again."));
+            m_page.setSettingsUnavailable(reason());
         return;
     }
 
     m_camera.camera().stopCapture();
-    const bool running = m_overlays.isPreviewOpen() && m_camera.camera().startCapture();
+    const bool wanted = m_overlays.isPreviewOpen();
+    const bool running = wanted && m_camera.camera().startCapture();
     qCDebug(videoLog) << "startCapture() result =" << running;
     if (!running) {
         qCDebug(videoLog) << "Capture failed!";
         m_camera.camera().stopCapture();
     }
-    showRunning(running);
+    showRunning(running, wanted && !running ? reason() : QString());
 
     showValues();
 
@@ -89,16 +90,25 @@ void PreviewControl::showValues()
     m_settings.setAdvancedParam();
 }
 
-/// Sets buttons and page to a preview that runs or does not.
-void PreviewControl::showRunning(bool running)
+/// Why the camera shows no picture, after a failure.
+QString PreviewControl::reason() const
 {
-    m_overlays.showRunning(running);
-    setPageRunning(running);
+    return PreviewFailureText::of(m_camera.camera().lastFailure());
 }
 
-void PreviewControl::setPageRunning(bool running)
+/// Sets buttons and page to a preview that runs or does not.
+/// @param reason why it does not; empty when the user does not want it
+void PreviewControl::showRunning(bool running, const QString& reason)
+{
+    // The page first: Qt handles events while it shows the overlays, and the stream may end there.
+    setPageRunning(running, reason);
+    m_overlays.showRunning(running);
+}
+
+void PreviewControl::setPageRunning(bool running, const QString& reason)
 {
     m_page.setPreviewOpen(running);
+    m_page.setPreviewReason(reason);
     if (!running)
         m_page.showPreviewTip(false);
 }
@@ -108,7 +118,7 @@ void PreviewControl::captureFailed()
     // At any time, also while the window is hidden.
     qCDebug(videoLog) << "Capture failed!";
     m_overlays.setRunning(false);
-    setPageRunning(false);
+    setPageRunning(false, reason());
 }
 
 void PreviewControl::toggle(bool isBusy)
@@ -118,13 +128,15 @@ void PreviewControl::toggle(bool isBusy)
         camera.stopCapture();
         showRunning(false);
     } else {
-        if (!openDevice())
+        if (!openDevice()) {
+            m_page.setPreviewReason(reason());
             return;
+        }
         camera.stopCapture();
         const bool running = camera.startCapture();
         if (!running)
             camera.stopCapture();
-        showRunning(running);
+        showRunning(running, running ? QString() : reason());
         // The camera could not be opened before.
         if (!isBusy && !m_camera.session().areValuesKnown())
             showValues();

@@ -35,8 +35,9 @@ private slots:
 private:
     bool openDevice();
     void showValues();
-    void showRunning(bool running);
-    void setPageRunning(bool running);
+    [[nodiscard]] QString reason() const;
+    void showRunning(bool running, const QString& reason = {});
+    void setPageRunning(bool running, const QString& reason);
 
     OpenCamera& m_camera;
     ParamSettingsPage& m_page;

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int kMostNames = 3;
+constexpr int kMostNames = 2;
 
 QByteArray linkTarget(const QString& link)
 {

@@ -1,4 +1,5 @@
 #include "ParamSettingsPageTest.h"
+#include "PreviewFailureText.h"
 
 #include <QMap>
 #include <QScreen>
@@ -46,6 +47,9 @@ private slots:
     void noticeOf4kLiesOverTheLivePreview();
     void previewAreaShowsAPictureWhileClosed();
     void previewTipIsShownOnDemand();
+    void reasonForNoPictureIsShownWhole_data();
+    void reasonForNoPictureIsShownWhole();
+    void reasonForNoPictureEndsWithItsCamera();
     void previewAreaIsANativeWindowOfItsOwn();
     void entryResetsTabsAndScrolling();
     void visibleTextsStandAsTheyAre();
@@ -461,6 +465,50 @@ void ParamSettingsPageStateTest::previewTipIsShownOnDemand()
     QVERIFY(m_shown->find("previewTip")->isVisible());
     m_shown->page().showPreviewTip(false);
     QVERIFY(!m_shown->find("previewTip")->isVisible());
+}
+
+void ParamSettingsPageStateTest::reasonForNoPictureIsShownWhole_data()
+{
+    using Cause = PreviewFailure::Cause;
+    QTest::addColumn<QString>("reason");
+    const auto row = [](const char* name, Cause cause, const char* detail) {
+        QTest::newRow(name) << PreviewFailureText::of({cause, QString::fromLatin1(detail)});
+    };
+    row("in use", Cause::InUse, "");
+    row("in use by two programs", Cause::InUse, "gst-launch-1.0, wireplumber");
+    // The greatest length that a system keeps.
+    row("in use by programs with long names", Cause::InUse, "WWWWWWWWWWWWWWW, MMMMMMMMMMMMMMM");
+    row("no permission", Cause::NoPermission, "");
+    row("part missing", Cause::PartMissing, "videoconvertscale (gstreamer1.0-plugins-base)");
+    row("gone", Cause::Gone, "");
+    row("other", Cause::Other, "");
+    QTest::newRow("installation") << QStringLiteral(
+        "The installation process will take a long time. Please wait.");
+}
+
+void ParamSettingsPageStateTest::reasonForNoPictureIsShownWhole()
+{
+    QFETCH(const QString, reason);
+    m_shown->page().setPreviewReason(reason);
+    const auto* label = m_shown->find<QLabel>("previewReason");
+    QVERIFY(label->isVisible());
+    QCOMPARE(label->text(), reason);
+    QVERIFY2(label->heightForWidth(label->width()) <= label->height(),
+             QByteArray::number(label->heightForWidth(label->width())).constData());
+    QCOMPARE(label->geometry().bottom(), 199);
+    QVERIFY(label->parentWidget()->rect().contains(label->geometry()));
+    // The button over the preview stays free.
+    QVERIFY(!label->geometry().intersects(QRect(320, 168, 24, 24)));
+}
+
+void ParamSettingsPageStateTest::reasonForNoPictureEndsWithItsCamera()
+{
+    const QWidget* label = m_shown->find("previewReason");
+    QVERIFY(!label->isVisible());
+    m_shown->page().setPreviewReason(QStringLiteral("reason"));
+    QVERIFY(label->isVisible());
+    m_shown->page().resetPage(0);
+    QVERIFY(!label->isVisible());
 }
 
 void ParamSettingsPageStateTest::previewAreaIsANativeWindowOfItsOwn()

@@ -25,6 +25,7 @@ namespace {
 const char* const kSerial = "SVAA009500551";
 constexpr int kMostControls = 30;
 constexpr int kPreviewDelayMs = 100;
+constexpr int kDebounceMs = 800;
 
 /// Sends a key through the window system: the widget with the focus receives it.
 void press(QWidget* window, Qt::Key key)
@@ -65,6 +66,7 @@ private slots:
     void lockedSwitchHasAnExplanation();
     void disabledViewHasAnExplanation();
     void cameraThatCannotBeOpenedHasAnExplanation();
+    void cameraThatMayNotBeOpenedHasAnExplanation();
 
 private:
     [[nodiscard]] bool tabTo(const char* name) { return ::tabTo(&m_desk->window(), name); }
@@ -258,7 +260,9 @@ void SettingsAccessTest::cameraThatCannotBeOpenedHasAnExplanation()
     QVERIFY(!m_desk->find("btnHorizontalMirror")->isEnabled());
     QVERIFY(!m_desk->find("brightSlider")->isEnabled());
     QCOMPARE(shownToolTipOf("btnHorizontalMirror"),
-             QStringLiteral("The camera cannot be opened. Unplug it and plug it in again."));
+             QStringLiteral("The camera was unplugged. Plug it in again."));
+    QCOMPARE(m_desk->text("previewReason"), m_desk->find("stackedWidget")->toolTip());
+    QVERIFY(m_desk->find("previewReason")->isVisible());
 
     m_camera->plug();
     DeviceManager::instance().start();
@@ -266,8 +270,34 @@ void SettingsAccessTest::cameraThatCannotBeOpenedHasAnExplanation()
     QVERIFY(m_desk->back());
     QVERIFY(m_desk->open(*m_camera));
     QVERIFY(m_desk->find("stackedWidget")->toolTip().isEmpty());
+    QVERIFY(!m_desk->find("previewReason")->isVisible());
     QVERIFY(m_desk->click("btnHorizontalMirror"));
     QCOMPARE(m_camera->value("HorizontalMirror"), 1);
+}
+
+void SettingsAccessTest::cameraThatMayNotBeOpenedHasAnExplanation()
+{
+    m_camera->fault("denied");
+    auto* card = m_desk->find<SvtaDeviceWidget>();
+    QTest::mouseClick(card, Qt::LeftButton, Qt::NoModifier, QPoint(card->width() / 2, 20));
+    QVERIFY(m_desk->isOnPage(Pages::SettingPage));
+    QVERIFY(PendingTimers::fire(kPreviewDelayMs));
+    QVERIFY(!m_desk->find("btnHorizontalMirror")->isEnabled());
+    const QString reason =
+        QStringLiteral("You have no permission to open the camera. Install the program's udev "
+                       "rule, or join the group \"video\" and log in again.");
+    QCOMPARE(shownToolTipOf("btnHorizontalMirror"), reason);
+    QCOMPARE(m_desk->text("previewReason"), reason);
+    QVERIFY(m_desk->find("previewReason")->isVisible());
+
+    // A click on the preview button tells it too, and works when there is permission.
+    QVERIFY(m_desk->clickPreview());
+    QVERIFY(m_desk->find("previewReason")->isVisible());
+    m_camera->clearFaults();
+    PendingTimers::fire(kDebounceMs);
+    QVERIFY(m_desk->clickPreview());
+    QVERIFY(m_camera->waitFor("streaming"));
+    QVERIFY(!m_desk->find("previewReason")->isVisible());
 }
 
 QTEST_MAIN(SettingsAccessTest)

@@ -1,4 +1,5 @@
 #include "CameraDesk.h"
+#include "DeviceManager.h"
 #include "OverlayImage.h"
 #include "PendingTimers.h"
 #include "Repaints.h"
@@ -7,6 +8,7 @@
 #include "TransPrewBtn.h"
 
 #include <memory>
+#include <QProcess>
 #include <QtTest>
 
 using Pages = SvtaPagesView;
@@ -46,7 +48,9 @@ private slots:
 
     void cameraInUseOpensWithoutPreview();
     void cameraInUseKeepsItsSettingsWorking();
+    void cameraInUseSaysByWhichProgram();
     void cameraInUseGivesTheToastAndStaysOff();
+    void pictureThatEndsSaysWhy();
     void cameraThatIsFreeAgainStarts();
     void previewDoesNotStartForAnUnpluggedCamera();
     void previewOfACameraThatFreezesCanBeSwitchedOff();
@@ -258,6 +262,49 @@ void SettingsPreviewTest::cameraInUseKeepsItsSettingsWorking()
     QVERIFY(m_desk->click("btnVividMode"));
     QVERIFY(m_desk->discard());
     QCOMPARE(pictureOf(*m_camera), (QList<int>{138, 128, 130, 120}));
+}
+
+void SettingsPreviewTest::cameraInUseSaysByWhichProgram()
+{
+    QProcess other;
+    other.setStandardOutputFile(QProcess::nullDevice());
+    other.start(QStringLiteral("gst-launch-1.0"),
+                {"v4l2src", "device=" + m_camera->videoNode(), "!", "fakesink"});
+    QVERIFY(other.waitForStarted());
+    QVERIFY(m_camera->waitFor("frames>=3"));
+    QVERIFY(m_desk->open(*m_camera));
+    QVERIFY(isShownClosed());
+    const auto* reason = m_desk->find<QLabel>("previewReason");
+    QTRY_VERIFY(reason->isVisible());
+    QVERIFY(reason->text().contains(QLatin1String("in use by gst-launch-1.0")));
+    QVERIFY(m_desk->find("stackedWidget")->isEnabled());
+
+    QVERIFY(m_desk->clickPreview());
+    QCOMPARE(m_desk->toast(), kInUse);
+    QVERIFY(reason->isVisible());
+    other.kill();
+    QVERIFY(other.waitForFinished());
+    QVERIFY(m_camera->waitFor("idle"));
+    passDebounce();
+    QVERIFY(m_desk->clickPreview());
+    QVERIFY(isShownRunning());
+    QVERIFY(!reason->isVisible());
+    passDebounce();
+    QVERIFY(switchPreviewOff());
+    QVERIFY(!reason->isVisible());
+}
+
+void SettingsPreviewTest::pictureThatEndsSaysWhy()
+{
+    QVERIFY(m_desk->open(*m_camera));
+    QVERIFY(m_camera->waitFor("frames>=5"));
+    DeviceManager::instance().stop(); // so that the page stays
+    m_camera->unplug();
+    QTRY_VERIFY(isShownClosed());
+    QCOMPARE(m_desk->text("previewReason"),
+             QStringLiteral("The camera was unplugged. Plug it in again."));
+    QVERIFY(m_desk->find("previewReason")->isVisible());
+    DeviceManager::instance().start();
 }
 
 void SettingsPreviewTest::cameraInUseGivesTheToastAndStaysOff()
