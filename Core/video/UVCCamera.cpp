@@ -67,8 +67,10 @@ bool UVCCamera::openDevice(const QString& devicePath, WId window)
 {
     m_failure = {};
     const bool built = buildPreview(devicePath, window);
-    if (!built)
+    if (!built) {
         noteFailure();
+        closeDevice();
+    }
     return built;
 }
 

@@ -43,9 +43,9 @@ public:
 
     /// Builds the preview of the video device with exactly this device path, to be shown in
     /// @p window. A preview that was built before is released.
-    /// @return false when there is no such device or its preview cannot be built. True, with
-    /// nothing
-    ///         built, on a screen whose colour depth has no preview format.
+    /// @return false, with the device released, when there is no such device or its preview cannot
+    ///         be built. True, with nothing built, on a screen whose colour depth has no preview
+    ///         format.
     bool openDevice(const QString& devicePath, WId window);
     /// Shows and runs the preview; does not wait for the first frame.
     /// @return false when none is built or the camera does not stream

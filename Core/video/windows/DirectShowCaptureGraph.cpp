@@ -85,7 +85,8 @@ void DirectShowCaptureGraph::release()
 
 bool DirectShowCaptureGraph::createSampleGrabber()
 {
-    // An attempt that failed half-way left its filters in the graph, where they hold the camera.
+    // On a screen without a preview format the filters of the last device are still in the graph,
+    // where they hold the camera.
     if (m_captureFilter || m_grabberFilter) {
         release();
         create();
