@@ -119,7 +119,12 @@ bool UVCCamera::startCapture()
     if (!m_opened)
         return false;
     m_failure = {};
-    m_graph->placeVideoWindow(m_targetWindow);
+    if (!m_graph->placeVideoWindow(m_targetWindow)) {
+        qCWarning(videoLog) << "preview: no window" << m_targetWindow;
+        noteFailure();
+        closeDevice();
+        return false;
+    }
     if (!m_graph->run()) {
         noteFailure();
         return false;

@@ -151,9 +151,9 @@ void RecordingCaptureGraph::installCallback(SampleGrabberCallback* callback)
     m_script->callback = callback;
 }
 
-void RecordingCaptureGraph::placeVideoWindow(WId window)
+bool RecordingCaptureGraph::placeVideoWindow(WId window)
 {
-    step("placeVideoWindow", QString::number(window));
+    return step("placeVideoWindow", QString::number(window));
 }
 
 void RecordingCaptureGraph::hideVideoWindow()
