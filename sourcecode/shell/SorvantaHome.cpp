@@ -22,6 +22,7 @@
 #include "SvtaSupportedProductDialog.h"
 #include "SvtaVersionUpdateDialog.h"
 #include "ToastDialog.h"
+#include "ToolTips.h"
 #include "TransparentBtn.h"
 #include "TransPrewBtn.h"
 #include "TrayIcon.h"
@@ -66,6 +67,7 @@ SorvantaHome::SorvantaHome(QWidget* parent)
     showView(SvtaPagesView::StartPage);
 
     m_trayIcon = new TrayIcon(this);
+    new ToolTips(this);
     connectShell();
     connectList();
     connectSettings();
