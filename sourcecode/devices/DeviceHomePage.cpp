@@ -12,6 +12,7 @@
 #include "UVCCamera.h"
 
 #include <algorithm>
+#include <iterator>
 #include <QListWidget>
 #include <QScrollBar>
 #include <QThread>
@@ -123,6 +124,7 @@ void DeviceHomePage::getHidCamerasAndAddToList(const QList<UVCDeviceInfo>& camer
     QThread::msleep(kHidReadyMs);
     m_hidMap.clear();
     UVCHid::getHidDevices(m_hidMap);
+    forgetAbsentCameras();
 
     m_deviceWidgetMap.clear();
     m_pairings.clear();
@@ -159,6 +161,7 @@ void DeviceHomePage::addCard(const HidDevices& hidItem, const CameraModel& model
         return; // an interface without a camera to show: it would have no picture and no name
     devWidgetInfo.model = QLatin1String(model.modelText);
     devWidgetInfo.path = pairing.pathMap.value(pairing.hidCnt);
+    devWidgetInfo.sn = m_serialNumbers.value(hidItem.path);
     qCDebug(hotplugLog) << "hidCnt" << pairing.hidCnt << "devWidgetInfo.path" << devWidgetInfo.path
                         << "pathMap[hidCnt]" << pairing.pathMap.value(pairing.hidCnt);
     m_deviceWidgetMap.insert(devWidgetInfo.path, devWidgetInfo);
@@ -259,6 +262,25 @@ void DeviceHomePage::updateCameraList(const QList<UVCDeviceInfo>& cameras,
     const QString openHidPath = CameraHandle::instance().currentDevice().hidPath;
     if (m_hidMap.contains(openHidPath) && !oldHidMap.contains(openHidPath))
         emit sigInitCamera(); // the open camera is back; its link still uses the old interface
+}
+
+void DeviceHomePage::setSerialNumber(const QString& hidPath, const QString& sn)
+{
+    if (sn.isEmpty())
+        return;
+    m_serialNumbers.insert(hidPath, sn);
+    for (int row = 0; row < m_list->count(); ++row) {
+        auto* card = qobject_cast<SvtaDeviceWidget*>(m_list->itemWidget(m_list->item(row)));
+        if (card && card->data().hidPath == hidPath)
+            card->setSerialNumber(sn);
+    }
+}
+
+/// Another camera may come under the same path.
+void DeviceHomePage::forgetAbsentCameras()
+{
+    for (auto it = m_serialNumbers.begin(); it != m_serialNumbers.end();)
+        it = m_hidMap.contains(it.key()) ? std::next(it) : m_serialNumbers.erase(it);
 }
 
 int DeviceHomePage::entryCount() const

@@ -42,6 +42,10 @@ public:
     /// its firmware is being written. Empty when there is no such camera.
     void setBusyCamera(const QString& hidPath) { m_busyHidPath = hidPath; }
 
+    /// The camera at @p hidPath has told its serial number: its card shows it until the camera
+    /// leaves. An empty one is ignored.
+    void setSerialNumber(const QString& hidPath, const QString& sn);
+
     /// Number of cards.
     [[nodiscard]] int entryCount() const;
     /// Shows the list in the place of the empty state.
@@ -83,6 +87,7 @@ private:
     void matchVideoDevices(const HidDevices& hidItem, const CameraModel& model,
                            const QList<UVCDeviceInfo>& cameras, DeviceWidgetInfo& devWidgetInfo,
                            Pairing& pairing);
+    void forgetAbsentCameras();
     void fixListHeight(int entries);
 
     std::unique_ptr<Ui::DeviceHomePage> ui;
@@ -95,6 +100,7 @@ private:
     QMap<QString, DeviceWidgetInfo> m_deviceWidgetMap;
     QMap<const CameraModel*, Pairing> m_pairings; ///< of the last build
     QMap<QString, bool> m_connectionMap;
+    QMap<QString, QString> m_serialNumbers; ///< those that are known, by HID path
     QString m_busyHidPath;
     /// Decimal ids of a camera, joined by "&", to its product name. Part of the interface that the
     /// list has in common with other tools of the product line; nothing here reads it.

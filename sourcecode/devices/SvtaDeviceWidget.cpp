@@ -7,6 +7,7 @@
 
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QTextDocument>
 
 SvtaDeviceWidget::SvtaDeviceWidget(QWidget* parent)
     : QWidget(parent)
@@ -40,8 +41,26 @@ void SvtaDeviceWidget::setData(const DeviceWidgetInfo& info)
                        "border: none; background: transparent; color: %1;")
             .arg(colour));
     setAccessibleName(info.name + QStringLiteral(", ") + state);
-    if (!connected)
-        setToolTip(tr("The camera does not answer. Unplug it and plug it in again."));
+    describe();
+}
+
+void SvtaDeviceWidget::setSerialNumber(const QString& sn)
+{
+    mDeviceWidgetInfo.sn = sn;
+    describe();
+}
+
+void SvtaDeviceWidget::describe()
+{
+    QStringList lines;
+    if (mDeviceWidgetInfo.status != 1)
+        lines << tr("The camera does not answer. Unplug it and plug it in again.");
+    if (!mDeviceWidgetInfo.sn.isEmpty())
+        lines << tr("Serial number: %1").arg(mDeviceWidgetInfo.sn);
+    const QString text = lines.join(QLatin1Char('\n'));
+    setAccessibleDescription(text);
+    // The serial number is what a camera reports; it may look like markup.
+    setToolTip(text.isEmpty() ? QString() : Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal));
 }
 
 bool SvtaDeviceWidget::eventFilter(QObject* watched, QEvent* event)

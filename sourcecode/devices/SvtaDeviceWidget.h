@@ -9,8 +9,9 @@ namespace Ui {
 class SvtaDeviceWidget;
 }
 
-/// The card of one camera in the device list: picture, name and connection state. Opens on release
-/// of the left button, or by Return, Enter or Space.
+/// The card of one camera in the device list: picture, name and connection state. The tool tip and
+/// the description for screen readers tell the serial number, if it is known: cameras of one model
+/// differ in nothing else. Opens on release of the left button, or by Return, Enter or Space.
 class SvtaDeviceWidget : public QWidget
 {
     Q_OBJECT
@@ -20,6 +21,8 @@ public:
     ~SvtaDeviceWidget() override;
 
     void setData(const DeviceWidgetInfo& info);
+    /// The camera has told its serial number after its card was made.
+    void setSerialNumber(const QString& sn);
     [[nodiscard]] DeviceWidgetInfo data() const { return mDeviceWidgetInfo; }
 
 signals:
@@ -31,6 +34,8 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void describe();
+
     std::unique_ptr<Ui::SvtaDeviceWidget> ui;
     DeviceWidgetInfo mDeviceWidgetInfo;
 };

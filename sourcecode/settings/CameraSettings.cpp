@@ -49,7 +49,7 @@ void CameraSettings::reapplySaved(const QString& sn)
     m_page.setImageMode(saved->reselectedImageMode);
 }
 
-void CameraSettings::reapplySavedTo(const DeviceWidgetInfo& info)
+QString CameraSettings::reapplySavedTo(const DeviceWidgetInfo& info)
 {
     UVCCamera& camera = m_camera.camera();
     m_camera.session().flushDeferred();
@@ -57,14 +57,16 @@ void CameraSettings::reapplySavedTo(const DeviceWidgetInfo& info)
     qCDebug(settingsLog) << "openDevice result =" << opened;
     if (!opened) {
         qCDebug(settingsLog) << "open Device failed!";
-        return;
+        return {};
     }
     camera.stopCapture();
     camera.initVideoProcAmp();
     camera.setCurrentDevicePath(info.hidPath);
     camera.initHid();
-    reapplySaved(ReportedText::orEmpty(camera.getSerialNumber()));
+    QString sn = ReportedText::orEmpty(camera.getSerialNumber());
+    reapplySaved(sn);
     camera.closeDevice(); // the list shows no picture
+    return sn;
 }
 
 void CameraSettings::setDeviceParam()

@@ -203,6 +203,7 @@ void SorvantaHome::refreshIdentity()
     session().refreshIdentity();
     const DeviceWidgetInfo& info = session().info();
     CameraHandle::instance().setCurrentDevice(info);
+    m_homePage->setSerialNumber(info.hidPath, info.sn);
     m_infoPage->setProductInfo(info);
     qCDebug(shellLog) << "vsc =" << info.deviceVersion;
     qCDebug(shellLog) << "sn" << info.sn;

@@ -143,7 +143,7 @@ void SorvantaHome::slotSetDeviceParam(const DeviceWidgetInfo& Info)
 {
     if (currentPage() != SvtaPagesView::HomePage || !m_pCamera || m_update->isBusy(Info.hidPath))
         return;
-    m_settings->reapplySavedTo(Info);
+    m_homePage->setSerialNumber(Info.hidPath, m_settings->reapplySavedTo(Info));
 }
 
 void SorvantaHome::slotShowParamSaveDialog()

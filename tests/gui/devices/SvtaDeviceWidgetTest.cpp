@@ -4,6 +4,7 @@
 
 #include <QLabel>
 #include <QSignalSpy>
+#include <QTextDocument>
 #include <QtTest>
 
 namespace {
@@ -38,6 +39,9 @@ private slots:
     void cardShowsThePictureOfTheModel();
     void cardKeepsItsOwnCopy();
     void markupInANameIsShownAsItIs();
+    void serialNumberIsToldWhenItIsKnown();
+    void failedCameraTellsWhatToDo();
+    void markupInASerialNumberIsShownAsItIs();
     void newDataIsLogged();
 
     void pressAloneOpensNothing();
@@ -53,6 +57,14 @@ private:
     [[nodiscard]] const QLabel* label(const char* name) const
     {
         return m_card->findChild<QLabel*>(QLatin1String(name));
+    }
+
+    /// The tool tip as it is shown.
+    [[nodiscard]] QString tip() const
+    {
+        QTextDocument shown;
+        shown.setHtml(m_card->toolTip());
+        return shown.toPlainText();
     }
 
     ButtonParent m_parent;
@@ -138,6 +150,37 @@ void SvtaDeviceWidgetTest::markupInANameIsShownAsItIs()
     QCOMPARE(label("labName")->text(), camera.name);
     QCOMPARE(label("labName")->textFormat(), Qt::PlainText);
     QCOMPARE(label("labStatus")->textFormat(), Qt::PlainText);
+}
+
+void SvtaDeviceWidgetTest::serialNumberIsToldWhenItIsKnown()
+{
+    QCOMPARE(tip(), QString());
+    QCOMPARE(m_card->accessibleDescription(), QString());
+    m_card->setSerialNumber(QStringLiteral("SN-0815"));
+    QCOMPARE(tip(), QStringLiteral("Serial number: SN-0815"));
+    QCOMPARE(m_card->accessibleDescription(), QStringLiteral("Serial number: SN-0815"));
+    QCOMPARE(m_card->data().sn, QStringLiteral("SN-0815"));
+    m_card->setData(ShownHome::connectedCamera());
+    QCOMPARE(tip(), QString());
+}
+
+void SvtaDeviceWidgetTest::failedCameraTellsWhatToDo()
+{
+    const QString reason =
+        QStringLiteral("The camera does not answer. Unplug it and plug it in again.");
+    m_card->setData(ShownHome::failedCamera());
+    QCOMPARE(tip(), reason);
+    QCOMPARE(m_card->accessibleDescription(), reason);
+    m_card->setSerialNumber(QStringLiteral("SN-0815"));
+    QCOMPARE(tip(), reason + QStringLiteral("\nSerial number: SN-0815"));
+    m_card->setData(ShownHome::connectedCamera());
+    QCOMPARE(tip(), QString());
+}
+
+void SvtaDeviceWidgetTest::markupInASerialNumberIsShownAsItIs()
+{
+    m_card->setSerialNumber(QStringLiteral("<h1>A</h1>&amp;"));
+    QCOMPARE(tip(), QStringLiteral("Serial number: <h1>A</h1>&amp;"));
 }
 
 void SvtaDeviceWidgetTest::newDataIsLogged()

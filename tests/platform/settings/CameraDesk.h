@@ -49,6 +49,8 @@ public:
     /// @name The list
     /// @{
     [[nodiscard]] int cardCount() const;
+    /// Null when the camera is not in the list.
+    [[nodiscard]] SvtaDeviceWidget* card(PluggedCamera& camera) const;
     [[nodiscard]] bool waitForCards(int count);
     /// Unplugs the camera and plugs it in again; waits until the list has noticed both.
     [[nodiscard]] bool replug(PluggedCamera& camera);
@@ -113,7 +115,6 @@ public:
 
 private:
     [[nodiscard]] bool clickIn(QDialog* dialog, const char* button);
-    [[nodiscard]] SvtaDeviceWidget* card(PluggedCamera& camera) const;
     [[nodiscard]] bool bring(QWidget* widget, const QPoint& position);
     [[nodiscard]] bool isReachable(QWidget* widget, const QPoint& position) const;
     [[nodiscard]] bool clickOn(QWidget* widget, const QPoint& position,

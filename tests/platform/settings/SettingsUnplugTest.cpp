@@ -2,6 +2,7 @@
 #include "LoadingDialog.h"
 #include "MaskForm.h"
 #include "SvtaCenterTipDialog.h"
+#include "SvtaDeviceWidget.h"
 #include "SvtaMoreWidget.h"
 #include "SvtaParamNotSaveDialog.h"
 #include "SvtaParamResetDialog.h"
@@ -42,6 +43,8 @@ private slots:
     void helpStaysShown();
     void loadingDialogKeepsThePages();
     void otherCameraOfTheSameModelChangesNothing();
+    void camerasOfOneModelAreToldApart();
+    void serialNumberLeavesWithItsCamera();
     void deviceOfAnotherModelChangesNothing_data();
     void deviceOfAnotherModelChangesNothing();
     void deviceOfAnotherMakerOnTheInformationPageChangesNothing();
@@ -221,6 +224,42 @@ void SettingsUnplugTest::otherCameraOfTheSameModelChangesNothing()
     QVERIFY(m_desk->find<TransPrewBtn>()->isPreviewOpen());
     QVERIFY(m_desk->click("btnLow"));
     QCOMPARE(m_camera->value("PickupSensitivity"), 30);
+}
+
+void SettingsUnplugTest::camerasOfOneModelAreToldApart()
+{
+    const QString first = QStringLiteral("Serial number: SVAA009500551");
+    const QString second = QStringLiteral("Serial number: SVAA009500552");
+    const auto told = [this](PluggedCamera& camera) {
+        return m_desk->card(camera)->accessibleDescription();
+    };
+    // Only the list asks a camera that arrives.
+    PluggedCamera other{{"serial", "SVAA009500552"}};
+    QVERIFY(m_desk->waitForCards(2));
+    QVERIFY(m_desk->back());
+    QCOMPARE(told(*m_camera), first);
+    QCOMPARE(told(other), QString());
+    QVERIFY(m_desk->open(other));
+    QVERIFY(m_desk->back());
+    QCOMPARE(told(other), second);
+
+    QVERIFY(m_desk->replug(*m_camera));
+    QCOMPARE(told(*m_camera), first);
+    QCOMPARE(told(other), second);
+    QVERIFY(m_desk->card(other)->toolTip().contains(second));
+}
+
+void SettingsUnplugTest::serialNumberLeavesWithItsCamera()
+{
+    QVERIFY(m_desk->back());
+    const QString path = m_camera->hidPath();
+    // On this page no camera is asked.
+    m_desk->window().showView(Pages::AboutUsPage);
+    QVERIFY(pullOut());
+    PluggedCamera other{{"serial", "SVAA009500552"}};
+    QVERIFY(m_desk->waitForCards(1));
+    QCOMPARE(other.hidPath(), path);
+    QCOMPARE(m_desk->card(other)->accessibleDescription(), QString());
 }
 
 void SettingsUnplugTest::deviceOfAnotherModelChangesNothing_data()
