@@ -46,6 +46,14 @@ void MaskForm::showUnder(QDialog* dialog)
     dialog->show();
 }
 
+void MaskForm::raiseDialog()
+{
+    if (!isVisible() || !m_dialog)
+        return;
+    raise();
+    m_dialog->raise();
+}
+
 void MaskForm::showEvent(QShowEvent* event)
 {
     if (m_covered)
@@ -55,7 +63,9 @@ void MaskForm::showEvent(QShowEvent* event)
 
 bool MaskForm::eventFilter(QObject* watched, QEvent* event)
 {
-    if (m_dialog && watched == m_dialog) {
+    // Spontaneous: the window manager has minimised or restored the dialog with its window, and the
+    // mask with them. It restores a dialog only together with the windows that it belongs to.
+    if (m_dialog && watched == m_dialog && !event->spontaneous()) {
         if (event->type() == QEvent::Show) {
             show();
             placeDialog();

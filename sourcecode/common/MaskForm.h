@@ -23,6 +23,8 @@ public:
     void follow(QDialog* dialog);
     /// Follows @p dialog and shows it, and the mask with it.
     void showUnder(QDialog* dialog);
+    /// Raises the mask and the dialog above other windows that were shown over the covered one.
+    void raiseDialog();
 
 protected:
     void showEvent(QShowEvent* event) override;

@@ -1,4 +1,5 @@
 #include "LogCategories.h"
+#include "MaskForm.h"
 #include "OpenCamera.h"
 #include "PreviewOverlays.h"
 #include "SorvantaHome.h"
@@ -71,8 +72,10 @@ void SorvantaHome::showEvent(QShowEvent* event)
 /// Shows the overlays again, if the current page has them.
 void SorvantaHome::restoreOverlays()
 {
-    if (currentPage() == SvtaPagesView::SettingPage)
-        m_overlays->restore(geometry().topLeft());
+    if (currentPage() != SvtaPagesView::SettingPage)
+        return;
+    m_overlays->restore(geometry().topLeft());
+    m_mask->raiseDialog();
 }
 
 void SorvantaHome::slotActivateWindow()
