@@ -57,8 +57,7 @@ public:
     virtual void installCallback(SampleGrabberCallback* callback) = 0;
 
     /// Places the video window over the whole of @p window and shows it.
-    /// @return false when there is no such window
-    virtual bool placeVideoWindow(WId window) = 0;
+    virtual void placeVideoWindow(WId window) = 0;
     virtual void hideVideoWindow() = 0;
     /// Does not wait for the first frame. A stream that ends later reports that to the callback.
     /// @return false when the camera does not stream, for example because another program holds it

@@ -119,12 +119,7 @@ bool UVCCamera::startCapture()
     if (!m_opened)
         return false;
     m_failure = {};
-    if (!m_graph->placeVideoWindow(m_targetWindow)) {
-        qCWarning(videoLog) << "preview: no window" << m_targetWindow;
-        noteFailure();
-        closeDevice();
-        return false;
-    }
+    m_graph->placeVideoWindow(m_targetWindow);
     if (!m_graph->run()) {
         noteFailure();
         return false;

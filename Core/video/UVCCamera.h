@@ -48,8 +48,7 @@ public:
     ///         format.
     bool openDevice(const QString& devicePath, WId window);
     /// Shows and runs the preview; does not wait for the first frame.
-    /// @return false when none is built or the camera does not stream; also, with the device
-    ///         released, when the window does not exist any more
+    /// @return false when none is built or the camera does not stream
     bool startCapture();
     void stopCapture();
     /// Releases the preview.

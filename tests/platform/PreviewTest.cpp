@@ -313,26 +313,6 @@ private slots:
         QVERIFY(hasLine(log, "preview:"));
     }
 
-    void windowThatDoesNotExistReleasesTheCamera()
-    {
-        Preview preview;
-        constexpr WId kNoWindow = 0x7FFFFFFC;
-        QVERIFY(!preview.program.openDevice(preview.camera.videoPath(), kNoWindow));
-        QVERIFY(!preview.program.isOpened());
-        QVERIFY(preview.camera.isReleased());
-
-        auto window = std::make_unique<QWidget>();
-        window->show();
-        QVERIFY(preview.program.openDevice(preview.camera.videoPath(), window->winId()));
-        window.reset();
-        QVERIFY(!preview.program.startCapture());
-        QVERIFY(!preview.program.isRunning());
-        QVERIFY(!preview.program.isOpened());
-        QVERIFY(preview.camera.isReleased());
-        QVERIFY(preview.start());
-        QVERIFY(preview.isDelivering());
-    }
-
     void unknownPathIsNotOpened()
     {
         Preview preview;

@@ -151,9 +151,9 @@ void RecordingCaptureGraph::installCallback(SampleGrabberCallback* callback)
     m_script->callback = callback;
 }
 
-bool RecordingCaptureGraph::placeVideoWindow(WId window)
+void RecordingCaptureGraph::placeVideoWindow(WId window)
 {
-    return step("placeVideoWindow", QString::number(window));
+    step("placeVideoWindow", QString::number(window));
 }
 
 void RecordingCaptureGraph::hideVideoWindow()

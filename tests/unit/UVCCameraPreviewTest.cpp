@@ -263,17 +263,6 @@ TEST_F(UVCCameraPreview, StartingPlacesTheWindowThenRuns)
     EXPECT_TRUE(camera->isRunning());
 }
 
-TEST_F(UVCCameraPreview, WindowThatDoesNotExistEndsTheStartAndReleasesTheDevice)
-{
-    open();
-    script->failing = {"placeVideoWindow"};
-    EXPECT_FALSE(camera->startCapture());
-    EXPECT_EQ(script->steps,
-              QStringList{"placeVideoWindow(77)"} + kReleaseSteps + QStringList{"create"});
-    expectEmpty();
-    EXPECT_EQ(camera->lastFailure().cause, PreviewFailure::Cause::Other);
-}
-
 TEST_F(UVCCameraPreview, CameraThatDoesNotStreamFailsToStart)
 {
     open();

@@ -218,18 +218,17 @@ void GstCaptureGraph::installCallback(SampleGrabberCallback* callback)
     m_callback = callback;
 }
 
-bool GstCaptureGraph::placeVideoWindow(WId window)
+void GstCaptureGraph::placeVideoWindow(WId window)
 {
     QWidget* target = QWidget::find(window);
     if (!target)
-        return false;
+        return;
     delete m_surface;
     m_surface = new PreviewSurface(m_frames, target);
     // A frame that the surface before was told of and did not take would keep later ones from being
     // announced.
     m_frames->clear();
     m_surface->show();
-    return true;
 }
 
 void GstCaptureGraph::hideVideoWindow()

@@ -33,7 +33,7 @@ public:
     bool renderPreview(WId window) override;
     [[nodiscard]] std::optional<QSize> connectedFrameSize() override;
     void installCallback(SampleGrabberCallback* callback) override;
-    bool placeVideoWindow(WId window) override;
+    void placeVideoWindow(WId window) override;
     void hideVideoWindow() override;
     bool run() override;
     void stop() override;

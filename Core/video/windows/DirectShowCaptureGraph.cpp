@@ -180,20 +180,16 @@ void DirectShowCaptureGraph::installCallback(SampleGrabberCallback* callback)
     m_grabberFilter.reset();
 }
 
-bool DirectShowCaptureGraph::placeVideoWindow(WId window)
+void DirectShowCaptureGraph::placeVideoWindow(WId window)
 {
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): the toolkit keeps handles as numbers.
-    if (!::IsWindow(reinterpret_cast<HWND>(window)))
-        return false;
     if (!m_videoWindow || FAILED(m_videoWindow->put_Owner(static_cast<OAHWND>(window))))
-        return true;
+        return;
     m_videoWindow->put_WindowStyle(WS_CHILD | WS_CLIPCHILDREN);
     RECT area{};
     // NOLINTNEXTLINE(performance-no-int-to-ptr): the toolkit keeps handles as numbers.
     ::GetClientRect(reinterpret_cast<HWND>(window), &area);
     m_videoWindow->SetWindowPosition(0, 0, area.right, area.bottom);
     m_videoWindow->put_Visible(kTrue);
-    return true;
 }
 
 void DirectShowCaptureGraph::hideVideoWindow()
