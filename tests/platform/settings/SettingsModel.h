@@ -115,6 +115,7 @@ public:
     /// Another program changes the camera.
     void change(const QString& serial, const Registers& registers);
     void trouble(const QString& serial, const Faults& faults);
+    void removeFile() { m_file.clear(); }
     /// @}
 
     [[nodiscard]] bool isOpen() const { return !m_open.isEmpty(); }

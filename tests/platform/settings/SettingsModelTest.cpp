@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <memory>
+#include <QFile>
 #include <QRegularExpression>
 #include <QtTest>
 #include <random>
@@ -207,6 +208,11 @@ SettingsModelTest::Step SettingsModelTest::stepOnTheList()
         return changeStep(camera);
     if (oneIn(3))
         return troubleStep(camera);
+    if (oneIn(8) && m_saved->exists()) {
+        return {QStringLiteral("remove the file"),
+                [this] { return QFile::remove(m_saved->path()); },
+                [this] { m_model.removeFile(); }};
+    }
     return {QStringLiteral("open %1").arg(camera),
             [this, camera] {
                 if (!m_desk->clickCard(*m_cameras[static_cast<std::size_t>(camera)]))
