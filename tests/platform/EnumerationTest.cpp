@@ -158,6 +158,7 @@ private slots:
         UVCCamera preview;
         QVERIFY(preview.openDevice(camera.videoPath(), target.winId()));
         QVERIFY(preview.startCapture());
+        QVERIFY(camera.waitFor("streaming"));
         QCOMPARE(videoNodes(), QStringList{camera.videoNode()});
         QVERIFY(camera.stats().streaming);
     }

@@ -240,6 +240,7 @@ private slots:
     {
         Preview preview;
         QVERIFY(preview.start());
+        QVERIFY(preview.isDelivering());
         preview.program.setCurrentDevicePath(preview.camera.hidPath());
         QVERIFY(preview.program.initHid());
         for (int i = 0; i < 20; ++i) {

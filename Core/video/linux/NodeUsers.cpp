@@ -35,8 +35,9 @@ QString nameOf(const QString& process)
     QFile file(process + QStringLiteral("/comm"));
     if (!file.open(QIODevice::ReadOnly))
         return {};
+    const QString text = QString::fromUtf8(file.readAll());
     QString name;
-    for (const QChar letter : QString::fromUtf8(file.readAll())) {
+    for (const QChar letter : text) {
         if (letter.isPrint() && letter != QLatin1Char('<') && letter != QLatin1Char('>'))
             name += letter;
     }
@@ -50,8 +51,9 @@ QStringList programsThatUse(const QString& node)
     const QByteArray path = QFile::encodeName(node);
     const QDir processes(QStringLiteral("/proc"));
     QStringList names;
-    for (const QString& number :
-         processes.entryList({QStringLiteral("[0-9]*")}, QDir::Dirs | QDir::NoDotAndDotDot)) {
+    const QStringList numbers =
+        processes.entryList({QStringLiteral("[0-9]*")}, QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString& number : numbers) {
         const QString process = processes.filePath(number);
         if (number.toLongLong() == ::getpid() || !hasOpen(process, path))
             continue;

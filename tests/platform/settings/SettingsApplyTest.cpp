@@ -488,7 +488,7 @@ void SettingsApplyTest::cameraWithoutPictureControlsIsUsable()
     QVERIFY(m_desk->waitForCards(2));
     QVERIFY(m_desk->back());
     QVERIFY(m_desk->open(plain));
-    QVERIFY(plain.stats().streaming);
+    QVERIFY(plain.waitFor("streaming"));
     QVERIFY(m_desk->click("btnHorizontalMirror"));
     QCOMPARE(plain.value("HorizontalMirror"), 1);
     QVERIFY(m_desk->click("btnVividMode"));

@@ -414,7 +414,7 @@ void SettingsLeaveTest::nextCameraIsNotTouchedByTheExit()
 void SettingsLeaveTest::previewStopsWithThePage()
 {
     QVERIFY(m_desk->open(*m_camera));
-    QVERIFY(m_camera->stats().streaming);
+    QVERIFY(m_camera->waitFor("streaming"));
     QVERIFY(m_desk->back());
     QVERIFY(m_camera->waitFor("idle"));
     QVERIFY(m_camera->waitFor("video<=0"));

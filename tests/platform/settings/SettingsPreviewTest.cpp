@@ -190,7 +190,7 @@ void SettingsPreviewTest::opensWithItsPictureAgainAfterLeaving()
     QVERIFY(!button()->isVisible());
     QVERIFY(m_desk->open(*m_camera));
     QVERIFY(isShownRunning());
-    QVERIFY(m_camera->stats().streaming);
+    QVERIFY(m_camera->waitFor("streaming"));
 }
 
 void SettingsPreviewTest::gridIsHiddenWithThePreview()

@@ -202,7 +202,7 @@ void SettingsReturnTest::listAfterACompletedUpdateOpensTheCamera()
     m_camera->plug();
     QVERIFY(m_desk->waitForCards(1));
     QVERIFY(m_desk->open(*m_camera));
-    QVERIFY(m_camera->stats().streaming);
+    QVERIFY(m_camera->waitFor("streaming"));
     QVERIFY(m_desk->click("btnHeigh"));
     QCOMPARE(m_camera->value("PickupSensitivity"), 80);
     QVERIFY(m_desk->click("deviceInfoBtn"));

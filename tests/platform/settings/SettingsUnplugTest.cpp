@@ -220,7 +220,7 @@ void SettingsUnplugTest::otherCameraOfTheSameModelChangesNothing()
     QVERIFY(m_desk->waitForCards(1));
     QVERIFY(m_desk->isOnPage(Pages::SettingPage));
     QVERIFY(m_desk->isChecked("btnHeigh"));
-    QVERIFY(m_camera->stats().streaming);
+    QVERIFY(m_camera->waitFor("streaming"));
     QVERIFY(m_desk->find<TransPrewBtn>()->isPreviewOpen());
     QVERIFY(m_desk->click("btnLow"));
     QCOMPARE(m_camera->value("PickupSensitivity"), 30);
@@ -282,7 +282,7 @@ void SettingsUnplugTest::deviceOfAnotherModelChangesNothing()
     QTest::qWait(1500);
     QVERIFY(m_desk->isOnPage(Pages::SettingPage));
     QCOMPARE(m_desk->cardCount(), 1);
-    QVERIFY(m_camera->stats().streaming);
+    QVERIFY(m_camera->waitFor("streaming"));
 }
 
 void SettingsUnplugTest::deviceOfAnotherMakerOnTheInformationPageChangesNothing()
@@ -351,7 +351,7 @@ void SettingsUnplugTest::returningCameraIsReadAgain()
     QVERIFY(m_desk->open(*m_camera));
     QVERIFY(m_desk->isChecked("btnHeigh"));
     QVERIFY(m_desk->isChecked("btnHorizontalMirror"));
-    QVERIFY(m_camera->stats().streaming);
+    QVERIFY(m_camera->waitFor("streaming"));
 }
 
 void SettingsUnplugTest::savedPictureIsAppliedToTheReturningCamera()
