@@ -93,6 +93,18 @@ void ScriptedUdev::filter(const std::string& subsystem)
     m_subject += ' ' + subsystem;
 }
 
+void ScriptedUdev::setReceiveBuffer(int bytes)
+{
+    const std::lock_guard lock(m_mutex);
+    m_receiveBuffer = bytes;
+}
+
+int ScriptedUdev::receiveBuffer() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_receiveBuffer;
+}
+
 std::string ScriptedUdev::receive()
 {
     char event = 0;
@@ -138,6 +150,13 @@ int udev_monitor_filter_add_match_subsystem_devtype(udev_monitor*, const char* s
     return 0;
 }
 
+int udev_monitor_set_receive_buffer_size(udev_monitor*, int size)
+{
+    if (ScriptedUdev* script = ScriptedUdev::current())
+        script->setReceiveBuffer(size);
+    return 0;
+}
+
 int udev_monitor_enable_receiving(udev_monitor*)
 {
     return 0;
@@ -161,6 +180,11 @@ udev_device* udev_device_unref(udev_device* device)
     return nullptr;
 }
 
+const char* udev_device_get_syspath(udev_device*)
+{
+    return "/sys/class/hidraw/hidraw0";
+}
+
 const char* udev_device_get_action(udev_device* device)
 {
     return device->action.empty() ? nullptr : device->action.c_str();
@@ -168,6 +192,12 @@ const char* udev_device_get_action(udev_device* device)
 
 /// An interface without a USB device as its parent: the watcher waits for no other interface.
 udev_device* udev_device_get_parent_with_subsystem_devtype(udev_device*, const char*, const char*)
+{
+    return nullptr;
+}
+
+/// Nothing is there before the first event.
+udev_enumerate* udev_enumerate_new(udev*)
 {
     return nullptr;
 }

@@ -23,6 +23,8 @@ public:
     [[nodiscard]] int monitorsOpen() const;
     /// Source and subsystem of the last created monitor.
     [[nodiscard]] std::string subject() const;
+    /// Bytes that the program has asked for; 0 when it has not.
+    [[nodiscard]] int receiveBuffer() const;
 
     /// @name Called by the udev functions
     /// @{
@@ -31,6 +33,7 @@ public:
     void dropMonitor();
     void filter(const std::string& subsystem);
     [[nodiscard]] int descriptor() const { return m_pipe[0]; }
+    void setReceiveBuffer(int bytes);
     std::string receive();
     /// @}
 
@@ -42,4 +45,5 @@ private:
     int m_made = 0;
     int m_open = 0;
     std::string m_subject;
+    int m_receiveBuffer = 0;
 };
