@@ -180,6 +180,20 @@ private slots:
         QVERIFY(differenceOf(preview.shown(), preview.frames.newest()) < 12);
     }
 
+    void windowThatDoesNotExistLeavesThePreviewWithoutAPlace()
+    {
+        PluggedCamera camera;
+        UVCCamera program;
+        constexpr WId noWindow = 0xDEAD;
+        QVERIFY(program.openDevice(camera.videoPath(), noWindow));
+        QVERIFY(program.startCapture());
+        QVERIFY(program.isRunning());
+        QVERIFY(camera.waitFor("frames>=3"));
+        program.stopCapture();
+        program.closeDevice();
+        QVERIFY(camera.isReleased());
+    }
+
     void secondStartWithoutAStopShowsThePicture()
     {
         Preview preview;

@@ -20,6 +20,8 @@
 
 namespace {
 
+/// Of a picture whose window does not exist: such a preview runs without a place.
+constexpr QSize kUnplacedSize(320, 180);
 constexpr const char* kInUse = "preview: camera in use by another program:";
 
 /// Bits per pixel of the screens that show pictures.
@@ -171,10 +173,11 @@ bool GstCaptureGraph::renderPreview(WId window)
     const V4l2Node node(m_node);
     if (!node.isOpen())
         m_failure = nodeFailure(m_node, node.openError());
-    if (!target || !node.isOpen())
+    if (!node.isOpen())
         return false;
 
-    const QSize targetSize = (QSizeF(target->size()) * target->devicePixelRatioF()).toSize();
+    const QSize targetSize =
+        target ? (QSizeF(target->size()) * target->devicePixelRatioF()).toSize() : kUnplacedSize;
     const std::optional<VideoMode> mode = selectVideoMode(listVideoModes(node), targetSize);
     if (!mode)
         return false;
