@@ -119,6 +119,12 @@ void CameraSettings::setAdvancedParam()
     }
 }
 
+void CameraSettings::showAdvancedParam()
+{
+    const QScopedValueRollback<bool> readOnly(m_isReadOnly, true);
+    setAdvancedParam();
+}
+
 void CameraSettings::applyPicture(PictureProperty property, int value)
 {
     const QLatin1String key = PictureSettings::row(property).key;
@@ -305,10 +311,10 @@ bool CameraSettings::isFramingUnknown() const
     return m_camera.session().parameters().isUnknown(Intelligent);
 }
 
-/// Whether the page only shows @p key, whose value the camera has not reported.
+/// Whether the page only shows @p key: the camera has not reported the value, or has just done so.
 bool CameraSettings::isOnlyShown(const QString& key) const
 {
-    return m_isShowing && m_camera.session().parameters().isUnknown(key);
+    return m_isReadOnly || (m_isShowing && m_camera.session().parameters().isUnknown(key));
 }
 
 void CameraSettings::logStored()

@@ -37,6 +37,8 @@ public:
     /// Shows the settings that the camera itself keeps. Marking a framing mode, a view or the
     /// mirror also writes it back to the camera, which does no harm: the value came from there.
     void setAdvancedParam();
+    /// As setAdvancedParam(), but writes nothing to the camera.
+    void showAdvancedParam();
 
     void applyPicture(PictureProperty property, int value);
     void apply(DeviceSetting setting, int value);
@@ -72,4 +74,5 @@ private:
     /// The page shows values that the program has: its signals are no choice of the user. A value
     /// that the camera has not reported is not written then.
     bool m_isShowing = false;
+    bool m_isReadOnly = false; ///< and no value is written
 };

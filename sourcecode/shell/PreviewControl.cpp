@@ -30,6 +30,9 @@ PreviewControl::PreviewControl(OpenCamera& camera, ParamSettingsPage& page,
 
 void PreviewControl::startPlay(bool isBusy)
 {
+    m_playIsWaiting = m_suspended;
+    if (m_suspended)
+        return;
     CameraSession& session = m_camera.session();
     if (isBusy) {
         const QString wait = tr("The installation process will take a long time. Please wait.");
@@ -43,9 +46,7 @@ void PreviewControl::startPlay(bool isBusy)
     qCDebug(videoLog) << "openDevice result =" << opened;
     if (!opened) {
         qCDebug(videoLog) << "open Device failed!";
-        showRunning(false, reason());
-        if (!session.areValuesKnown())
-            m_page.setSettingsUnavailable(reason());
+        showNotOpened();
         return;
     }
 
@@ -76,6 +77,14 @@ bool PreviewControl::openDevice()
         return false;
     camera.initVideoProcAmp();
     return true;
+}
+
+/// The camera could not be opened: says why, and that its settings cannot be used.
+void PreviewControl::showNotOpened()
+{
+    showRunning(false, reason());
+    if (!m_camera.session().areValuesKnown())
+        m_page.setSettingsUnavailable(reason());
 }
 
 /// Fills the page, with new values if it has none.
@@ -132,22 +141,85 @@ void PreviewControl::toggle(bool isBusy)
             m_page.setPreviewReason(reason());
             return;
         }
-        camera.stopCapture();
-        const bool running = camera.startCapture();
-        if (!running)
-            camera.stopCapture();
-        showRunning(running, running ? QString() : reason());
+        start();
         // The camera could not be opened before.
         if (!isBusy && !m_camera.session().areValuesKnown())
             showValues();
-        if (!running) {
-            emit sigShowToast(tr("Camera is in use by other app"));
+        if (!camera.isRunning())
             return;
-        }
     }
+    refreshStreamLater();
+}
+
+/// Starts the picture of the video device that is open.
+void PreviewControl::start()
+{
+    UVCCamera& camera = m_camera.camera();
+    camera.stopCapture();
+    const bool running = camera.startCapture();
+    if (!running)
+        camera.stopCapture();
+    showRunning(running, running ? QString() : reason());
+    if (!running)
+        emit sigShowToast(tr("Camera is in use by other app"));
+}
+
+void PreviewControl::refreshStreamLater()
+{
     // Whether the camera streams, and at which size, has changed with the preview.
     QTimer::singleShot(kFollowUpMs, &m_page, [this] {
         if (m_page.isVisibleTo(m_page.window()))
             m_settings.refresh4kState();
     });
+}
+
+void PreviewControl::suspend()
+{
+    if (m_suspended)
+        return;
+    m_suspended = true;
+    m_playIsWaiting = false;
+    UVCCamera& camera = m_camera.camera();
+    m_wasOpened = camera.isOpened();
+    if (!m_wasOpened)
+        return;
+    camera.stopCapture();
+    camera.closeDevice();
+}
+
+void PreviewControl::resume(bool isBusy)
+{
+    if (!m_suspended)
+        return;
+    m_suspended = false;
+    // The camera may have left the bus, and its page with it.
+    if (!m_page.isVisibleTo(m_page.window()))
+        return;
+    if (m_wasOpened && !isBusy)
+        reopen();
+    else if (m_playIsWaiting)
+        startPlay(isBusy);
+}
+
+void PreviewControl::reopen()
+{
+    const BusyCursor busy;
+    const bool wanted = m_overlays.isPreviewOpen();
+    if (!openDevice()) {
+        showNotOpened();
+        if (wanted)
+            emit sigShowToast(tr("Camera is in use by other app"));
+        return;
+    }
+    if (wanted) {
+        start();
+        refreshStreamLater();
+    }
+    // "Quit" forgets the values of the settings page before it hides the window.
+    if (m_camera.session().areValuesKnown())
+        return;
+    m_camera.session().loadParameters();
+    m_page.setSettingsAvailable();
+    m_settings.setDeviceParam();
+    m_settings.showAdvancedParam();
 }

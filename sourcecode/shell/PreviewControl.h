@@ -26,6 +26,14 @@ public:
     /// @param isBusy as for startPlay()
     void toggle(bool isBusy);
 
+    /// Nobody can see the picture: stops it and closes the video device, so that the camera is off
+    /// and other programs can use it. What is to be started from now on waits.
+    void suspend();
+    /// The picture can be seen again: opens the video device and starts the picture, as they were.
+    /// The camera keeps its settings meanwhile; nothing is written to it.
+    /// @param isBusy as for startPlay()
+    void resume(bool isBusy);
+
 signals:
     void sigShowToast(const QString& text);
 
@@ -34,7 +42,11 @@ private slots:
 
 private:
     bool openDevice();
+    void reopen();
+    void start();
+    void refreshStreamLater();
     void showValues();
+    void showNotOpened();
     [[nodiscard]] QString reason() const;
     void showRunning(bool running, const QString& reason = {});
     void setPageRunning(bool running, const QString& reason);
@@ -43,4 +55,7 @@ private:
     ParamSettingsPage& m_page;
     PreviewOverlays& m_overlays;
     CameraSettings& m_settings;
+    bool m_suspended = false;
+    bool m_wasOpened = false;     ///< when it was suspended
+    bool m_playIsWaiting = false; ///< startPlay() was called since
 };

@@ -1,6 +1,7 @@
 #include "LogCategories.h"
 #include "MaskForm.h"
 #include "OpenCamera.h"
+#include "PreviewControl.h"
 #include "PreviewOverlays.h"
 #include "SorvantaHome.h"
 #include "TrayIcon.h"
@@ -66,7 +67,14 @@ void SorvantaHome::moveEvent(QMoveEvent* event)
 void SorvantaHome::showEvent(QShowEvent* event)
 {
     m_overlays->place(geometry().topLeft());
+    QTimer::singleShot(0, this, &SorvantaHome::followWindowState);
     QWidget::showEvent(event);
+}
+
+void SorvantaHome::hideEvent(QHideEvent* event)
+{
+    QTimer::singleShot(0, this, &SorvantaHome::followWindowState);
+    QWidget::hideEvent(event);
 }
 
 /// Shows the overlays again, if the current page has them.
@@ -114,10 +122,13 @@ void SorvantaHome::changeEvent(QEvent* event)
 /// Some window managers do not hide the overlays with the window.
 void SorvantaHome::followWindowState()
 {
-    if (isHidden() || isMinimized())
+    if (isHidden() || isMinimized()) {
         m_overlays->hide();
-    else
+        m_preview->suspend();
+    } else {
+        m_preview->resume(m_update->isBusy(session().info().hidPath));
         restoreOverlays();
+    }
 }
 
 void SorvantaHome::closeEvent(QCloseEvent* event)
