@@ -67,6 +67,10 @@ bool MaskForm::eventFilter(QObject* watched, QEvent* event)
     // mask with them. It restores a dialog only together with the windows that it belongs to.
     if (m_dialog && watched == m_dialog && !event->spontaneous()) {
         if (event->type() == QEvent::Show) {
+            // A dialog that is shown while its window is minimised blocks the window, and a window
+            // manager may not restore a blocked window.
+            if (m_covered && m_covered->window()->isMinimized())
+                m_covered->window()->showNormal();
             show();
             placeDialog();
             // Keeps the dialog above the mask: without this, a click on the mask would raise the

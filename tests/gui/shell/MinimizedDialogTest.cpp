@@ -146,6 +146,7 @@ private slots:
 
     void comesBackWithItsWindow_data();
     void comesBackWithItsWindow();
+    void dialogThatIsShownMeanwhileBringsTheWindowBack();
 
 private:
     [[nodiscard]] bool isUsable(const QDialog& dialog) const;
@@ -245,6 +246,24 @@ void MinimizedDialogTest::comesBackWithItsWindow()
     QTRY_VERIFY(window.isActiveWindow());
     Pointer::clickAt(Pointer::middleOf(*m_home->find("moreBtn")));
     QTRY_VERIFY(m_home->find<SvtaMoreWidget>()->isVisible());
+}
+
+void MinimizedDialogTest::dialogThatIsShownMeanwhileBringsTheWindowBack()
+{
+    const SorvantaHome& window = m_home->window();
+    const QDialog* offer = openOffer(*m_home);
+    QTRY_VERIFY(isUsable(*offer));
+    WindowManager::minimize(window);
+    QTRY_VERIFY(window.isMinimized());
+    QTRY_VERIFY(!OnScreen::isShown(*offer));
+
+    m_home->window().slotDownloadFailed();
+    const auto* failure = m_home->find<SvtaMessageDialog>();
+    QTRY_VERIFY(isUsable(*failure));
+    QVERIFY(!window.isMinimized());
+    click(*failure, "btnCancel");
+    QTRY_VERIFY(!failure->isVisible());
+    QTRY_VERIFY(window.isActiveWindow());
 }
 
 int main(int argc, char** argv)
