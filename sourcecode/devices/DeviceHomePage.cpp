@@ -120,6 +120,13 @@ void DeviceHomePage::start()
 
 void DeviceHomePage::getHidCamerasAndAddToList(const QList<UVCDeviceInfo>& cameras)
 {
+    addCards(cameras);
+    setBackground(kWhiteBackground);
+    emit sigSetDeviceWidgetMaps(m_deviceWidgetMap);
+}
+
+void DeviceHomePage::addCards(const QList<UVCDeviceInfo>& cameras)
+{
     const BusyCursor busy;
     QThread::msleep(kHidReadyMs);
     m_hidMap.clear();
@@ -143,8 +150,14 @@ void DeviceHomePage::getHidCamerasAndAddToList(const QList<UVCDeviceInfo>& camer
     }
 
     qCDebug(hotplugLog) << "更新home页的设备列表";
-    ui->bgWidget->setStyleSheet(Style::sheet(kWhiteBackground));
-    emit sigSetDeviceWidgetMaps(m_deviceWidgetMap);
+}
+
+void DeviceHomePage::setBackground(const char* style)
+{
+    // A new sheet costs a millisecond for each card, even when it is the same as before.
+    const QString sheet = Style::sheet(style);
+    if (ui->bgWidget->styleSheet() != sheet)
+        ui->bgWidget->setStyleSheet(sheet);
 }
 
 void DeviceHomePage::addCard(const HidDevices& hidItem, const CameraModel& model,
@@ -239,7 +252,8 @@ void DeviceHomePage::updateCameraList(const QList<UVCDeviceInfo>& cameras,
     const QMap<QString, HidDevices> oldHidMap = m_hidMap;
 
     qCDebug(hotplugLog) << "before getHidCamerasAndAddToList";
-    getHidCamerasAndAddToList(m_cameras);
+    addCards(m_cameras);
+    emit sigSetDeviceWidgetMaps(m_deviceWidgetMap);
     qCDebug(hotplugLog) << "after getHidCamerasAndAddToList";
 
     if (entryCount() > 0)
@@ -310,7 +324,7 @@ void DeviceHomePage::showFilledState()
         layout->invalidate();
     }
     fixListHeight(entryCount());
-    ui->bgWidget->setStyleSheet(Style::sheet(kFilledBackground));
+    setBackground(kFilledBackground);
     ui->noDeviceWidget->hide();
     m_list->show();
 }
@@ -325,7 +339,7 @@ void DeviceHomePage::showEmptyState()
         layout->insertWidget(0, ui->noDeviceWidget);
         layout->invalidate();
     }
-    ui->bgWidget->setStyleSheet(Style::sheet(kWhiteBackground));
+    setBackground(kWhiteBackground);
     m_list->hide();
     ui->noDeviceWidget->show();
 }

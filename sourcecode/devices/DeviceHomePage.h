@@ -82,6 +82,8 @@ private:
 
     void queueUpdate(const QList<UVCDeviceInfo>& cameras, int status);
     void updateCameraList(const QList<UVCDeviceInfo>& cameras, const QList<int>& statuses);
+    void addCards(const QList<UVCDeviceInfo>& cameras);
+    void setBackground(const char* style);
     void addCard(const HidDevices& hidItem, const CameraModel& model, bool isLastHidEntry,
                  const QList<UVCDeviceInfo>& cameras);
     void matchVideoDevices(const HidDevices& hidItem, const CameraModel& model,
