@@ -47,6 +47,15 @@ bool PendingTimers::fire(int intervalMs)
     return !timers.empty();
 }
 
+void PendingTimers::dropAll()
+{
+    const QObjectList children = QAbstractEventDispatcher::instance()->children();
+    for (QObject* child : children) {
+        if (child->inherits("QSingleShotTimer"))
+            delete child;
+    }
+}
+
 void PendingTimers::drop(int intervalMs)
 {
     for (const Pending& timer : pending(intervalMs))

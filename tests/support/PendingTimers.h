@@ -14,4 +14,8 @@ bool fire(int intervalMs);
 /// Cancels the pending timers with @p intervalMs.
 void drop(int intervalMs);
 
+/// Cancels all. A single shot outlives the window that it was meant for, so a test that makes a new
+/// window would count those of the one before.
+void dropAll();
+
 } // namespace PendingTimers

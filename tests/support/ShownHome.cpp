@@ -34,7 +34,10 @@ ShownHome::ShownHome(int cameras)
     m_placed = active && QTest::qWaitFor([this] { return m_window.pos() == kPlace; });
 }
 
-ShownHome::~ShownHome() = default;
+ShownHome::~ShownHome()
+{
+    PendingTimers::dropAll();
+}
 
 bool ShownHome::passStart() const
 {

@@ -10,7 +10,7 @@
 namespace {
 
 constexpr int kSettleMs = 1500;
-constexpr int kRestMs = 4000;
+constexpr int kRestMs = 2500;
 /// An event of the window system that was under way; a timer of any use would come more often.
 constexpr int kLateEvents = 1;
 

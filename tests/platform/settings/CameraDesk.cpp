@@ -52,6 +52,7 @@ CameraDesk::CameraDesk()
 CameraDesk::~CameraDesk()
 {
     DeviceManager::instance().stop();
+    PendingTimers::dropAll();
 }
 
 bool CameraDesk::start()
