@@ -92,8 +92,7 @@ TEST_F(DeviceIniStoreDamageTest, LeftOversOfAKilledSaveAreRemovedByTheNext)
 {
     const QString leftOver = m_path + QStringLiteral(".saving-AbCdEf");
     ASSERT_TRUE(QDir().mkpath(leftOver));
-    QFile file(leftOver + QStringLiteral("/device.ini"));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(QFile::copy(m_path, leftOver + QStringLiteral("/device.ini")));
     EXPECT_EQ(m_store.read(kFirst), pictureOf(100));
     ASSERT_TRUE(m_store.write(kSecond, pictureOf(120)));
     EXPECT_EQ(files(), QStringList{QStringLiteral("device.ini")});
