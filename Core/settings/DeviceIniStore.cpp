@@ -79,9 +79,16 @@ QString freeName(const QString& path)
     return name;
 }
 
-bool isDamaged(QSettings& settings)
+// QSettings parses a group when it is asked for, and does not find every name then: on Windows, where
+// names are compared without case, one that ends with half of a surrogate pair was missing.
+void parse(const QSettings& settings)
 {
-    settings.allKeys(); // makes QSettings parse every group now
+    settings.allKeys();
+}
+
+bool isDamaged(const QSettings& settings)
+{
+    parse(settings);
     return settings.status() == QSettings::FormatError;
 }
 
@@ -200,6 +207,7 @@ std::optional<PictureParameters> DeviceIniStore::read(const QString& serial) con
         return std::nullopt;
     QSettings settings(path, QSettings::IniFormat);
     settings.setIniCodec(kCodec);
+    parse(settings);
     settings.beginGroup(groupName(serial));
     if (settings.allKeys().isEmpty())
         return std::nullopt;

@@ -189,16 +189,6 @@ TEST_F(DeviceIniStoreTest, EveryStrangeSerialNumberHasItsOwnGroup)
     EXPECT_EQ(contents().count("\nbright="), serials.size());
 }
 
-TEST_F(DeviceIniStoreTest, GroupWhoseNameBeginsAnotherOneIsFound)
-{
-    const QStringList serials{QStringLiteral("SN1"), QStringLiteral("SN1 b"),
-                              QStringLiteral("SN1\"b"), QStringLiteral("SN10")};
-    for (int i = 0; i < serials.size(); ++i)
-        ASSERT_TRUE(m_store.write(serials.at(i), pictureOf(100 + i)));
-    for (int i = 0; i < serials.size(); ++i)
-        EXPECT_EQ(m_store.read(serials.at(i)), pictureOf(100 + i)) << i;
-}
-
 TEST_F(DeviceIniStoreTest, RandomSerialNumbersHaveDifferentGroups)
 {
     const QString alphabet =
