@@ -79,8 +79,8 @@ QString freeName(const QString& path)
     return name;
 }
 
-// QSettings parses a group when it is asked for, and does not find every name then: on Windows, where
-// names are compared without case, one that ends with half of a surrogate pair was missing.
+// QSettings parses a group when it is asked for, and does not find every name then: on Windows,
+// where names are compared without case, one that ends with half of a surrogate pair was missing.
 void parse(const QSettings& settings)
 {
     settings.allKeys();
