@@ -37,7 +37,8 @@ public:
     /// lines is first copied to device.ini.damaged, or to device.ini.damaged.2 and so on when there
     /// is such a copy.
     /// @param unknown keys whose values are not known; the file keeps what it has for them
-    /// @return false, with the file as it was, when it cannot be written, has nothing for an unknown
+    /// @return false, with the file as it was, when it cannot be written, has nothing for an
+    /// unknown
     ///         key, or another program has not finished its save within 2 s
     [[nodiscard]] bool write(const QString& serial, const PictureParameters& picture,
                              const QSet<QString>& unknown = {}) const;
