@@ -14,7 +14,8 @@ struct hid_device_* scriptedDevice(void);
 
 /// @name The calls of Windows that hidapi makes for it, in the place of the system's
 /// @{
-BOOL scriptedReadFile(HANDLE file, LPVOID buffer, DWORD size, LPDWORD read, LPOVERLAPPED overlapped);
+BOOL scriptedReadFile(HANDLE file, LPVOID buffer, DWORD size, LPDWORD read,
+                      LPOVERLAPPED overlapped);
 BOOL scriptedWriteFile(HANDLE file, LPCVOID buffer, DWORD size, LPDWORD written,
                        LPOVERLAPPED overlapped);
 DWORD scriptedWait(HANDLE event, DWORD milliseconds);
