@@ -23,7 +23,7 @@
 
 namespace {
 
-constexpr double kLimit = 1.20;
+constexpr double kLimit = 1.15;
 constexpr int kRounds = 12;
 constexpr int kClicks = 20;
 constexpr int kOpenings = 5;
