@@ -6,6 +6,7 @@
 #include "SettingControls.h"
 #include "SliderInput.h"
 #include "SliderScale.h"
+#include "SwitchLock.h"
 #include "ui_ParamSettingsPage.h"
 
 #include <QAccessible>
@@ -17,8 +18,6 @@
 namespace {
 
 constexpr int k4kNoticeTimeoutMs = 2500;
-// The camera needs this long to change between its framing modes.
-constexpr int kIntelligentLockTimeoutMs = 1000;
 
 constexpr int kCardWidth = 333;
 constexpr int kOptionsWidth = 312;
@@ -45,7 +44,6 @@ ParamSettingsPage::ParamSettingsPage(QWidget* parent)
     , ui(std::make_unique<Ui::ParamSettingsPage>())
     , m_sliderInput(new SliderInput(this))
     , m_4kTimer(this)
-    , m_unlockTimer(this)
 {
     ui->setupUi(this);
     setAttribute(Qt::WA_StyledBackground);
@@ -73,6 +71,10 @@ void ParamSettingsPage::connectControls()
                                   {ui->btn60, ui->btn90, ui->btn120});
     SettingControls::assignValues(ui->sensitivityButtonGroup, DeviceSetting::PickupSensitivity,
                                   {ui->btnLow, ui->btnMiddle, ui->btnHeigh});
+    ui->imageModeButtonGroup->setId(ui->btnStandardMode, SvtaPagesView::Standard);
+    ui->imageModeButtonGroup->setId(ui->btnBrightMode, SvtaPagesView::Bright);
+    ui->imageModeButtonGroup->setId(ui->btnVividMode, SvtaPagesView::Vivid);
+    ui->imageModeButtonGroup->setId(ui->btnCustomMode, SvtaPagesView::Custom);
 
     const auto clicked = QOverload<QAbstractButton*>::of(&QButtonGroup::buttonClicked);
 
@@ -110,8 +112,8 @@ void ParamSettingsPage::connectControls()
 
     m_4kTimer.setInterval(k4kNoticeTimeoutMs);
     connect(&m_4kTimer, &QTimer::timeout, this, &ParamSettingsPage::slotTimeout);
-    m_unlockTimer.setInterval(kIntelligentLockTimeoutMs);
-    connect(&m_unlockTimer, &QTimer::timeout, this, &ParamSettingsPage::slotBtnTimeout);
+    m_intelligentLock = new SwitchLock(ui->btnIntelligent, this);
+    connect(m_intelligentLock, &SwitchLock::sigExpired, this, &ParamSettingsPage::slotBtnTimeout);
 }
 
 void ParamSettingsPage::connectSliders()
@@ -181,7 +183,7 @@ void ParamSettingsPage::toggleIntelligent(bool on)
         showOptionsArea(OptionsArea::Hidden);
         m_lastIntelligent = ui->rbtnAutoFraming->isChecked();
     }
-    lockIntelligentSwitch();
+    m_intelligentLock->lock();
     emit sigDoIntelligentSwitch(on, m_lastIntelligent ? 1 : 0);
 }
 
@@ -192,16 +194,10 @@ void ParamSettingsPage::chooseFraming(const QAbstractButton* button)
     emit sigRadioButtonChanged(autoFraming ? 0 : 1);
 }
 
-void ParamSettingsPage::chooseImageMode(const QAbstractButton* button)
+void ParamSettingsPage::chooseImageMode(QAbstractButton* button)
 {
-    if (button == ui->btnStandardMode)
-        emit sigSetDeviceImageMode(SvtaPagesView::Standard);
-    else if (button == ui->btnBrightMode)
-        emit sigSetDeviceImageMode(SvtaPagesView::Bright);
-    else if (button == ui->btnVividMode)
-        emit sigSetDeviceImageMode(SvtaPagesView::Vivid);
-    else
-        emit sigSetDeviceImageMode(SvtaPagesView::Custom);
+    emit sigSetDeviceImageMode(
+        static_cast<SvtaPagesView::ImageMode>(ui->imageModeButtonGroup->id(button)));
 }
 
 void ParamSettingsPage::chooseCustomImageMode()
@@ -312,23 +308,7 @@ void ParamSettingsPage::slotTimeout()
 
 void ParamSettingsPage::slotBtnTimeout()
 {
-    m_unlockTimer.stop();
-    ui->btnIntelligent->setEnabled(true);
-    ui->btnIntelligent->setToolTip(QString());
-    // A keyboard user gets the focus back that the lock took away, unless the focus has moved on.
-    if (m_focusDuringLock && m_focusDuringLock->hasFocus())
-        ui->btnIntelligent->setFocus(Qt::OtherFocusReason);
-    m_focusDuringLock.clear();
-}
-
-void ParamSettingsPage::lockIntelligentSwitch()
-{
-    const bool hadFocus = ui->btnIntelligent->hasFocus();
-    ui->btnIntelligent->setEnabled(false);
-    ui->btnIntelligent->setToolTip(tr("The camera is switching. Available again in a second."));
-    if (hadFocus)
-        m_focusDuringLock = focusWidget();
-    m_unlockTimer.start();
+    m_intelligentLock->unlock();
 }
 
 void ParamSettingsPage::setPicture(PictureProperty property, int value)
@@ -354,22 +334,8 @@ void ParamSettingsPage::setPictureUnknown(PictureProperty property)
 
 void ParamSettingsPage::setImageMode(int mode)
 {
-    switch (mode) {
-    case SvtaPagesView::Standard:
-        ui->btnStandardMode->setChecked(true);
-        break;
-    case SvtaPagesView::Bright:
-        ui->btnBrightMode->setChecked(true);
-        break;
-    case SvtaPagesView::Vivid:
-        ui->btnVividMode->setChecked(true);
-        break;
-    case SvtaPagesView::Custom:
-        ui->btnCustomMode->setChecked(true);
-        break;
-    default:
-        break;
-    }
+    if (QAbstractButton* button = ui->imageModeButtonGroup->button(mode))
+        button->setChecked(true);
 }
 
 void ParamSettingsPage::setCameraView(int degrees)
@@ -571,7 +537,7 @@ void ParamSettingsPage::resetToDefaults()
     setIntelligentUnknown(false);
     setIntelligent(true);
     showOptionsArea(OptionsArea::AutoFraming);
-    lockIntelligentSwitch();
+    m_intelligentLock->lock();
     emit sigDoIntelligentSwitch(true, 1);
     {
         const QSignalBlocker blocker(ui->rbtnPersonalTrack); // emitted below, changed or not

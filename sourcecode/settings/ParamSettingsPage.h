@@ -6,7 +6,6 @@
 
 #include <memory>
 #include <QMap>
-#include <QPointer>
 #include <QString>
 #include <QTimer>
 #include <QWidget>
@@ -15,6 +14,7 @@ class QAbstractButton;
 class QLabel;
 class QSlider;
 class SliderInput;
+class SwitchLock;
 
 namespace Ui {
 class ParamSettingsPage;
@@ -166,20 +166,18 @@ private:
     void showCameraTab();
     void toggleIntelligent(bool on);
     void chooseFraming(const QAbstractButton* button);
-    void chooseImageMode(const QAbstractButton* button);
+    void chooseImageMode(QAbstractButton* button);
     void chooseCustomImageMode();
     void requestSave();
 
     void showOptionsArea(OptionsArea area);
     void setCameraViewEnabled(bool enabled);
     void markCameraView(int degrees);
-    void lockIntelligentSwitch();
 
     std::unique_ptr<Ui::ParamSettingsPage> ui;
     SliderInput* m_sliderInput = nullptr;
     QTimer m_4kTimer;
-    QTimer m_unlockTimer;
-    QPointer<QWidget> m_focusDuringLock; ///< took the focus from the locked intelligent switch
+    SwitchLock* m_intelligentLock = nullptr;
     bool m_cameraViewEnabled = true;
     bool m_4kInUse = false;
     int m_streamOn = 0;
