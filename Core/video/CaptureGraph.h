@@ -65,7 +65,8 @@ public:
     virtual void stop() = 0;
     /// Whether the stream has ended with an error since run().
     [[nodiscard]] virtual bool hasFailed() const = 0;
-    /// Why the last step or the stream has failed, as far as the platform tells.
+    /// The cause of the failure of the last step or of the stream. The cause is Other when the
+    /// platform does not report one.
     [[nodiscard]] virtual PreviewFailure failure() const = 0;
     virtual void clearNotifyWindow() = 0;
 

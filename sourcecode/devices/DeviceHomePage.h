@@ -42,8 +42,8 @@ public:
     /// its firmware is being written. Empty when there is no such camera.
     void setBusyCamera(const QString& hidPath) { m_busyHidPath = hidPath; }
 
-    /// The camera at @p hidPath has told its serial number: its card shows it until the camera
-    /// leaves. An empty one is ignored.
+    /// Stores the serial number that the camera at @p hidPath has reported. Its card shows the
+    /// number until the camera is unplugged. An empty number is ignored.
     void setSerialNumber(const QString& hidPath, const QString& sn);
 
     /// Number of cards.

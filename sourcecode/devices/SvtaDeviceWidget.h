@@ -10,8 +10,9 @@ class SvtaDeviceWidget;
 }
 
 /// The card of one camera in the device list: picture, name and connection state. The tool tip and
-/// the description for screen readers tell the serial number, if it is known: cameras of one model
-/// differ in nothing else. Opens on release of the left button, or by Return, Enter or Space.
+/// the description for screen readers contain the serial number, if it is known, because cameras of
+/// one model differ in nothing else. Opens on release of the left button, or by Return, Enter or
+/// Space.
 class SvtaDeviceWidget : public QWidget
 {
     Q_OBJECT
@@ -21,7 +22,7 @@ public:
     ~SvtaDeviceWidget() override;
 
     void setData(const DeviceWidgetInfo& info);
-    /// The camera has told its serial number after its card was made.
+    /// Shows a serial number that the camera has reported after the card was made.
     void setSerialNumber(const QString& sn);
     [[nodiscard]] DeviceWidgetInfo data() const { return mDeviceWidgetInfo; }
 

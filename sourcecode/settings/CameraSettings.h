@@ -29,7 +29,7 @@ public:
 
     /// Opens @p info, which is not the camera whose pages are open, for as long as it takes to
     /// apply what is saved for it: a camera that is plugged in again gets its picture back.
-    /// @return the serial number that the camera has told; empty when it has told none
+    /// @return the serial number that the camera has reported; empty when it has reported none
     QString reapplySavedTo(const DeviceWidgetInfo& info);
 
     /// Shows the edited picture values; the page's signals send them to the camera.

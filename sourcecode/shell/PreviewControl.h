@@ -26,11 +26,11 @@ public:
     /// @param isBusy as for startPlay()
     void toggle(bool isBusy);
 
-    /// Nobody can see the picture: stops it and closes the video device, so that the camera is off
-    /// and other programs can use it. What is to be started from now on waits.
+    /// Stops the picture and closes the video device, because the window is not visible: the camera
+    /// is off, and other programs can use it. A start during this time is deferred until resume().
     void suspend();
-    /// The picture can be seen again: opens the video device and starts the picture, as they were.
-    /// The camera keeps its settings meanwhile; nothing is written to it.
+    /// The window is visible again: opens the video device and starts the picture, if they were
+    /// open and running at suspend(). Writes no setting to the camera.
     /// @param isBusy as for startPlay()
     void resume(bool isBusy);
 

@@ -28,8 +28,8 @@ namespace UpdateCheck {
 /// The object in an answer of the service; empty when the answer is not a JSON object.
 [[nodiscard]] QJsonObject getJsonObjectFromString(const QString& answer);
 
-/// Whether an answer is an offer. Only "needUpgrade": false means that there is none; an answer
-/// without this member, or with another value, counts as an offer.
+/// Whether the service offers an update in its answer. It offers none when the answer contains
+/// "needUpgrade": false; any other answer is an offer.
 [[nodiscard]] bool offersUpdate(const QJsonObject& answer);
 
 } // namespace UpdateCheck

@@ -388,9 +388,9 @@ void UpdateFlow::cameraLeft(const QList<HidDevices>& others)
     m_othersWhenItLeft = paths;
 }
 
-/// The cameras that may be the one that is being updated. When nobody has seen it leave, because it
-/// left and returned within the pause before the list enumerates, these are the ones that have just
-/// arrived or, when none has, the one at its path.
+/// The cameras that may be the updated one. The list does not notice a camera that leaves and
+/// returns during the pause before it enumerates. The candidates are then the cameras that have
+/// just arrived or, if none has, the camera at the path of the updated one.
 QList<HidDevices> UpdateFlow::candidates(const QList<HidDevices>& present,
                                          const QList<HidDevices>& arrived) const
 {
@@ -420,8 +420,8 @@ void UpdateFlow::verifyReturningCamera(const QList<HidDevices>& present,
         QString version;
         if (!isReturningCamera(device, version))
             continue;
-        // A camera that nobody has seen leave, and that has its old version, may still be about to
-        // restart. The time-out decides then.
+        // The list has not noticed that this camera left, and the camera reports its old version:
+        // it may restart later. The time-out decides.
         const bool hasReturned = m_othersWhenItLeft || arrived.contains(device);
         if (hasReturned || version != m_camera.session().info().deviceVersion)
             judge(device, version, videoPathOf(device.path));

@@ -10,7 +10,7 @@
 
 using Cause = PreviewFailure::Cause;
 
-/// Why a camera shows no picture, as far as the system tells.
+/// The cause that the system reports when a camera shows no picture.
 class PreviewFailureTest : public QObject
 {
     Q_OBJECT

@@ -228,8 +228,8 @@ void GstCaptureGraph::placeVideoWindow(WId window)
         return;
     delete m_surface;
     m_surface = new PreviewSurface(m_frames, target);
-    // A frame that the surface before was told of and did not take would keep later ones from being
-    // announced.
+    // A new frame is announced only after the previous one was taken. The old surface may have left
+    // one, so the queue is cleared.
     m_frames->clear();
     m_surface->show();
 }
