@@ -1,5 +1,5 @@
 #include "PacketPause.h"
-#include "windows/WinHandle.h"
+#include "WinHandle.h"
 
 // After qt_windows.h, which it needs.
 #include <timeapi.h>

@@ -5,8 +5,15 @@
 #include "HidFrameLog.h"
 
 void HidExchange::run(const QByteArray& path, const HidFrame::Buffer& frame, int timeoutMs,
-                      WriteRule rule)
+                      WriteRule rule, const CameraLock* held)
 {
+    CameraLock lock;
+    if (!(held && held->isHeld()) &&
+        !lock.acquire(path, CameraLock::Use::Exchange, std::chrono::milliseconds(timeoutMs))) {
+        m_outcome = Outcome::InUse;
+        m_errorText = lock.holder().toString();
+        return;
+    }
     const HidLibrary library;
     const HidHandle handle = HidApi::open(path.constData());
     if (!handle)

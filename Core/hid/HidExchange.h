@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CameraLock.h"
 #include "HidFrame.h"
 
 #include <QByteArray>
@@ -10,6 +11,7 @@ class HidExchange
 {
 public:
     enum class Outcome {
+        InUse, ///< another program holds the camera's lock; see errorText()
         OpenFailed,
         WriteFailed,
         Finished ///< the read step was reached; see readResult()
@@ -22,12 +24,16 @@ public:
     };
 
     /// Opens @p path, writes @p frame whole, waits up to @p timeoutMs for the answer and closes.
-    void run(const QByteArray& path, const HidFrame::Buffer& frame, int timeoutMs, WriteRule rule);
+    /// @param held the camera's lock when the caller holds it; otherwise the exchange takes it and
+    ///        waits for it up to @p timeoutMs
+    void run(const QByteArray& path, const HidFrame::Buffer& frame, int timeoutMs, WriteRule rule,
+             const CameraLock* held = nullptr);
 
     [[nodiscard]] Outcome outcome() const { return m_outcome; }
     /// Result of hid_read_timeout(): bytes, 0 after a time-out, -1 after an error.
     [[nodiscard]] int readResult() const { return m_readResult; }
-    /// hidapi's text about the failed write or read; fetched while the handle was open.
+    /// hidapi's text about the failed write or read, fetched while the handle was open, or who
+    /// holds the camera's lock.
     [[nodiscard]] QString errorText() const { return m_errorText; }
     /// The answer; bytes that did not arrive are zero.
     [[nodiscard]] const HidFrame::Buffer& received() const { return m_received; }

@@ -12,6 +12,11 @@ UVCHid::~UVCHid()
     HidApi::exit();
 }
 
+bool UVCHid::lock(const QString& path, std::chrono::milliseconds limit)
+{
+    return m_lock.acquire(path.toUtf8(), CameraLock::Use::Exchange, limit);
+}
+
 void UVCHid::getHidDevices(QMap<QString, HidDevices>& out)
 {
     const HidEnumeration list = HidApi::enumerate();

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "CameraLock.h"
 #include "DeviceSettings.h"
 #include "HidApi.h"
 #include "HidDevices.h"
 #include "HidFrame.h"
 
+#include <chrono>
 #include <optional>
 #include <QMap>
 #include <QString>
@@ -15,10 +17,10 @@
 /// another program can talk to the camera between two of them. A second, persistent handle is held
 /// for the firmware transfer alone.
 ///
-/// All operations block the calling thread: a read for up to 3 s, a write for up to 1 s. Exchanges
-/// with a camera are not locked against each other: commands to one camera come from one thread at
-/// a time. Only the functions that touch the state of hidapi itself take a lock; see HidApi. No
-/// command may be sent to a camera whose firmware is being transferred.
+/// All operations block the calling thread: a read for up to 3 s, a write for up to 1 s, and as
+/// long again when another program holds the camera's lock. An exchange takes that lock, a firmware
+/// transfer holds it; see CameraLock. Only the functions that touch the state of hidapi itself take
+/// a lock; see HidApi. No command may be sent to a camera whose firmware is being transferred.
 class UVCHid
 {
 public:
@@ -30,6 +32,15 @@ public:
     /// Inventory of all HID interfaces of the system, of every maker, keyed by path. Entries
     /// already in @p out are kept unless an interface of the same path replaces them.
     static void getHidDevices(QMap<QString, HidDevices>& out);
+
+    /// Holds the camera's lock for several exchanges, until unlock(). Without it each exchange
+    /// takes the lock for itself, and another program may change the camera between two of them.
+    /// The interface at @p path must be the one of createHandleWithPath().
+    /// @return false when another program still holds it after @p limit
+    bool lock(const QString& path, std::chrono::milliseconds limit);
+    void unlock() { m_lock.release(); }
+    /// Who held the lock when lock() failed.
+    [[nodiscard]] const CameraLock::Holder& holder() const { return m_lock.holder(); }
 
     /// Remembers @p path for all further commands and opens it as the persistent handle.
     /// @return false when no supported camera is plugged in at all (whatever @p path is), when
@@ -52,8 +63,8 @@ public:
     /// Reads a setting of the camera.
     /// @return nothing when the exchange fails or the camera refuses
     [[nodiscard]] std::optional<int> readSetting(DeviceSetting setting);
-    /// Whether the last read got no answer at all: a time-out or a read error, as opposed to a
-    /// refusal or an interface that cannot be opened.
+    /// Whether the last read got no answer at all: a time-out, a read error or a camera that
+    /// another program uses, as opposed to a refusal or an interface that cannot be opened.
     [[nodiscard]] bool wasSilent() const { return m_silent; }
     /// Writes the low 8 bits of @p value.
     /// @return false where writeInfoToDevice2() gives -1
@@ -80,7 +91,9 @@ public:
 
     /// Transfers the firmware image in @p path over the persistent handle: start, packets, end.
     /// Blocks for the whole transfer, about ten seconds for each MiB, so call it on a worker
-    /// thread. No command may be sent to this camera meanwhile.
+    /// thread. No command may be sent to this camera meanwhile: the caller holds the camera's lock,
+    /// and took it before it opened the handle, which otherwise has answers to other programs'
+    /// commands that would be taken for those of the transfer.
     /// @return true when start and end were acknowledged. The device itself decides whether the
     ///         packets make a valid image.
     bool updateFile(const QString& path);
@@ -104,6 +117,7 @@ private:
     unsigned short m_vendorId = 0;
     unsigned short m_productId = 0;
     QString m_devicePath;
+    CameraLock m_lock;
     HidHandle m_handle;
     HidFrame::Response m_lastResponse;
     QString m_errorText;

@@ -50,6 +50,9 @@ QString decodeVersion(const QByteArray& payload)
 bool reachedRead(const char* operation, int line, const HidExchange& exchange)
 {
     switch (exchange.outcome()) {
+    case HidExchange::Outcome::InUse:
+        qCDebug(hidLog) << operation << line << "The camera is in use by" << exchange.errorText();
+        return false;
     case HidExchange::Outcome::OpenFailed:
         qCDebug(hidLog) << kOpenFailed;
         return false;
@@ -63,10 +66,11 @@ bool reachedRead(const char* operation, int line, const HidExchange& exchange)
     return true;
 }
 
-/// Whether the camera has taken a request and sent nothing back.
+/// Whether the camera has taken a request and sent nothing back, or could not be asked in time.
 bool isSilent(const HidExchange& exchange)
 {
-    return exchange.outcome() == HidExchange::Outcome::Finished && exchange.readResult() < 1;
+    return exchange.outcome() == HidExchange::Outcome::InUse ||
+           (exchange.outcome() == HidExchange::Outcome::Finished && exchange.readResult() < 1);
 }
 
 /// Whether a read command brought an answer; logs why not.
@@ -90,7 +94,7 @@ QString UVCHid::readInfoFromDevice(int cmd)
 
     HidExchange exchange;
     exchange.run(m_devicePath.toUtf8(), readRequest(cmd), kReadTimeoutMs,
-                 HidExchange::WriteRule::MustSucceed);
+                 HidExchange::WriteRule::MustSucceed, &m_lock);
     m_silent = isSilent(exchange);
     if (!isAnswered(operation, __LINE__, exchange)) {
         const bool opened = exchange.outcome() != HidExchange::Outcome::OpenFailed;
@@ -136,7 +140,7 @@ bool UVCHid::readResolutionFromDevice(int cmd, QMap<QString, int>& out)
 
     HidExchange exchange;
     exchange.run(m_devicePath.toUtf8(), readRequest(cmd), kReadTimeoutMs,
-                 HidExchange::WriteRule::MustSucceed);
+                 HidExchange::WriteRule::MustSucceed, &m_lock);
     m_silent = isSilent(exchange);
     if (!isAnswered(operation, __LINE__, exchange))
         return exchange.outcome() == HidExchange::Outcome::OpenFailed;
@@ -186,7 +190,7 @@ int UVCHid::exchangeWrite(const char* operation, const QByteArray& payload, std:
     exchange.run(m_devicePath.toUtf8(),
                  HidFrame::packRequest(static_cast<std::uint16_t>(cmd), HidFrame::PayloadFollows,
                                        payload, dataLen),
-                 kWriteTimeoutMs, HidExchange::WriteRule::Ignored);
+                 kWriteTimeoutMs, HidExchange::WriteRule::Ignored, &m_lock);
     if (!reachedRead(operation, __LINE__, exchange))
         return -1;
     // Only a time-out fails here. After a read error the buffer is zero, so the status reads 0: the

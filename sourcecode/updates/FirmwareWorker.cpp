@@ -1,10 +1,17 @@
 #include "FirmwareWorker.h"
 
+#include "CameraLock.h"
 #include "LogCategories.h"
 #include "SleepInhibitor.h"
 #include "UVCCamera.h"
 
 #include <QtConcurrent>
+
+namespace {
+
+constexpr std::chrono::seconds kLockLimit{3};
+
+}
 
 FirmwareWorker::FirmwareWorker(QObject* parent)
     : QObject(parent)
@@ -62,6 +69,14 @@ void FirmwareWorker::cameraUpdateFile(const QString& path)
 bool FirmwareWorker::write(const QString& path)
 {
     qCDebug(updateLog) << "slotCameraUpdateFile" << path;
+    // Before the camera is opened: an open handle receives the answers to other programs' commands.
+    CameraLock lock;
+    if (!lock.acquire(m_camera->currentDevicePath().toUtf8(), CameraLock::Use::Firmware,
+                      kLockLimit)) {
+        qCWarning(updateLog) << "The camera is in use by" << lock.holder().toString();
+        emit notOpened();
+        return false;
+    }
     if (!m_camera->initHid()) {
         qCDebug(updateLog) << "无法打开当前设备";
         emit notOpened();

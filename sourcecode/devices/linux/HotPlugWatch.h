@@ -1,6 +1,6 @@
 #pragma once
 
-#include "linux/FileDescriptor.h"
+#include "FileDescriptor.h"
 #include "linux/UdevHandles.h"
 
 #include <deque>

@@ -6,6 +6,7 @@
 #include "ProcessUsage.h"
 
 #include <memory>
+#include <QProcess>
 #include <QtTest>
 
 namespace {
@@ -50,6 +51,7 @@ private slots:
     void imageIsWritten();
     void secondTransferIsRefusedDuringTheFirst();
     void cameraThatCannotBeOpenedIsReported();
+    void cameraThatAnotherProgramUsesIsNotWritten();
     void cameraThatLeavesEndsIt_data();
     void cameraThatLeavesEndsIt();
     void cameraThatLeftIsFreeBeforeTheEnd();
@@ -117,6 +119,29 @@ void FirmwareWorkerTest::cameraThatCannotBeOpenedIsReported()
     QVERIFY(!finished.at(0).at(0).toBool());
     QCOMPARE(notOpened.size(), 1);
     QCOMPARE(camera.requests(), 0);
+}
+
+void FirmwareWorkerTest::cameraThatAnotherProgramUsesIsNotWritten()
+{
+    FirmwareCamera camera;
+    QProcess other;
+    other.start(QStringLiteral(LOCK_HOLDER), {camera->hidPath(), QStringLiteral("firmware")});
+    QVERIFY(other.waitForReadyRead(kTimeoutMs));
+    FirmwareWorker transfer;
+    const QSignalSpy notOpened(&transfer, &FirmwareWorker::notOpened);
+    const QSignalSpy finished(&transfer, &FirmwareWorker::finished);
+    QVERIFY(transfer.start(camera->hidPath(), camera.file(FirmwareCamera::image(2000))));
+    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, kTimeoutMs);
+    QVERIFY(!finished.at(0).at(0).toBool());
+    QCOMPARE(notOpened.size(), 1);
+    QCOMPARE(camera.requests(), 0);
+
+    other.closeWriteChannel();
+    QVERIFY(other.waitForFinished(kTimeoutMs));
+    QVERIFY(transfer.start(camera->hidPath(), camera.file(FirmwareCamera::image(2000))));
+    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 2, kTimeoutMs);
+    QVERIFY(finished.at(1).at(0).toBool());
+    QVERIFY(camera.startsAnew());
 }
 
 void FirmwareWorkerTest::cameraThatLeavesEndsIt_data()
