@@ -96,6 +96,13 @@ void ParameterModel::setKnown(const QString& key)
     m_unread.remove(key);
 }
 
+void ParameterModel::setReported(const QString& key, int value)
+{
+    setKnown(key);
+    paramDateMap[key] = value;
+    paramDateChangeMap[key] = value;
+}
+
 void ParameterModel::keepEdited()
 {
     paramDateMap = paramDateChangeMap;

@@ -31,6 +31,9 @@ public:
     void setUnknown(const QString& key);
     /// The camera has reported the value.
     void setKnown(const QString& key);
+    /// Another program has given the camera @p value: it is what the program would store and show,
+    /// and an edit of the same key is replaced, as the camera replaced it.
+    void setReported(const QString& key, int value);
     /// The user has set the value; what the camera had before stays unknown.
     void setChosen(const QString& key) { m_unknown.remove(key); }
     /// The values that the user has set without knowing what the camera had are unknown again:

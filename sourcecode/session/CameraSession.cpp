@@ -4,8 +4,10 @@
 #include "ParameterKeys.h"
 #include "PictureSettings.h"
 #include "ReportedText.h"
+#include "SvtaPagesView.h"
 #include "UVCCamera.h"
 
+#include <algorithm>
 #include <QDebug>
 #include <QTimer>
 #include <utility>
@@ -119,6 +121,57 @@ void CameraSession::readDeviceParam()
         m_parameters.setKnown(ParameterKeys::Intelligent);
     m_parameters.deriveIntelligent();
     m_parameters.copyDeviceParameters();
+}
+
+bool CameraSession::takeChangesOfOthers()
+{
+    if (!m_valuesKnown || !m_deferred.isEmpty())
+        return false;
+    bool changed = false;
+    for (const DeviceSettingRow& row : DeviceSettings::rows()) {
+        const std::optional<int> value = readSetting(row.setting);
+        if (!value ||
+            (!m_parameters.isUnknown(row.key) && *value == m_parameters.edited()[row.key]))
+            continue;
+        m_parameters.setReported(row.key, *value);
+        changed = true;
+    }
+    if (changed)
+        deriveIntelligent();
+    bool pictureChanged = false;
+    for (const PictureSettingRow& row : PictureSettings::rows())
+        pictureChanged = takePictureChange(row.property) || pictureChanged;
+    // No preset has these values any more.
+    if (pictureChanged)
+        m_parameters.setReported(ParameterKeys::ImageMode, SvtaPagesView::Custom);
+    return changed || pictureChanged;
+}
+
+/// What follows from the framing values that were just reported.
+void CameraSession::deriveIntelligent()
+{
+    if (m_parameters.isUnknown(ParameterKeys::AutoFrameSwitch) ||
+        m_parameters.isUnknown(ParameterKeys::FrameMaster))
+        return;
+    m_parameters.setReported(ParameterKeys::Intelligent,
+                             m_parameters.edited()[ParameterKeys::AutoFrameSwitch] != 0 ||
+                                 m_parameters.edited()[ParameterKeys::FrameMaster] != 0);
+}
+
+bool CameraSession::takePictureChange(PictureProperty property)
+{
+    const std::optional<int> value = m_camera.readPicture(property);
+    if (!value)
+        return false;
+    const QLatin1String key = PictureSettings::row(property).key;
+    const int edited = m_parameters.edited()[key];
+    const QPair<int, int> range = m_camera.pictureRange(property);
+    const int taken = std::max(range.first, std::min(edited, range.second));
+    const bool isOurs = *value == edited || *value == taken;
+    if (isOurs && !m_parameters.isUnknown(key))
+        return false;
+    m_parameters.setReported(key, *value);
+    return true;
 }
 
 bool CameraSession::writeIniFile()

@@ -4,6 +4,7 @@
 #include "DeviceWidgetInfo.h"
 #include "ParameterModel.h"
 #include "StreamFormat.h"
+#include "VideoProcAmp.h"
 
 #include <functional>
 #include <memory>
@@ -57,6 +58,11 @@ public:
     /// A setting of the camera; nothing when it refuses or does not answer, or when nothing more is
     /// read in this opening.
     [[nodiscard]] std::optional<int> readSetting(DeviceSetting setting);
+    /// Asks the camera for every value and takes those that another program has changed. A value
+    /// that the camera could only take within its own range is not a change.
+    /// @return whether there was any. False, with nothing asked, while no values are loaded or a
+    ///         step is deferred.
+    [[nodiscard]] bool takeChangesOfOthers();
     void readIniFile();
     void readDeviceParam();
     [[nodiscard]] bool writeIniFile();
@@ -78,6 +84,8 @@ public:
 
 private:
     [[nodiscard]] bool mayRead() const;
+    void deriveIntelligent();
+    [[nodiscard]] bool takePictureChange(PictureProperty property);
     void noteRead();
 
     UVCCamera& m_camera;

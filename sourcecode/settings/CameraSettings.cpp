@@ -277,6 +277,16 @@ void CameraSettings::refresh4kState()
     m_page.setStreamOn(session.stream().streamOn);
 }
 
+void CameraSettings::showChangesOfOthers()
+{
+    if (!m_camera.session().takeChangesOfOthers())
+        return;
+    qCDebug(settingsLog) << "another program has changed the camera";
+    const QScopedValueRollback<bool> readOnly(m_isReadOnly, true);
+    setDeviceParam();
+    setAdvancedParam();
+}
+
 bool CameraSettings::save()
 {
     CameraSession& session = m_camera.session();

@@ -55,6 +55,10 @@ public:
     /// Asks the camera for its stream and shows on the page whether 4K is in use.
     void refresh4kState();
 
+    /// Shows what another program has changed in the camera since the page was filled, and writes
+    /// nothing.
+    void showChangesOfOthers();
+
     /// Writes the edited settings to device.ini. The camera holds every value already.
     /// @return false, with maps and file unchanged, when the camera or the file cannot be reached
     bool save();

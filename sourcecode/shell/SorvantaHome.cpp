@@ -30,6 +30,7 @@
 #include "UpdateFlow.h"
 #include "UVCCamera.h"
 
+#include <QGuiApplication>
 #include <QTimer>
 
 SorvantaHome::SorvantaHome(QWidget* parent)
@@ -131,6 +132,8 @@ void SorvantaHome::makeDialogs()
 
 void SorvantaHome::connectShell()
 {
+    connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
+            &SorvantaHome::followApplicationState);
     connect(ui->closeBtn, &QPushButton::clicked, this, &SorvantaHome::slotClose);
     connect(ui->minimumBtn, &QPushButton::clicked, this, &SorvantaHome::slotMinimum);
     connect(ui->moreBtn, &QPushButton::clicked, this, &SorvantaHome::slotShowMoreMenu);

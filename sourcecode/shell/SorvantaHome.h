@@ -179,6 +179,7 @@ private:
     void verifyReturningCamera(const ListChange& change);
     void restoreOverlays();
     void followWindowState();
+    void followApplicationState(Qt::ApplicationState state);
     void logStreamSize() const;
     [[nodiscard]] SvtaPagesView::ViewPageEnum currentPage() const;
     [[nodiscard]] CameraSession& session() const;

@@ -1,3 +1,4 @@
+#include "CameraSettings.h"
 #include "LogCategories.h"
 #include "MaskForm.h"
 #include "OpenCamera.h"
@@ -129,6 +130,14 @@ void SorvantaHome::followWindowState()
         m_preview->resume(m_update->isBusy(session().info().hidPath));
         restoreOverlays();
     }
+}
+
+/// The user may have changed the camera with another program before they return to this one.
+void SorvantaHome::followApplicationState(Qt::ApplicationState state)
+{
+    if (state == Qt::ApplicationActive && currentPage() == SvtaPagesView::SettingPage &&
+        !m_update->isBusy(session().info().hidPath))
+        m_settings->showChangesOfOthers();
 }
 
 void SorvantaHome::closeEvent(QCloseEvent* event)
