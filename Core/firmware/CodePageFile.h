@@ -7,8 +7,9 @@ class QTextCodec;
 
 namespace CodePageFile {
 
-/// Opens @p path for reading. On Windows the name is passed as bytes of @p codec; a name that the
-/// codec cannot express does not open there. On Linux every name opens.
+/// Opens @p path for reading. On Windows the name is passed as bytes of @p codec where the system
+/// reads these bytes as the same name, which depends on its code page; elsewhere as the short path
+/// of the file, or in UTF-16. On Linux a name is passed as its own bytes. So every name opens.
 /// Defined in CodePageFile_<platform>.cpp.
 bool open(QFile& file, const QString& path, const QTextCodec& codec);
 

@@ -2,8 +2,7 @@
 
 bool CodePageFile::open(QFile& file, const QString& path, const QTextCodec& codec)
 {
-    // File names are UTF-8 here, whatever the codec; a home directory with Chinese characters
-    // works.
+    // A name is bytes here, the same bytes that the file was made with. They are in no code page.
     Q_UNUSED(codec)
     file.setFileName(path);
     return file.open(QIODevice::ReadOnly);

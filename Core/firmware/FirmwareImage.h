@@ -11,9 +11,8 @@ namespace FirmwareImage {
 constexpr qint64 kMaxBytes = qint64{8} * 1024 * 1024;
 
 /// The whole image in @p path.
-/// @return nothing when the file cannot be opened (on Windows also when the path has characters
-///         outside GB2312), cannot be read to its end, or is larger than kMaxBytes; the size is
-///         checked before a byte is read
+/// @return nothing when the file cannot be opened, cannot be read to its end, or is larger than
+///         kMaxBytes; the size is checked before a byte is read
 [[nodiscard]] std::optional<QByteArray> read(const QString& path);
 
 } // namespace FirmwareImage
