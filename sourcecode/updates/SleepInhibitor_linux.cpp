@@ -44,7 +44,7 @@ SleepInhibitor::SleepInhibitor(const QString& why)
     QDBusMessage message = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
         QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("Inhibit"));
-    message.setArguments({QStringLiteral("idle:sleep"), QStringLiteral("MarvikTools"), why,
+    message.setArguments({QStringLiteral("idle:shutdown:sleep"), QStringLiteral("MarvikTools"), why,
                           QStringLiteral("block")});
     m_hold = std::make_unique<Hold>(bus.asyncCall(message));
 }

@@ -13,6 +13,7 @@
 #include "OpenCamera.h"
 #include "PackageFiles.h"
 #include "ReportedText.h"
+#include "SessionEndBlock.h"
 #include "SvtaForceUpdateSecondDialog.h"
 #include "SvtaMessageDialog.h"
 #include "SvtaVersionUpdateDialog.h"
@@ -286,11 +287,14 @@ void UpdateFlow::writeFirmware(const QString& file)
     // A camera's answers go to every open handle, so a second one would receive answers of the
     // transfer. A closed handle also lets the camera return under the same path.
     session.closeLink();
-    m_worker->start(session.info().hidPath, file);
+    if (m_worker->start(session.info().hidPath, file))
+        m_sessionEndBlock =
+            std::make_unique<SessionEndBlock>(m_window, tr("A camera is being updated"));
 }
 
 void UpdateFlow::transferFinished(bool sent)
 {
+    m_sessionEndBlock.reset();
     // A camera that has received the whole image leaves the bus to start it. It is opened when it
     // has returned.
     if (!sent && m_camera.session().isOpen())

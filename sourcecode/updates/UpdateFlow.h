@@ -5,6 +5,7 @@
 #include "SvtaPagesView.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <QJsonObject>
 #include <QList>
@@ -21,6 +22,7 @@ class MaskForm;
 class OpenCamera;
 class QTimer;
 class QWidget;
+class SessionEndBlock;
 class SvtaForceUpdateSecondDialog;
 class SvtaMessageDialog;
 class SvtaVersionUpdateDialog;
@@ -147,6 +149,7 @@ private:
     MaskForm& m_mask;
     QWidget* m_window;
     FirmwareWorker* m_worker;
+    std::unique_ptr<SessionEndBlock> m_sessionEndBlock; ///< during a transfer
     ApplicationUpdateCheck* m_applicationUpdate;
     SvtaVersionUpdateDialog* m_updateDialog;
     SvtaMessageDialog* m_messageDialog;

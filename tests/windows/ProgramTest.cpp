@@ -29,6 +29,9 @@ private slots:
     void secondStartEndsAtOnceAndRaisesTheFirst();
     void quitInTheTraysMenuEndsTheProgram();
     void endOfTheEventLoopEndsTheProgram();
+    void endOfTheSessionIsNotHeldUp_data();
+    void endOfTheSessionIsNotHeldUp();
+    void cancelledEndOfTheSessionChangesNothing();
 
 private:
     /// Sends the program an event of its tray icon, as the shell does.
@@ -145,6 +148,35 @@ void ProgramTest::endOfTheEventLoopEndsTheProgram()
     QVERIFY(m_program.waitForFinished(kTimeoutMs));
     QCOMPARE(m_program.exitStatus(), QProcess::NormalExit);
     QCOMPARE(m_program.exitCode(), 0);
+}
+
+void ProgramTest::endOfTheSessionIsNotHeldUp_data()
+{
+    QTest::addColumn<bool>("hidden");
+    QTest::newRow("shown") << false;
+    QTest::newRow("in the tray") << true;
+}
+
+/// As the system does at a logoff, and as the installer of another program does that needs a file.
+void ProgramTest::endOfTheSessionIsNotHeldUp()
+{
+    QFETCH(bool, hidden);
+    if (hidden)
+        hideInTheTray();
+    QCOMPARE(::SendMessageW(programWindow(), WM_QUERYENDSESSION, 0, ENDSESSION_CLOSEAPP),
+             LRESULT{TRUE});
+    ::SendMessageW(programWindow(), WM_ENDSESSION, TRUE, ENDSESSION_CLOSEAPP);
+    QVERIFY(m_program.waitForFinished(kTimeoutMs));
+    QCOMPARE(m_program.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(m_program.exitCode(), 0);
+}
+
+void ProgramTest::cancelledEndOfTheSessionChangesNothing()
+{
+    QCOMPARE(::SendMessageW(programWindow(), WM_QUERYENDSESSION, 0, 0), LRESULT{TRUE});
+    ::SendMessageW(programWindow(), WM_ENDSESSION, FALSE, 0);
+    QVERIFY(!m_program.waitForFinished(500));
+    QVERIFY(::IsWindowVisible(programWindow()));
 }
 
 QTEST_MAIN(ProgramTest)

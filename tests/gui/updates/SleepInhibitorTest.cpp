@@ -66,7 +66,7 @@ void SleepInhibitorTest::requestsTheRightInhibitor()
     const SleepInhibitor inhibitor(kWhy);
     QTRY_COMPARE_WITH_TIMEOUT(m_manager->requests().size(), 1, kTimeoutMs);
     QCOMPARE(m_manager->requests().constFirst(),
-             (QStringList{"idle:sleep", "MarvikTools", kWhy, "block"}));
+             (QStringList{"idle:shutdown:sleep", "MarvikTools", kWhy, "block"}));
 }
 
 void SleepInhibitorTest::holdsTheLockDuringItsLifetime()
