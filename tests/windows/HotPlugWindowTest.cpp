@@ -2,10 +2,16 @@
 #include "DeviceManager.h"
 #include "IDeviceNotify.h"
 #include "LogCapture.h"
+#include "ScriptedDevNodes.h"
 
+#include <algorithm>
+#include <array>
+#include <limits>
 #include <mutex>
 #include <qt_windows.h>
 #include <QtTest>
+#include <string>
+#include <vector>
 
 // After qt_windows.h, which it needs.
 #include <dbt.h>
@@ -62,17 +68,38 @@ QList<HWND> windows()
     return found;
 }
 
-/// The system's broadcast about a HID interface.
-struct Broadcast
+constexpr GUID kHidClass = {
+    0x4D1E55B2, 0xF16F, 0x11CF, {0x88, 0xCB, 0x00, 0x11, 0x11, 0x00, 0x00, 0x30}};
+constexpr GUID kAudioCaptureClass = {
+    0x2EEF81BE, 0x33FA, 0x4800, {0x96, 0x70, 0x1C, 0xD4, 0x74, 0x97, 0x2C, 0x3F}};
+
+/// The system's broadcast about an interface, with its name after the header.
+class Broadcast
 {
-    Broadcast()
+public:
+    explicit Broadcast(const QString& name, const GUID& interfaceClass = kHidClass,
+                       DWORD type = DBT_DEVTYP_DEVICEINTERFACE)
     {
-        interface.dbcc_size = sizeof interface;
-        interface.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
+        const std::wstring text = name.toStdWString();
+        m_bytes.resize(sizeof(DEV_BROADCAST_DEVICEINTERFACE_W) + text.size() * sizeof(wchar_t));
+        auto* broadcast = reinterpret_cast<DEV_BROADCAST_DEVICEINTERFACE_W*>(m_bytes.data());
+        broadcast->dbcc_size = static_cast<DWORD>(m_bytes.size());
+        broadcast->dbcc_devicetype = type;
+        broadcast->dbcc_classguid = interfaceClass;
+        std::copy_n(text.c_str(), text.size() + 1, broadcast->dbcc_name);
     }
-    DEV_BROADCAST_DEVICEINTERFACE_W interface {
-    };
+    [[nodiscard]] const void* data() const { return m_bytes.data(); }
+
+private:
+    std::vector<unsigned char> m_bytes;
 };
+
+/// A broadcast about a HID interface that is not a camera's.
+Broadcast keyboard()
+{
+    return Broadcast(QStringLiteral("\\\\?\\HID#VID_1234&PID_5678#7&1&0&0000#"
+                                    "{4d1e55b2-f16f-11cf-88cb-001111000030}"));
+}
 
 } // namespace
 
@@ -90,6 +117,14 @@ private slots:
     void removalMakesOneEnumeration();
     void otherEventsMakeNoEnumeration_data();
     void otherEventsMakeNoEnumeration();
+    void broadcastsAboutOtherThingsMakeNoEnumeration_data();
+    void broadcastsAboutOtherThingsMakeNoEnumeration();
+    void enumerationWaitsForTheVideoInterface();
+    void videoInterfaceThatIsThereIsNotWaitedFor();
+    void missingVideoInterfaceIsWaitedForOneSecond();
+    void deviceWithoutVideoIsNotWaitedFor();
+    void cameraThatLeavesAgainIsNotWaitedFor();
+    void removalWaitsForNothing();
     void eventsAreHandledOnTheThreadOfTheWindow();
     void everyEventOfAStormMakesOneEnumeration();
     void startingTwiceMakesOneWindow();
@@ -100,9 +135,14 @@ private slots:
 private:
     static DeviceManager& manager() { return DeviceManager::instance(); }
     HWND window() const { return windows().value(0); }
-    void send(WPARAM event, const void* data = nullptr) const
+    void send(WPARAM event, const Broadcast& broadcast) const { sendData(event, broadcast.data()); }
+    void sendData(WPARAM event, const void* data) const
     {
         ::SendMessageW(window(), WM_DEVICECHANGE, event, reinterpret_cast<LPARAM>(data));
+    }
+    [[nodiscard]] int enumerations() const
+    {
+        return m_log->texts().filter(QStringLiteral("获取设备")).size();
     }
 
     std::unique_ptr<LogCapture> m_log;
@@ -137,8 +177,7 @@ void HotPlugWindowTest::windowExistsAndIsHidden()
 
 void HotPlugWindowTest::arrivalMakesOneEnumeration()
 {
-    const Broadcast broadcast;
-    send(DBT_DEVICEARRIVAL, &broadcast);
+    send(DBT_DEVICEARRIVAL, keyboard());
     QCOMPARE(m_receiver->statuses(), QList<int>{DevicePluggedIn});
     QCOMPARE(m_log->texts().filter(QStringLiteral("检测到插入设备")).size(), 1);
     QCOMPARE(m_log->texts().filter(QStringLiteral("获取设备")).size(), 1);
@@ -147,8 +186,7 @@ void HotPlugWindowTest::arrivalMakesOneEnumeration()
 
 void HotPlugWindowTest::removalMakesOneEnumeration()
 {
-    const Broadcast broadcast;
-    send(DBT_DEVICEREMOVECOMPLETE, &broadcast);
+    send(DBT_DEVICEREMOVECOMPLETE, keyboard());
     QCOMPARE(m_receiver->statuses(), QList<int>{DeviceRemoved});
     QCOMPARE(m_log->texts().filter(QStringLiteral("检测到拔出设备")).size(), 1);
     QCOMPARE(m_log->texts().filter(QStringLiteral("获取设备")).size(), 1);
@@ -168,15 +206,108 @@ void HotPlugWindowTest::otherEventsMakeNoEnumeration_data()
 void HotPlugWindowTest::otherEventsMakeNoEnumeration()
 {
     QFETCH(uint, event);
-    const Broadcast broadcast;
-    send(event, event == DBT_DEVNODES_CHANGED || event == DBT_CONFIGCHANGED ? nullptr : &broadcast);
+    if (event == DBT_DEVNODES_CHANGED || event == DBT_CONFIGCHANGED)
+        sendData(event, nullptr);
+    else
+        send(event, keyboard());
     QCOMPARE(m_receiver->statuses(), QList<int>());
     QCOMPARE(m_log->texts().filter(QStringLiteral("检测到")).size(), 0);
 }
 
+void HotPlugWindowTest::broadcastsAboutOtherThingsMakeNoEnumeration_data()
+{
+    QTest::addColumn<uint>("event");
+    for (const uint event : {uint{DBT_DEVICEARRIVAL}, uint{DBT_DEVICEREMOVECOMPLETE}})
+        QTest::addRow("%x", event) << event;
+}
+
+/// A USB stick is reported to every window as a volume, a serial adapter as a port.
+void HotPlugWindowTest::broadcastsAboutOtherThingsMakeNoEnumeration()
+{
+    QFETCH(uint, event);
+    DEV_BROADCAST_VOLUME volume{};
+    volume.dbcv_size = sizeof volume;
+    volume.dbcv_devicetype = DBT_DEVTYP_VOLUME;
+    volume.dbcv_unitmask = 1U << 4U;
+    sendData(event, &volume);
+    std::array<unsigned char, 64> portBytes{};
+    auto* port = reinterpret_cast<DEV_BROADCAST_PORT_W*>(portBytes.data());
+    port->dbcp_size = static_cast<DWORD>(portBytes.size());
+    port->dbcp_devicetype = DBT_DEVTYP_PORT;
+    std::copy_n(L"COM3", 5, port->dbcp_name);
+    sendData(event, port);
+    send(event, Broadcast(QStringLiteral("\\\\?\\SWD#MMDEVAPI#1"), kAudioCaptureClass));
+    // The same bytes in a broadcast of another type mean something else.
+    send(event, Broadcast(ScriptedDevNodes::hidInterface(), kHidClass, DBT_DEVTYP_HANDLE));
+    sendData(event, nullptr);
+    QCOMPARE(m_receiver->statuses(), QList<int>());
+    QCOMPARE(enumerations(), 0);
+    QCOMPARE(m_log->texts().filter(QStringLiteral("检测到")).size(), 0);
+}
+
+void HotPlugWindowTest::enumerationWaitsForTheVideoInterface()
+{
+    ScriptedDevNodes nodes;
+    nodes.looksInVain = 5;
+    send(DBT_DEVICEARRIVAL, Broadcast(ScriptedDevNodes::hidInterface()));
+    QCOMPARE(nodes.looks.load(), 6);
+    QCOMPARE(m_receiver->statuses(), QList<int>{DevicePluggedIn});
+    QCOMPARE(enumerations(), 1);
+}
+
+void HotPlugWindowTest::videoInterfaceThatIsThereIsNotWaitedFor()
+{
+    ScriptedDevNodes nodes;
+    send(DBT_DEVICEARRIVAL, Broadcast(ScriptedDevNodes::hidInterface()));
+    QCOMPARE(nodes.looks.load(), 1);
+    QCOMPARE(enumerations(), 1);
+}
+
+void HotPlugWindowTest::missingVideoInterfaceIsWaitedForOneSecond()
+{
+    ScriptedDevNodes nodes;
+    nodes.looksInVain = std::numeric_limits<int>::max();
+    QElapsedTimer elapsed;
+    elapsed.start();
+    send(DBT_DEVICEARRIVAL, Broadcast(ScriptedDevNodes::hidInterface()));
+    QVERIFY(elapsed.elapsed() >= 1000);
+    QVERIFY(nodes.looks > 1);
+    QCOMPARE(m_receiver->statuses(), QList<int>{DevicePluggedIn});
+    QCOMPARE(enumerations(), 1);
+}
+
+void HotPlugWindowTest::deviceWithoutVideoIsNotWaitedFor()
+{
+    ScriptedDevNodes nodes;
+    nodes.hasVideoFunction = false;
+    send(DBT_DEVICEARRIVAL, Broadcast(ScriptedDevNodes::hidInterface()));
+    QCOMPARE(nodes.looks.load(), 0);
+    QCOMPARE(enumerations(), 1);
+}
+
+void HotPlugWindowTest::cameraThatLeavesAgainIsNotWaitedFor()
+{
+    ScriptedDevNodes nodes;
+    nodes.looksInVain = std::numeric_limits<int>::max();
+    nodes.leavesAtLook = 3;
+    send(DBT_DEVICEARRIVAL, Broadcast(ScriptedDevNodes::hidInterface()));
+    QCOMPARE(nodes.looks.load(), 3);
+    QCOMPARE(enumerations(), 1);
+}
+
+void HotPlugWindowTest::removalWaitsForNothing()
+{
+    ScriptedDevNodes nodes;
+    nodes.looksInVain = std::numeric_limits<int>::max();
+    send(DBT_DEVICEREMOVECOMPLETE, Broadcast(ScriptedDevNodes::hidInterface()));
+    QCOMPARE(nodes.looks.load(), 0);
+    QCOMPARE(m_receiver->statuses(), QList<int>{DeviceRemoved});
+    QCOMPARE(enumerations(), 1);
+}
+
 void HotPlugWindowTest::eventsAreHandledOnTheThreadOfTheWindow()
 {
-    send(DBT_DEVICEARRIVAL);
+    send(DBT_DEVICEARRIVAL, keyboard());
     QVERIFY(m_receiver->thread() != QThread::currentThreadId());
     QCOMPARE(reinterpret_cast<quintptr>(m_receiver->thread()),
              quintptr{::GetWindowThreadProcessId(window(), nullptr)});
@@ -186,8 +317,8 @@ void HotPlugWindowTest::everyEventOfAStormMakesOneEnumeration()
 {
     QList<int> expected;
     for (int i = 0; i < 50; ++i) {
-        send(DBT_DEVICEARRIVAL);
-        send(DBT_DEVICEREMOVECOMPLETE);
+        send(DBT_DEVICEARRIVAL, keyboard());
+        send(DBT_DEVICEREMOVECOMPLETE, keyboard());
         expected << DevicePluggedIn << DeviceRemoved;
     }
     QCOMPARE(m_receiver->statuses(), expected);
@@ -201,7 +332,7 @@ void HotPlugWindowTest::startingTwiceMakesOneWindow()
     QCOMPARE(windows().size(), 1);
     // A second thread would find the name of its window's class taken.
     QCOMPARE(m_log->texts().filter(QStringLiteral("注册窗口类失败")).size(), 0);
-    send(DBT_DEVICEARRIVAL);
+    send(DBT_DEVICEARRIVAL, keyboard());
     QCOMPARE(m_receiver->statuses(), QList<int>{DevicePluggedIn});
 }
 
@@ -223,7 +354,7 @@ void HotPlugWindowTest::watcherCanBeStartedAgain()
         manager().start();
         QTRY_COMPARE(windows().size(), 1);
     }
-    send(DBT_DEVICEARRIVAL);
+    send(DBT_DEVICEARRIVAL, keyboard());
     QCOMPARE(m_receiver->statuses(), QList<int>{DevicePluggedIn});
 }
 

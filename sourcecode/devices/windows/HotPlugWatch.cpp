@@ -1,6 +1,7 @@
 #include "HotPlugWatch.h"
 
 #include "DeviceManager.h"
+#include "VideoInterface.h"
 
 // After qt_windows.h, which it needs.
 #include <dbt.h>
@@ -16,6 +17,18 @@ void* const kCreationParameter = reinterpret_cast<void*>(INT_PTR{12345});
 /// The device interface class of HID devices.
 constexpr GUID kHidInterfaceClass = {
     0x4D1E55B2, 0xF16F, 0x11CF, {0x88, 0xCB, 0x00, 0x11, 0x11, 0x00, 0x00, 0x30}};
+
+/// The HID interface that a broadcast is about; null for a broadcast about another thing. Volumes
+/// and ports are reported to every window, whether it has asked for them or not.
+const DEV_BROADCAST_DEVICEINTERFACE_W* hidInterfaceOf(LPARAM broadcast)
+{
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the message carries a pointer as a number.
+    const auto* header = reinterpret_cast<const DEV_BROADCAST_HDR*>(broadcast);
+    if (!header || header->dbch_devicetype != DBT_DEVTYP_DEVICEINTERFACE)
+        return nullptr;
+    const auto* found = reinterpret_cast<const DEV_BROADCAST_DEVICEINTERFACE_W*>(header);
+    return ::IsEqualGUID(found->dbcc_classguid, kHidInterfaceClass) ? found : nullptr;
+}
 
 HINSTANCE thisModule()
 {
@@ -89,11 +102,15 @@ void HotPlugWatch::wake() const
 
 LRESULT CALLBACK HotPlugWatch::WndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    if (message == WM_DEVICECHANGE) {
-        if (wParam == DBT_DEVICEARRIVAL)
-            DeviceManager::instance().deviceArrived();
-        else if (wParam == DBT_DEVICEREMOVECOMPLETE)
-            DeviceManager::instance().deviceRemoved();
+    const bool arrived = message == WM_DEVICECHANGE && wParam == DBT_DEVICEARRIVAL;
+    const bool removed = message == WM_DEVICECHANGE && wParam == DBT_DEVICEREMOVECOMPLETE;
+    // Other events of this message carry no broadcast.
+    const auto* hid = arrived || removed ? hidInterfaceOf(lParam) : nullptr;
+    if (hid && arrived) {
+        VideoInterface::waitFor(QString::fromWCharArray(hid->dbcc_name));
+        DeviceManager::instance().deviceArrived();
+    } else if (hid) {
+        DeviceManager::instance().deviceRemoved();
     }
     return ::DefWindowProcW(window, message, wParam, lParam);
 }
