@@ -47,6 +47,10 @@ public:
     ///         hidapi does not start or when @p path cannot be opened
     bool createHandleWithPath(const QString& path);
 
+    /// Remembers @p path for all further parameter commands, which open it by themselves, and holds
+    /// no handle: the answers to other programs do not fill its queue.
+    void setDevicePath(const QString& path) { m_devicePath = path; }
+
     /// The second half of createHandleWithPath(): opens the remembered path, whatever its ids.
     bool createHandleWithid(unsigned short vid, unsigned short pid);
 
@@ -63,9 +67,23 @@ public:
     /// Reads a setting of the camera.
     /// @return nothing when the exchange fails or the camera refuses
     [[nodiscard]] std::optional<int> readSetting(DeviceSetting setting);
-    /// Whether the last read got no answer at all: a time-out, a read error or a camera that
-    /// another program uses, as opposed to a refusal or an interface that cannot be opened.
-    [[nodiscard]] bool wasSilent() const { return m_silent; }
+    /// Why a parameter command has failed.
+    enum class Failure {
+        None,
+        InUse,     ///< another program holds the camera's lock
+        NotOpened, ///< the interface cannot be opened
+        NotSent,   ///< the request could not be written
+        Silent,    ///< no answer at all: a time-out or a read error
+        Refused,   ///< a bad status, or the answer to another command
+    };
+    /// Of the last parameter command.
+    [[nodiscard]] Failure lastFailure() const { return m_failure; }
+    /// Whether the last command got no answer at all, or another program uses the camera: asking
+    /// for more values would block as long again.
+    [[nodiscard]] bool wasSilent() const
+    {
+        return m_failure == Failure::Silent || m_failure == Failure::InUse;
+    }
     /// Writes the low 8 bits of @p value.
     /// @return false where writeInfoToDevice2() gives -1
     bool writeSetting(DeviceSetting setting, int value);
@@ -121,5 +139,5 @@ private:
     HidHandle m_handle;
     HidFrame::Response m_lastResponse;
     QString m_errorText;
-    bool m_silent = false;
+    Failure m_failure = Failure::None;
 };

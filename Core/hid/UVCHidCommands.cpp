@@ -66,11 +66,20 @@ bool reachedRead(const char* operation, int line, const HidExchange& exchange)
     return true;
 }
 
-/// Whether the camera has taken a request and sent nothing back, or could not be asked in time.
-bool isSilent(const HidExchange& exchange)
+/// Why an exchange has brought no answer.
+UVCHid::Failure failureOf(const HidExchange& exchange)
 {
-    return exchange.outcome() == HidExchange::Outcome::InUse ||
-           (exchange.outcome() == HidExchange::Outcome::Finished && exchange.readResult() < 1);
+    switch (exchange.outcome()) {
+    case HidExchange::Outcome::InUse:
+        return UVCHid::Failure::InUse;
+    case HidExchange::Outcome::OpenFailed:
+        return UVCHid::Failure::NotOpened;
+    case HidExchange::Outcome::WriteFailed:
+        return UVCHid::Failure::NotSent;
+    case HidExchange::Outcome::Finished:
+        break;
+    }
+    return exchange.readResult() < 1 ? UVCHid::Failure::Silent : UVCHid::Failure::None;
 }
 
 /// Whether a read command brought an answer; logs why not.
@@ -95,7 +104,7 @@ QString UVCHid::readInfoFromDevice(int cmd)
     HidExchange exchange;
     exchange.run(m_devicePath.toUtf8(), readRequest(cmd), kReadTimeoutMs,
                  HidExchange::WriteRule::MustSucceed, &m_lock);
-    m_silent = isSilent(exchange);
+    m_failure = failureOf(exchange);
     if (!isAnswered(operation, __LINE__, exchange)) {
         const bool opened = exchange.outcome() != HidExchange::Outcome::OpenFailed;
         return opened ? QString() : ReportedText::notOpened();
@@ -110,8 +119,10 @@ QString UVCHid::readInfoFromDevice(int cmd)
         qCDebug(hidLog, "%d\n", number);
     }
 
-    if (!m_lastResponse.answers(static_cast<std::uint16_t>(cmd)))
+    if (!m_lastResponse.answers(static_cast<std::uint16_t>(cmd))) {
+        m_failure = Failure::Refused;
         return {};
+    }
     if (cmd == HidCommands::SerialNumber)
         return decodeText(payload);
     if (DeviceSettings::findByReadCode(cmd))
@@ -141,15 +152,17 @@ bool UVCHid::readResolutionFromDevice(int cmd, QMap<QString, int>& out)
     HidExchange exchange;
     exchange.run(m_devicePath.toUtf8(), readRequest(cmd), kReadTimeoutMs,
                  HidExchange::WriteRule::MustSucceed, &m_lock);
-    m_silent = isSilent(exchange);
+    m_failure = failureOf(exchange);
     if (!isAnswered(operation, __LINE__, exchange))
         return exchange.outcome() == HidExchange::Outcome::OpenFailed;
 
     m_lastResponse = HidFrame::parseResponse(exchange.received());
     HidFrameLog::status(m_lastResponse);
     HidFrameLog::received(m_lastResponse);
-    if (cmd != HidCommands::VideoFormat || !m_lastResponse.answers(HidCommands::VideoFormat))
+    if (cmd != HidCommands::VideoFormat || !m_lastResponse.answers(HidCommands::VideoFormat)) {
+        m_failure = Failure::Refused;
         return false;
+    }
 
     constexpr std::size_t widthOffset = 0;
     constexpr std::size_t heightOffset = 4;
@@ -191,6 +204,7 @@ int UVCHid::exchangeWrite(const char* operation, const QByteArray& payload, std:
                  HidFrame::packRequest(static_cast<std::uint16_t>(cmd), HidFrame::PayloadFollows,
                                        payload, dataLen),
                  kWriteTimeoutMs, HidExchange::WriteRule::Ignored, &m_lock);
+    m_failure = failureOf(exchange);
     if (!reachedRead(operation, __LINE__, exchange))
         return -1;
     // Only a time-out fails here. After a read error the buffer is zero, so the status reads 0: the
@@ -201,7 +215,8 @@ int UVCHid::exchangeWrite(const char* operation, const QByteArray& payload, std:
     }
     m_lastResponse = HidFrame::parseResponse(exchange.received());
     HidFrameLog::received(m_lastResponse);
-    return m_lastResponse.status == 0 ? 0 : -1;
+    m_failure = m_lastResponse.status == 0 ? Failure::None : Failure::Refused;
+    return m_failure == Failure::None ? 0 : -1;
 }
 
 bool UVCHid::getCameraConnectionStatus(const char* devPath, unsigned short vid, unsigned short pid)

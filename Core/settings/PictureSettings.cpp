@@ -38,6 +38,12 @@ constexpr std::array<Preset, 3> kPresets{{
 
 } // namespace
 
+int PictureSettings::percent(int value)
+{
+    static_assert(kMaximum - kMinimum == 100, "a step of the range is one percent");
+    return std::clamp(value, kMinimum, kMaximum) - kMinimum;
+}
+
 const std::array<PictureSettingRow, PictureSettings::kCount>& PictureSettings::rows()
 {
     return kRows;

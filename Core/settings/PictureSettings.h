@@ -29,6 +29,10 @@ constexpr int kMaximum = 178;
 /// Each picture value of a new camera, and of one that is reset.
 constexpr int kFactoryDefault = 128;
 
+/// What is shown to people for a value, 0 to 100; a value out of the range counts as the nearer
+/// end.
+[[nodiscard]] int percent(int value);
+
 /// In the order in which they are stored, preset and reset.
 [[nodiscard]] const std::array<PictureSettingRow, kCount>& rows();
 

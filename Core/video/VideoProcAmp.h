@@ -1,5 +1,9 @@
 #pragma once
 
+#include <memory>
+
+struct UVCDeviceInfo;
+
 /// The picture properties of a camera's video interface, with the property ids of the platforms'
 /// common processing-amplifier list.
 enum class PictureProperty {
@@ -37,3 +41,9 @@ public:
     /// Sets @p value with the flags of @p record, which stays unchanged.
     virtual bool set(const VideoProcAmpRecord& record, long value) = 0;
 };
+
+/// Access to the picture properties of a listed video device, without a preview of it. On Windows
+/// COM must be usable on the calling thread.
+/// @return null when the device is gone or cannot be opened. Defined in
+/// VideoProcAmp_<platform>.cpp.
+[[nodiscard]] std::unique_ptr<VideoProcAmp> openVideoProcAmp(const UVCDeviceInfo& device);

@@ -8,8 +8,7 @@ namespace SliderScale {
 
 int percent(int value)
 {
-    return qBound(PictureSettings::kMinimum, value, PictureSettings::kMaximum) -
-           PictureSettings::kMinimum;
+    return PictureSettings::percent(value);
 }
 
 QString labelText(int value)

@@ -153,6 +153,41 @@ private slots:
         QVERIFY(open.camera.isReleased());
         QCOMPARE(open.program.getBrightRange(), (QPair<int, int>(0, 0)));
     }
+
+    void controlsOpenWithoutAPreview_data() { addControlRows(); }
+    void controlsOpenWithoutAPreview()
+    {
+        const Control& control = controlOfThisRow();
+        PluggedCamera camera;
+        QList<UVCDeviceInfo> devices;
+        UVCCamera::enumerateCameras(devices);
+        QCOMPARE(devices.size(), 1);
+        const auto controls = openVideoProcAmp(devices.first());
+        QVERIFY(controls);
+        for (const PictureSettingRow& row : PictureSettings::rows()) {
+            if (QLatin1String(row.name) != QLatin1String(control.name))
+                continue;
+            VideoProcAmpRecord record;
+            record.property = row.property;
+            QVERIFY(controls->getRange(record));
+            QVERIFY(controls->set(record, 101));
+            QVERIFY(controls->get(record));
+            QCOMPARE(record.value, 101L);
+        }
+        QCOMPARE(camera.value(control.name), 101);
+        QCOMPARE(camera.stats().streaming, false);
+    }
+
+    void controlsOfALostCameraDoNotOpen()
+    {
+        QList<UVCDeviceInfo> devices;
+        {
+            PluggedCamera camera;
+            UVCCamera::enumerateCameras(devices);
+            QCOMPARE(devices.size(), 1);
+        }
+        QVERIFY(!openVideoProcAmp(devices.first()));
+    }
 };
 
 QTEST_MAIN(PictureControlsTest)

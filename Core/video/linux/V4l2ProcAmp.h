@@ -13,6 +13,8 @@ public:
     {
     }
 
+    [[nodiscard]] bool isOpen() const { return m_node.isOpen(); }
+
     bool getRange(VideoProcAmpRecord& record) override;
     bool get(VideoProcAmpRecord& record) override;
     bool set(const VideoProcAmpRecord& record, long value) override;

@@ -44,3 +44,17 @@ TEST(PictureSettings, OtherModesHaveNoValues)
     for (const int mode : {-1, 3, 4, 1000})
         EXPECT_FALSE(PictureSettings::preset(mode).has_value()) << mode;
 }
+
+TEST(PictureSettings, PercentIsTheDistanceFromTheMinimum)
+{
+    EXPECT_EQ(PictureSettings::percent(78), 0);
+    EXPECT_EQ(PictureSettings::percent(128), 50);
+    EXPECT_EQ(PictureSettings::percent(178), 100);
+}
+
+TEST(PictureSettings, ValueOutOfTheRangeCountsAsTheNearerEnd)
+{
+    EXPECT_EQ(PictureSettings::percent(-1), 0);
+    EXPECT_EQ(PictureSettings::percent(77), 0);
+    EXPECT_EQ(PictureSettings::percent(255), 100);
+}
