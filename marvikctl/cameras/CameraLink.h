@@ -1,0 +1,71 @@
+#pragma once
+
+#include "CameraInventory.h"
+#include "Register.h"
+#include "Result.h"
+#include "StreamFormat.h"
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <QCoreApplication>
+#include <QString>
+
+class UVCHid;
+class VideoProcAmp;
+struct VideoProcAmpRecord;
+
+/// Talks to one camera. open() is the only place where this program takes a camera for itself:
+/// every exchange lies between an open() and the next close(). After the first request without an
+/// answer the camera is asked nothing more until the next open(), because each such request waits
+/// for seconds.
+///
+/// Belongs to the thread that opens it. Calls block as those of UVCHid do.
+class CameraLink
+{
+    Q_DECLARE_TR_FUNCTIONS(CameraLink)
+
+public:
+    /// @param patience how long to wait for another program that has the camera
+    CameraLink(FoundCamera camera, std::chrono::milliseconds patience);
+    ~CameraLink();
+    CameraLink(CameraLink&& other) noexcept;
+    CameraLink& operator=(CameraLink&& other) noexcept;
+
+    [[nodiscard]] const FoundCamera& camera() const { return m_camera; }
+    [[nodiscard]] QString path() const { return m_camera.hid.path; }
+
+    /// Takes the camera; no exchange is made.
+    [[nodiscard]] std::optional<Failure> open();
+    void close();
+
+    /// Whether the camera reports itself as connected.
+    [[nodiscard]] std::optional<Failure> probe();
+    /// Asks once and remembers the answer, also after close().
+    [[nodiscard]] Result<QString> serialNumber();
+    [[nodiscard]] Result<QString> firmwareVersion();
+    [[nodiscard]] Result<StreamFormat> stream();
+    /// The serial number if it was asked for; else empty.
+    [[nodiscard]] QString knownSerialNumber() const { return m_serial.value_or(QString()); }
+
+    [[nodiscard]] Result<int> read(const Register& id);
+    /// Stops at the first register that cannot be read.
+    [[nodiscard]] Result<RegisterValues> read(const Registers& ids);
+    [[nodiscard]] std::optional<Failure> write(const Register& id, int value);
+
+private:
+    [[nodiscard]] Result<QString> readText(int command);
+    [[nodiscard]] Failure lastFailure();
+    [[nodiscard]] std::optional<Failure> openPicture();
+    [[nodiscard]] Failure pictureFailure() const;
+    [[nodiscard]] Result<int> readPicture(PictureProperty property);
+    [[nodiscard]] std::optional<Failure> writePicture(PictureProperty property, int value);
+
+    FoundCamera m_camera;
+    std::chrono::milliseconds m_patience;
+    std::unique_ptr<UVCHid> m_hid;
+    std::optional<UVCDeviceInfo> m_video;
+    std::unique_ptr<VideoProcAmp> m_picture;
+    std::optional<QString> m_serial;
+    std::optional<Failure> m_silence; ///< why nothing more is asked
+};
