@@ -69,7 +69,8 @@ QStringList Terminal::aligned(const QList<QStringList>& rows)
 {
     QList<int> widths;
     for (const QStringList& row : rows) {
-        for (int i = 0; i < row.size(); ++i) {
+        // A row of one cell is a line of its own and widens no column.
+        for (int i = 0; i + 1 < row.size(); ++i) {
             if (i == widths.size())
                 widths.append(0);
             widths[i] = std::max(widths.at(i), row.at(i).size());

@@ -1,0 +1,123 @@
+#include "ProfileStore.h"
+
+#include "NearestWord.h"
+#include "ProfileFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QMap>
+#include <QRegularExpression>
+#include <QSaveFile>
+
+namespace {
+
+const QString kSuffix = QStringLiteral(".json");
+constexpr qint64 kMaxBytes = 1024 * 1024;
+
+} // namespace
+
+QString ProfileStore::wordOf(Owner owner)
+{
+    return owner == Owner::User ? QStringLiteral("user") : QStringLiteral("site");
+}
+
+std::optional<Failure> ProfileStore::checkName(const QString& name)
+{
+    // A name becomes the name of a file on every platform.
+    static const QRegularExpression allowed(QStringLiteral("^[A-Za-z0-9][A-Za-z0-9._-]{0,63}$"));
+    if (allowed.match(name).hasMatch() && !name.endsWith(QLatin1Char('.')))
+        return std::nullopt;
+    return Failure{Failure::Kind::Usage, tr("\"%1\" is no name of a profile").arg(name),
+                   tr("Take letters, digits, \".\", \"_\" and \"-\".")};
+}
+
+QList<ProfileStore::Entry> ProfileStore::list() const
+{
+    QMap<QString, Entry> entries;
+    const auto add = [&entries](const QString& folder, Owner owner) {
+        const QDir directory(folder);
+        const QStringList files =
+            directory.entryList({QLatin1Char('*') + kSuffix}, QDir::Files | QDir::Readable);
+        for (const QString& file : files) {
+            const QString name = file.chopped(kSuffix.size());
+            if (!checkName(name))
+                entries.insert(name, {name, directory.filePath(file), owner});
+        }
+    };
+    add(m_folders.site.profiles, Owner::Site);
+    add(m_folders.user.profiles, Owner::User);
+    return entries.values();
+}
+
+Result<ProfileStore::Entry> ProfileStore::find(const QString& name) const
+{
+    QStringList names;
+    for (const Entry& entry : list()) {
+        if (entry.name == name)
+            return entry;
+        names << entry.name;
+    }
+    const QString nearest = NearestWord::in(names, name);
+    return Failure{Failure::Kind::Usage, tr("there is no profile \"%1\"").arg(name),
+                   nearest.isEmpty() ? QString() : tr("Did you mean \"%1\"?").arg(nearest)};
+}
+
+Result<SettingValues> ProfileStore::read(const QString& name) const
+{
+    const auto entry = find(name);
+    if (!entry)
+        return entry.failure();
+    const auto text = readFile(entry->file);
+    if (!text)
+        return text.failure();
+    return ProfileFile::parse(*text, entry->file);
+}
+
+Result<bool> ProfileStore::write(const QString& name, const SettingValues& values,
+                                 Owner owner) const
+{
+    if (const auto failure = checkName(name))
+        return *failure;
+    const QString folder = owner == Owner::User ? m_folders.user.profiles : m_folders.site.profiles;
+    const QString file = folder + QLatin1Char('/') + name + kSuffix;
+    if (QFileInfo::exists(file)) {
+        const auto before = readFile(file);
+        const auto known =
+            before ? ProfileFile::parse(*before, file) : Result<SettingValues>(before.failure());
+        if (known && *known == values)
+            return false;
+    }
+    if (const auto failure = writeFile(file, ProfileFile::text(values)))
+        return *failure;
+    return true;
+}
+
+Result<QByteArray> ProfileStore::readFile(const QString& file)
+{
+    QFile source(file);
+    if (!source.open(QIODevice::ReadOnly))
+        return Failure{
+            Failure::Kind::File, tr("%1 cannot be read: %2").arg(file, source.errorString()), {}};
+    QByteArray text = source.read(kMaxBytes + 1);
+    if (source.error() != QFile::NoError || text.size() > kMaxBytes)
+        return Failure{Failure::Kind::File,
+                       text.size() > kMaxBytes
+                           ? tr("%1 is too large").arg(file)
+                           : tr("%1 cannot be read: %2").arg(file, source.errorString()),
+                       {}};
+    return text;
+}
+
+std::optional<Failure> ProfileStore::writeFile(const QString& file, const QByteArray& text)
+{
+    QSaveFile target(file);
+    // Explicit flush: QSaveFile does not notice that a disk becomes full while it flushes.
+    const bool isWritten = QDir().mkpath(QFileInfo(file).absolutePath()) &&
+                           target.open(QIODevice::WriteOnly) && target.write(text) == text.size() &&
+                           target.flush() && target.commit();
+    if (isWritten)
+        return std::nullopt;
+    return Failure{
+        Failure::Kind::File, tr("%1 cannot be written: %2").arg(file, target.errorString()), {}};
+}
