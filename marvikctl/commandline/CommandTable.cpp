@@ -1,9 +1,11 @@
 #include "CommandTable.h"
 
+#include "ApplyCommand.h"
 #include "GetCommand.h"
 #include "HelpCommand.h"
 #include "InfoCommand.h"
 #include "ListCommand.h"
+#include "ProfileCommand.h"
 #include "ResetCommand.h"
 #include "SaveCommand.h"
 #include "SetCommand.h"
@@ -35,6 +37,12 @@ constexpr CommandRow kRows[]{
      QT_TRANSLATE_NOOP("CommandTable", "keep the picture values for the next time the camera is "
                                        "plugged in"),
      "device all dry-run", make<SaveCommand>},
+    {"profile", "VERB [NAME|FILE]",
+     QT_TRANSLATE_NOOP("CommandTable", "save, show, diff, apply, export, import, list, assign or "
+                                       "unassign profiles"),
+     "device all model site dry-run output", make<ProfileCommand>},
+    {"apply", "", QT_TRANSLATE_NOOP("CommandTable", "give cameras what is assigned to them"),
+     "device all once dry-run", make<ApplyCommand>},
     {"help", "[COMMAND]", QT_TRANSLATE_NOOP("CommandTable", "print help"), "", make<HelpCommand>},
     {"version", "", QT_TRANSLATE_NOOP("CommandTable", "print the version"), "",
      make<VersionCommand>},

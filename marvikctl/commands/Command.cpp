@@ -39,6 +39,15 @@ void Command::forEachChosen(const Invocation& invocation, Report& report, const 
         report.fail(links.failure());
 }
 
+void Command::forEachPresent(const Invocation& invocation, Report& report, const Work& work)
+{
+    auto links = Selection::chooseOrAll(invocation);
+    if (links)
+        forEach(*links, invocation, report, work);
+    else
+        report.fail(links.failure());
+}
+
 bool Command::refusesArguments(const Invocation& invocation, Report& report)
 {
     if (invocation.arguments.isEmpty())

@@ -26,6 +26,8 @@ protected:
                         Report& report, const Work& work);
     /// The same for the cameras that the user has chosen.
     static void forEachChosen(const Invocation& invocation, Report& report, const Work& work);
+    /// The same for all cameras, or for those that the user has chosen.
+    static void forEachPresent(const Invocation& invocation, Report& report, const Work& work);
     /// A failure when there are arguments after the command.
     [[nodiscard]] static bool refusesArguments(const Invocation& invocation, Report& report);
 };

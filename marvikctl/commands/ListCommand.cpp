@@ -1,21 +1,14 @@
 #include "ListCommand.h"
 
-#include "Selection.h"
-
 void ListCommand::run(const Invocation& invocation, Report& report)
 {
     if (refusesArguments(invocation, report))
         return;
-    auto links = Selection::chooseOrAll(invocation);
-    if (!links) {
-        report.fail(links.failure());
-        return;
-    }
     report.setAnswer();
     report.ignoreCameraFailures();
     QList<QStringList> table{
         {tr("SERIAL"), tr("NAME"), tr("MODEL"), tr("FIRMWARE"), tr("STATE"), tr("PATH")}};
-    forEach(*links, invocation, report, [&table](CameraLink& link, CameraResult& result) {
+    forEachPresent(invocation, report, [&table](CameraLink& link, CameraResult& result) {
         std::optional<Failure> failure = link.probe();
         QString version;
         if (!failure) {
@@ -38,5 +31,6 @@ void ListCommand::run(const Invocation& invocation, Report& report)
                       version.isEmpty() ? none : version,
                       failure ? failure->code() : tr("connected"), result.path});
     });
-    report.setTable(table);
+    if (!report.cameras().empty())
+        report.setTable(table);
 }
