@@ -4,6 +4,7 @@
 #include "ParameterKeys.h"
 #include "PictureSettings.h"
 #include "SettingControls.h"
+#include "Shortcuts.h"
 #include "SliderInput.h"
 #include "SliderScale.h"
 #include "SwitchLock.h"
@@ -12,7 +13,6 @@
 #include <QAccessible>
 #include <QCoreApplication>
 #include <QScrollBar>
-#include <QShortcut>
 #include <QSignalBlocker>
 
 namespace {
@@ -132,10 +132,10 @@ void ParamSettingsPage::connectSliders()
 void ParamSettingsPage::addShortcuts()
 {
     // The button of the grid floats over the page in a window that takes no focus.
-    auto* grid = new QShortcut(QKeySequence(QStringLiteral("Ctrl+G")), this);
-    connect(grid, &QShortcut::activated, this, &ParamSettingsPage::sigShowLine);
-    auto* save = new QShortcut(QKeySequence(QKeySequence::Save), this);
-    connect(save, &QShortcut::activated, this, &ParamSettingsPage::requestSave);
+    Shortcuts::call(this, Qt::CTRL + Qt::Key_G, [this] { emit sigShowLine(); });
+    // On both tabs, although only one of them has the buttons.
+    Shortcuts::press(this, ui->btnPramaSava, {Qt::CTRL + Qt::Key_S});
+    Shortcuts::press(this, ui->btnPramaReset, {Qt::CTRL + Qt::Key_D});
 }
 
 QWidget* ParamSettingsPage::previewArea() const

@@ -13,6 +13,7 @@
 #include "PreviewOverlays.h"
 #include "setLogObserver.h"
 #include "SettingsDialogs.h"
+#include "Shortcuts.h"
 #include "SvtaMessageDialog.h"
 #include "SvtaMoreWidget.h"
 #include "SvtaParamNotSaveDialog.h"
@@ -69,6 +70,7 @@ SorvantaHome::SorvantaHome(QWidget* parent)
 
     m_trayIcon = new TrayIcon(this);
     new ToolTips(this);
+    addShortcuts();
     connectShell();
     connectList();
     connectSettings();
@@ -128,6 +130,20 @@ void SorvantaHome::makeDialogs()
     m_settings = std::make_unique<CameraSettings>(*m_openCamera, *m_settingsPage);
     m_preview =
         std::make_unique<PreviewControl>(*m_openCamera, *m_settingsPage, *m_overlays, *m_settings);
+}
+
+void SorvantaHome::addShortcuts()
+{
+    Shortcuts::press(ui->backBtn, {Qt::ALT + Qt::Key_Left, Qt::Key_Back});
+    Shortcuts::press(ui->deviceInfoBtn, {Qt::CTRL + Qt::Key_I});
+    Shortcuts::press(ui->moreBtn, {Qt::Key_F10});
+    Shortcuts::call(this, Qt::Key_F1, [this] { showHelp(); });
+    TransPrewBtn* preview = m_overlays->previewButton();
+    const QKeySequence previewKey = Qt::CTRL + Qt::Key_P;
+    Shortcuts::call(m_settingsPage, previewKey, [preview] { emit preview->sigHandleCapture(); });
+    preview->setToolTip(Shortcuts::named(preview->accessibleName(), previewKey));
+    TransparentBtn* grid = m_overlays->gridButton();
+    grid->setToolTip(Shortcuts::named(grid->accessibleName(), Qt::CTRL + Qt::Key_G));
 }
 
 void SorvantaHome::connectShell()

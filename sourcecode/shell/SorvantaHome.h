@@ -162,6 +162,10 @@ private:
     void makePages();
     void makeOverlays();
     void makeDialogs();
+    void addShortcuts();
+    /// What helps on the current page: the list names the supported products, the settings explain
+    /// the centring, the camera's information leads to the page with the support.
+    void showHelp();
     void connectShell();
     void connectList();
     void connectSettings();

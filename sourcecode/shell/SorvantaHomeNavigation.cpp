@@ -92,6 +92,25 @@ void SorvantaHome::leaveStartPage()
     m_update->checkApplication(*m_aboutPage);
 }
 
+void SorvantaHome::showHelp()
+{
+    switch (currentPage()) {
+    case SvtaPagesView::StartPage:
+        break;
+    case SvtaPagesView::HomePage:
+        slotShowSupportedProduct();
+        break;
+    case SvtaPagesView::SettingPage:
+        slotShowCenterTipDialog();
+        break;
+    case SvtaPagesView::InfoPage:
+        showView(SvtaPagesView::AboutUsPage); // whom to ask
+        break;
+    case SvtaPagesView::AboutUsPage:
+        break;
+    }
+}
+
 void SorvantaHome::enterHomePage()
 {
     ui->backWidget->hide();

@@ -23,6 +23,8 @@ private slots:
     void aboutOpensTheAboutPage();
     void aboutOnTheAboutPageDoesNotOpenItAgain();
     void quitClosesTheWindowIntoTheTray();
+    void worksWithKeys();
+    void escapeClosesIt();
 
 private:
     [[nodiscard]] SvtaMoreWidget* menu() const { return m_home->find<SvtaMoreWidget>(); }
@@ -110,6 +112,36 @@ void SorvantaHomeMenuTest::aboutOnTheAboutPageDoesNotOpenItAgain()
     QVERIFY(!menu()->isVisible());
     m_home->click("backBtn");
     QCOMPARE(m_home->page(), int(SvtaPagesView::HomePage));
+}
+
+void SorvantaHomeMenuTest::worksWithKeys()
+{
+    QTest::keyClick(&m_home->window(), Qt::Key_F10);
+    QVERIFY(QTest::qWaitForWindowExposed(menu()));
+    const auto press = [this](Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); };
+    press(Qt::Key_Down);
+    QVERIFY(m_home->find("btnAbout")->hasFocus());
+    press(Qt::Key_Down);
+    QVERIFY(m_home->find("btnQuit")->hasFocus());
+    press(Qt::Key_Up);
+    QVERIFY(m_home->find("btnAbout")->hasFocus());
+    press(Qt::Key_Return);
+    QCOMPARE(m_home->page(), int(SvtaPagesView::AboutUsPage));
+    QVERIFY(!menu()->isVisible());
+}
+
+void SorvantaHomeMenuTest::escapeClosesIt()
+{
+    QTest::keyClick(&m_home->window(), Qt::Key_F10);
+    QVERIFY(QTest::qWaitForWindowExposed(menu()));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QTRY_VERIFY(!menu()->isVisible());
+    QCOMPARE(m_home->page(), int(SvtaPagesView::HomePage));
+    // The next time no entry is marked.
+    QTest::keyClick(&m_home->window(), Qt::Key_F10);
+    QVERIFY(QTest::qWaitForWindowExposed(menu()));
+    QVERIFY(!m_home->find("btnAbout")->hasFocus());
 }
 
 void SorvantaHomeMenuTest::quitClosesTheWindowIntoTheTray()
