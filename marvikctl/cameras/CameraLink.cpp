@@ -22,8 +22,21 @@ std::optional<Failure> CameraLink::open()
 {
     close();
     m_hid = std::make_unique<UVCHid>();
+    if (!m_hid->lock(path(), m_patience)) {
+        const Failure failure = inUse(m_hid->holder());
+        m_hid.reset();
+        return failure;
+    }
     m_hid->setDevicePath(path());
     return std::nullopt;
+}
+
+Failure CameraLink::inUse(const CameraLock::Holder& holder)
+{
+    const bool isLong = holder.use == CameraLock::Use::Firmware;
+    return {Failure::Kind::Busy, tr("the camera is in use by %1").arg(holder.toString()),
+            isLong ? tr("Its firmware is being written, which takes minutes.")
+                   : tr("Try again, or wait longer with --timeout.")};
 }
 
 void CameraLink::close()
@@ -88,6 +101,8 @@ Result<QString> CameraLink::readText(int command)
 Failure CameraLink::lastFailure()
 {
     switch (m_hid->lastFailure()) {
+    case UVCHid::Failure::InUse:
+        return inUse(m_hid->holder());
     case UVCHid::Failure::NotOpened:
         m_silence = NodeAccess::explain(path(), NodeAccess::Interface::Control);
         return *m_silence;

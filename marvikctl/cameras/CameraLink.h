@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CameraInventory.h"
+#include "CameraLock.h"
 #include "Register.h"
 #include "Result.h"
 #include "StreamFormat.h"
@@ -35,7 +36,7 @@ public:
     [[nodiscard]] const FoundCamera& camera() const { return m_camera; }
     [[nodiscard]] QString path() const { return m_camera.hid.path; }
 
-    /// Takes the camera; no exchange is made.
+    /// Takes the camera's lock and keeps it until close(); no exchange is made.
     [[nodiscard]] std::optional<Failure> open();
     void close();
 
@@ -55,6 +56,7 @@ public:
 
 private:
     [[nodiscard]] Result<QString> readText(int command);
+    [[nodiscard]] static Failure inUse(const CameraLock::Holder& holder);
     [[nodiscard]] Failure lastFailure();
     [[nodiscard]] std::optional<Failure> openPicture();
     [[nodiscard]] Failure pictureFailure() const;

@@ -1,4 +1,4 @@
-#include "linux/FileDescriptor.h"
+#include "FileDescriptor.h"
 #include "NodeAccess.h"
 #include "PermissionAdvice.h"
 
