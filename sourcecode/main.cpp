@@ -1,6 +1,7 @@
 #include "shell/FontSubstitutes.h"
 #include "shell/HighDpi.h"
 #include "shell/NoDisplayExit.h"
+#include "shell/ProgramMutex.h"
 #include "shell/QtSingleApplication.h"
 #include "shell/SorvantaHome.h"
 #include "shell/TerminationRequest.h"
@@ -17,6 +18,7 @@
 
 int main(int argc, char** argv)
 {
+    const ProgramMutex mutex;
     auto windowSystem = std::make_unique<WindowSystemChoice>();
     if (HighDpi::wantsScaling(WindowSystem::monitorWidth()))
         HighDpi::enableScaling();

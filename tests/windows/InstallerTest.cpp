@@ -1,37 +1,33 @@
+#include "Installation.h"
+#include "ProgramMutexNames.h"
 #include "ProgramWindow.h"
+#include "Wine.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QProcess>
 #include <QScopeGuard>
-#include <QSettings>
-#include <QStandardPaths>
 #include <QtTest>
+
+using namespace Installation;
 
 namespace {
 
-constexpr int kTimeoutMs = 60000;
-
-QString localData()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-}
+/// What the installer ends with, beside 0.
+enum Status {
+    AtWork = 10,
+    NotWritten = 11,
+    IsSystem = 13,
+};
 
 QVariant uninstallValue(const char* name)
 {
-    return QSettings(QStringLiteral("HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\"
-                                    "CurrentVersion\\Uninstall\\MarvikTools"),
-                     QSettings::NativeFormat)
-        .value(QLatin1String(name));
+    return entry(QStringLiteral("HKEY_CURRENT_USER"), QLatin1String(name));
 }
 
-/// Runs @p program and waits for it; -1 when it does not end in time.
-int run(const QString& program, const QString& arguments)
+QString shortcut()
 {
-    QProcess process;
-    process.setNativeArguments(arguments);
-    process.start(program, {});
-    return process.waitForFinished(kTimeoutMs) ? process.exitCode() : -1;
+    return QStandardPaths::writableLocation(QStandardPaths::ApplicationsLocation) +
+           QStringLiteral("/MarvikTools.lnk");
 }
 
 } // namespace
@@ -49,17 +45,31 @@ private slots:
     void folderWithSpacesCanBeChosen();
     void upgradeClosesTheRunningProgram();
     void upgradeRemovesOldFiles();
+    void upgradeKeepsFilesOfOthers();
+    void upgradeFromTheFolderOfTheProgram();
+    void upgradeAfterACutOffOne();
+    void programAtWorkIsLeftAlone();
+    void programThatDoesNotEndIsLeftAlone();
+    void programOfAnotherSessionIsLeftAlone();
+    void failureToWriteKeepsTheOldVersion();
+    void failureAfterTheSwapKeepsTheOldVersion();
+    void openFileKeepsTheOldVersion();
+    void failedFirstInstallationLeavesNothing();
+    void systemAccountIsRefused();
     void uninstallingKeepsTheSettings();
     void uninstallingRemovesTheSettingsOnRequest();
     void uninstallingKeepsFilesOfOthers();
+    void uninstallingCanBeTriedAgain();
 
 private:
-    static int install(const QString& folder = QString())
+    static int install(const QString& folder = QString(), const QString& in = QString())
     {
         return run(QStringLiteral(MARVIK_SETUP),
                    folder.isEmpty() ? QStringLiteral("/S")
-                                    : QStringLiteral("/S /D=") + QDir::toNativeSeparators(folder));
+                                    : QStringLiteral("/S /D=") + QDir::toNativeSeparators(folder),
+                   in);
     }
+    static int installOld() { return run(QStringLiteral(MARVIK_OLD_SETUP), QStringLiteral("/S")); }
     /// Runs the uninstaller from the system's list of programs. It continues as a copy of itself,
     /// so its end can be seen only from the removed files.
     static void uninstall(const QString& more = QString())
@@ -68,22 +78,45 @@ private:
         if (!command.isEmpty())
             run(command.section(QLatin1Char('"'), 1, 1), QStringLiteral("/S ") + more);
     }
+    /// Runs the uninstaller where it lies, so that it returns a status and leaves itself.
+    static int uninstallInPlace()
+    {
+        return run(file("Uninstall.exe"),
+                   QStringLiteral("/S _?=") + QDir::toNativeSeparators(folder()));
+    }
     static QString folder() { return uninstallValue("InstallLocation").toString(); }
     static QString file(const QString& name) { return folder() + QLatin1Char('/') + name; }
-    static QString shortcut()
+    static QString version() { return uninstallValue("DisplayVersion").toString(); }
+    /// No folder of an installation that did not come to its end.
+    static bool isTidy()
     {
-        return QStandardPaths::writableLocation(QStandardPaths::ApplicationsLocation) +
-               QStringLiteral("/MarvikTools.lnk");
+        return !QFileInfo::exists(folder() + QStringLiteral(".old-version")) &&
+               !QFileInfo::exists(folder() + QStringLiteral(".new-version"));
     }
-    /// The settings of a camera, as the program stores them.
-    static QString storeSettings()
+    static QString dataFolder() { return localData() + QStringLiteral("/MarvikTools"); }
+    /// What the program stores: the settings of a camera, its log, a downloaded package.
+    static QStringList storeData()
     {
-        const QString folder = localData() + QStringLiteral("/MarvikTools/cache");
-        QDir().mkpath(folder);
-        QFile settings(folder + QStringLiteral("/device.ini"));
-        if (settings.open(QIODevice::WriteOnly))
-            settings.write("[SN1]\nbright=1\n");
-        return settings.fileName();
+        QDir().mkpath(dataFolder() + QStringLiteral("/cache"));
+        const QStringList names{
+            QStringLiteral("/MarvikTools.log"), QStringLiteral("/MarvikTools.log.1"),
+            QStringLiteral("/cache/device.ini"), QStringLiteral("/cache/fw.bin"),
+            QStringLiteral("/cache/fw.bin.AbCdEf")};
+        for (const QString& name : names)
+            writeFile(dataFolder() + name);
+        return names;
+    }
+    static QStringList storedData() { return contents(dataFolder()).keys(); }
+    /// Everything that an installation changes.
+    static QVariantMap state()
+    {
+        QVariantMap state;
+        const auto files = contents(folder());
+        for (auto file = files.begin(); file != files.end(); ++file)
+            state.insert(file.key(), file.value());
+        for (const char* name : {"InstallLocation", "DisplayVersion", "UninstallString"})
+            state.insert(QLatin1String(name), uninstallValue(name));
+        return state;
     }
 };
 
@@ -96,6 +129,7 @@ void InstallerTest::cleanup()
     }
     uninstall(QStringLiteral("/SETTINGS"));
     QTRY_VERIFY_WITH_TIMEOUT(folder().isEmpty(), kTimeoutMs);
+    QDir(dataFolder()).removeRecursively();
 }
 
 void InstallerTest::installsOnlyForTheUser()
@@ -107,16 +141,18 @@ void InstallerTest::installsOnlyForTheUser()
     QVERIFY(QFileInfo::exists(file("config.json")));
     QVERIFY(QFileInfo::exists(file("platforms/qwindows.dll")));
     QVERIFY(QFileInfo::exists(file("Uninstall.exe")));
-    QVERIFY(QFileInfo::exists(shortcut()));
-    QCOMPARE(uninstallValue("DisplayVersion").toString(), QString(MARVIK_VERSION));
+    QVERIFY(isThere(shortcut()));
+    QVERIFY(isTidy());
+    QCOMPARE(version(), QString(MARVIK_VERSION));
     QVERIFY(uninstallValue("UninstallString").toString().startsWith(QLatin1Char('"')));
-    QVERIFY(!uninstallValue("EstimatedSize").toString().isEmpty());
+    QVERIFY(uninstallValue("EstimatedSize").toInt() > 10000);
+    QVERIFY(entry(QStringLiteral("HKEY_LOCAL_MACHINE"), QStringLiteral("DisplayName")).isNull());
 
     uninstall();
     QTRY_VERIFY_WITH_TIMEOUT(folder().isEmpty(), kTimeoutMs);
     QTRY_VERIFY_WITH_TIMEOUT(
         !QFileInfo::exists(localData() + QStringLiteral("/Programs/MarvikTools")), kTimeoutMs);
-    QVERIFY(!QFileInfo::exists(shortcut()));
+    QVERIFY(!isThere(shortcut()));
 }
 
 void InstallerTest::installedProgramStarts()
@@ -167,30 +203,247 @@ void InstallerTest::upgradeRemovesOldFiles()
 {
     const QString before = localData() + QStringLiteral("/Old Place");
     QCOMPARE(install(before), 0);
-    const QString settings = storeSettings();
+    const QStringList data = storeData();
     const QString after = localData() + QStringLiteral("/New Place");
     QCOMPARE(install(after), 0);
     QCOMPARE(QDir::cleanPath(QDir::fromNativeSeparators(folder())), QDir::cleanPath(after));
     QVERIFY(!QFileInfo::exists(before));
-    QVERIFY(QFileInfo::exists(settings));
+    QVERIFY(isThere(shortcut()));
+    QCOMPARE(storedData(), data);
+}
+
+void InstallerTest::upgradeKeepsFilesOfOthers()
+{
+    QCOMPARE(installOld(), 0);
+    QCOMPARE(version(), QStringLiteral("0.9.0"));
+    QVERIFY(QFileInfo::exists(file("old.txt")));
+    const QStringList others{file("notes.txt"), file("platforms/notes.txt"),
+                             file("mine/notes.txt")};
+    QVERIFY(QDir().mkdir(file("mine")));
+    for (const QString& other : others)
+        QVERIFY(writeFile(other));
+
+    QCOMPARE(install(), 0);
+    QCOMPARE(version(), QString(MARVIK_VERSION));
+    QVERIFY(isThere(shortcut()));
+    QVERIFY(isTidy());
+    QVERIFY(!QFileInfo::exists(file("old.txt")));
+    QVERIFY(!QFileInfo::exists(file("platforms/old.txt")));
+    QVERIFY(QFileInfo(file("config.json")).size() > 100);
+    for (const QString& other : others) {
+        QVERIFY2(QFileInfo::exists(other), qPrintable(other));
+        QVERIFY(QFile::remove(other));
+    }
+    QVERIFY(QDir().rmdir(file("mine")));
+}
+
+/// The program starts the installer of a new version in its own folder.
+void InstallerTest::upgradeFromTheFolderOfTheProgram()
+{
+    QCOMPARE(installOld(), 0);
+    QCOMPARE(install({}, folder()), 0);
+    QCOMPARE(version(), QString(MARVIK_VERSION));
+    QVERIFY(isTidy());
+}
+
+/// The computer went off while the old folder had its other name.
+void InstallerTest::upgradeAfterACutOffOne()
+{
+    QCOMPARE(installOld(), 0);
+    QVERIFY(writeFile(file("notes.txt")));
+    const QString place = folder();
+    QVERIFY(QDir().rename(place, place + QStringLiteral(".old-version")));
+    QVERIFY(QDir().mkpath(place + QStringLiteral(".new-version/platforms")));
+    QCOMPARE(install(), 0);
+    QVERIFY(isTidy());
+    QVERIFY(QFileInfo::exists(file("MarvikTools.exe")));
+    QVERIFY(!QFileInfo::exists(file("old.txt")));
+    QVERIFY(QFile::remove(file("notes.txt")));
+
+    // Or when both were there.
+    QVERIFY(QDir().mkpath(place + QStringLiteral(".old-version/mine")));
+    QVERIFY(writeFile(place + QStringLiteral(".old-version/mine/notes.txt")));
+    QCOMPARE(install(), 0);
+    QVERIFY(isTidy());
+    QVERIFY(QFile::remove(file("mine/notes.txt")));
+    QVERIFY(QDir().rmdir(file("mine")));
+}
+
+/// After "Quit" the windows are gone, and the process lives until the camera is written.
+void InstallerTest::programAtWorkIsLeftAlone()
+{
+    {
+        const HeldMutex program(ProgramMutexNames::kSession);
+        QVERIFY(program.isHeld());
+        QCOMPARE(install(), int(AtWork));
+        QVERIFY(folder().isEmpty());
+        QVERIFY(!QFileInfo::exists(localData() + QStringLiteral("/Programs/MarvikTools")));
+    }
+    QCOMPARE(installOld(), 0);
+    const QVariantMap before = state();
+    {
+        const HeldMutex program(ProgramMutexNames::kSession);
+        QCOMPARE(install(), int(AtWork));
+        QCOMPARE(state(), before);
+        QVERIFY(isTidy());
+        QCOMPARE(uninstallInPlace(), int(AtWork));
+        QCOMPARE(state(), before);
+        QVERIFY(isThere(shortcut()));
+    }
+    QCOMPARE(install(), 0);
+    QCOMPARE(version(), QString(MARVIK_VERSION));
+}
+
+/// The real program, which is kept from reacting.
+void InstallerTest::programThatDoesNotEndIsLeftAlone()
+{
+    QCOMPARE(install(), 0);
+    QVERIFY(QProcess::startDetached(file("MarvikTools.exe"), {}));
+    QTRY_VERIFY_WITH_TIMEOUT(programWindow() && ::IsWindowVisible(programWindow()), kTimeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(::FindWindowA("velmarin", nullptr), kTimeoutMs);
+    const WindowProcess program(programWindow());
+    const QVariantMap before = state();
+    HANDLE thread = ::OpenThread(THREAD_SUSPEND_RESUME, FALSE,
+                                 ::GetWindowThreadProcessId(programWindow(), nullptr));
+    QVERIFY(::SuspendThread(thread) == 0);
+    const auto resume = qScopeGuard([thread] {
+        ::ResumeThread(thread);
+        ::CloseHandle(thread);
+    });
+    QCOMPARE(install(), int(AtWork));
+    QCOMPARE(state(), before);
+    QVERIFY(isTidy());
+    QVERIFY(!program.waitForEnd(0));
+    QCOMPARE(uninstallInPlace(), int(AtWork));
+    QCOMPARE(state(), before);
+}
+
+/// The program of the same user in a remote session has a mutex there; its file cannot be written.
+void InstallerTest::programOfAnotherSessionIsLeftAlone()
+{
+    QCOMPARE(installOld(), 0);
+    const QVariantMap before = state();
+    const HeldFile program(file("MarvikTools.exe"));
+    QVERIFY(program.isHeld());
+    QCOMPARE(install(), int(AtWork));
+    QCOMPARE(state(), before);
+    QVERIFY(isTidy());
+    QCOMPARE(uninstallInPlace(), int(AtWork));
+    QCOMPARE(state(), before);
+}
+
+void InstallerTest::failureToWriteKeepsTheOldVersion()
+{
+    QCOMPARE(installOld(), 0);
+    const QVariantMap before = state();
+    const QString place = folder() + QStringLiteral(".new-version");
+    QVERIFY(writeFile(place));
+    {
+        const HeldFile blocked(place);
+        QVERIFY(blocked.isHeld());
+        QCOMPARE(install(), int(NotWritten));
+    }
+    QCOMPARE(state(), before);
+    QVERIFY(isThere(shortcut()));
+    QVERIFY(QFile::remove(place));
+}
+
+void InstallerTest::failureAfterTheSwapKeepsTheOldVersion()
+{
+    QCOMPARE(installOld(), 0);
+    const QVariantMap before = state();
+    // No shortcut can be written to the place of a folder.
+    QVERIFY(QFile::remove(shortcut()));
+    QVERIFY(QDir().mkdir(shortcut()));
+    QCOMPARE(install(), int(NotWritten));
+    QVERIFY(QDir().rmdir(shortcut()));
+    QCOMPARE(state(), before);
+    QVERIFY(isTidy());
+}
+
+void InstallerTest::openFileKeepsTheOldVersion()
+{
+    QCOMPARE(installOld(), 0);
+    const QVariantMap before = state();
+    {
+        const HeldFile opened(file("old.txt"));
+        QVERIFY(opened.isHeld());
+        if (isWine()) {
+            // Wine renames a folder although a file in it is open, and the file stays.
+            QCOMPARE(install(), 0);
+            QCOMPARE(version(), QString(MARVIK_VERSION));
+        } else {
+            QCOMPARE(install(), int(NotWritten));
+            QCOMPARE(state(), before);
+            QVERIFY(isTidy());
+        }
+    }
+    // The next one removes what has stayed.
+    QCOMPARE(install(), 0);
+    QVERIFY(isTidy());
+    QVERIFY(!QFileInfo::exists(file("old.txt")));
+}
+
+void InstallerTest::failedFirstInstallationLeavesNothing()
+{
+    QVERIFY(QDir().mkpath(shortcut()));
+    QCOMPARE(install(), int(NotWritten));
+    QVERIFY(QDir().rmdir(shortcut()));
+    QVERIFY(folder().isEmpty());
+    QVERIFY(uninstallValue("DisplayName").isNull());
+    const QDir programs(localData() + QStringLiteral("/Programs"));
+    QCOMPARE(programs.entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList());
+}
+
+/// That account has its folders below the system's own.
+void InstallerTest::systemAccountIsRefused()
+{
+    QSettings folders(
+        QStringLiteral("HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion"
+                       "\\Explorer\\User Shell Folders"),
+        QSettings::NativeFormat);
+    const QVariant before = folders.value(QStringLiteral("Local AppData"));
+    const auto restore = qScopeGuard([&folders, before] {
+        if (before.isNull())
+            folders.remove(QStringLiteral("Local AppData"));
+        else
+            folders.setValue(QStringLiteral("Local AppData"), before);
+    });
+    const QString place =
+        QStringLiteral("C:\\windows\\system32\\config\\systemprofile\\AppData\\Local");
+    QVERIFY(QDir().mkpath(place));
+    folders.setValue(QStringLiteral("Local AppData"), place);
+    folders.sync();
+    QCOMPARE(install(), int(IsSystem));
+    QCOMPARE(run(QStringLiteral(MARVIK_SETUP), QStringLiteral("/S /ALLUSERS")), int(IsSystem));
+    QVERIFY(folder().isEmpty());
+    QVERIFY(!QFileInfo::exists(place + QStringLiteral("\\Programs")));
+    QVERIFY(!QFileInfo::exists(QStringLiteral("C:/Program Files/MarvikTools")));
 }
 
 void InstallerTest::uninstallingKeepsTheSettings()
 {
     QCOMPARE(install(), 0);
-    const QString settings = storeSettings();
+    storeData();
     uninstall();
-    QTRY_VERIFY_WITH_TIMEOUT(folder().isEmpty(), kTimeoutMs);
-    QVERIFY(QFileInfo::exists(settings));
+    QTRY_COMPARE_WITH_TIMEOUT(storedData(), QStringList{QStringLiteral("/cache/device.ini")},
+                              kTimeoutMs);
+    QVERIFY(folder().isEmpty());
 }
 
 void InstallerTest::uninstallingRemovesTheSettingsOnRequest()
 {
     QCOMPARE(install(), 0);
-    const QString settings = storeSettings();
+    storeData();
+    const QString settings = QSettings(QSettings::IniFormat, QSettings::UserScope,
+                                       QStringLiteral("MarvikTools"), QStringLiteral("MarvikTools"))
+                                 .fileName();
+    QVERIFY(QDir().mkpath(QFileInfo(settings).path()));
+    QVERIFY(writeFile(settings));
     uninstall(QStringLiteral("/SETTINGS"));
-    QTRY_VERIFY_WITH_TIMEOUT(folder().isEmpty(), kTimeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(dataFolder()), kTimeoutMs);
     QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(settings), kTimeoutMs);
+    QVERIFY(folder().isEmpty());
 }
 
 void InstallerTest::uninstallingKeepsFilesOfOthers()
@@ -207,6 +460,25 @@ void InstallerTest::uninstallingKeepsFilesOfOthers()
     QVERIFY(other.exists());
     QVERIFY(other.remove());
     QVERIFY(QDir().rmdir(place));
+}
+
+void InstallerTest::uninstallingCanBeTriedAgain()
+{
+    QCOMPARE(install(), 0);
+    {
+        const HeldFile opened(file("config.json"));
+        QVERIFY(opened.isHeld());
+        QCOMPARE(uninstallInPlace(), int(NotWritten));
+    }
+    QVERIFY(isThere(shortcut()));
+    QVERIFY(QFileInfo::exists(file("config.json")));
+    const QString place = folder();
+    QVERIFY(!place.isEmpty());
+    QCOMPARE(uninstallInPlace(), 0);
+    QVERIFY(folder().isEmpty());
+    QVERIFY(!isThere(shortcut()));
+    QCOMPARE(contents(place).keys(), QStringList{QStringLiteral("/Uninstall.exe")});
+    QVERIFY(QDir(place).removeRecursively());
 }
 
 QTEST_GUILESS_MAIN(InstallerTest)

@@ -1,3 +1,4 @@
+#include "ProgramMutexNames.h"
 #include "ProgramWindow.h"
 
 #include <QProcess>
@@ -32,6 +33,7 @@ private slots:
     void endOfTheSessionIsNotHeldUp_data();
     void endOfTheSessionIsNotHeldUp();
     void cancelledEndOfTheSessionChangesNothing();
+    void installersNoticeTheProgram();
 
 private:
     /// Sends the program an event of its tray icon, as the shell does.
@@ -177,6 +179,20 @@ void ProgramTest::cancelledEndOfTheSessionChangesNothing()
     ::SendMessageW(programWindow(), WM_ENDSESSION, FALSE, 0);
     QVERIFY(!m_program.waitForFinished(500));
     QVERIFY(::IsWindowVisible(programWindow()));
+}
+
+void ProgramTest::installersNoticeTheProgram()
+{
+    const auto exists = [](const wchar_t* name) {
+        HANDLE mutex = ::OpenMutexW(SYNCHRONIZE, FALSE, name);
+        return mutex && ::CloseHandle(mutex);
+    };
+    QVERIFY(exists(ProgramMutexNames::kSession));
+    QVERIFY(exists(ProgramMutexNames::kComputer));
+    WindowProcess(programWindow()).quit();
+    QVERIFY(m_program.waitForFinished(kTimeoutMs));
+    QVERIFY(!exists(ProgramMutexNames::kSession));
+    QVERIFY(!exists(ProgramMutexNames::kComputer));
 }
 
 QTEST_MAIN(ProgramTest)
