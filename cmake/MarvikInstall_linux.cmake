@@ -12,6 +12,8 @@ configure_file(${CMAKE_SOURCE_DIR}/packaging/udev/70-marviktools.rules.in
     ${CMAKE_BINARY_DIR}/package/70-marviktools.rules @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/package/70-marviktools.rules DESTINATION lib/udev/rules.d)
 install(FILES ${packaging}/marviktools.tmpfiles DESTINATION lib/tmpfiles.d RENAME marviktools.conf)
+install(TARGETS marvikctl RUNTIME DESTINATION bin)
+install(FILES ${CMAKE_SOURCE_DIR}/marvikctl/schema/marvikctl.schema.json DESTINATION share/marviktools)
 install(FILES ${packaging}/marviktools.desktop DESTINATION share/applications)
 configure_file(${packaging}/invalid.sorvanta.marviktools.metainfo.xml.in
     ${CMAKE_BINARY_DIR}/package/invalid.sorvanta.marviktools.metainfo.xml @ONLY)

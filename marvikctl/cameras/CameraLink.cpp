@@ -91,7 +91,7 @@ Result<QString> CameraLink::readText(int command)
 {
     if (m_silence)
         return *m_silence;
-    const QString text = m_hid->readInfoFromDevice(command);
+    QString text = m_hid->readInfoFromDevice(command);
     if (m_hid->lastFailure() != UVCHid::Failure::None)
         return lastFailure();
     return text;
@@ -134,7 +134,7 @@ std::optional<Failure> CameraLink::openPicture()
 
 Failure CameraLink::pictureFailure() const
 {
-    const Failure reason = NodeAccess::explain(m_video->displayName, NodeAccess::Interface::Video);
+    Failure reason = NodeAccess::explain(m_video->displayName, NodeAccess::Interface::Video);
     if (reason.kind == Failure::Kind::NotAnswered)
         return {Failure::Kind::Refused, tr("the camera refuses a picture value"), {}};
     return reason;

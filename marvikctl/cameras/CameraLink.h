@@ -36,6 +36,9 @@ public:
     [[nodiscard]] const FoundCamera& camera() const { return m_camera; }
     [[nodiscard]] QString path() const { return m_camera.hid.path; }
 
+    /// How long open() may wait.
+    [[nodiscard]] std::chrono::milliseconds patience() const { return m_patience; }
+
     /// Takes the camera's lock and keeps it until close(); no exchange is made.
     [[nodiscard]] std::optional<Failure> open();
     void close();

@@ -87,6 +87,7 @@ Result<std::vector<CameraLink>> Selection::chooseOrAll(const Invocation& invocat
         indices.insert(*index);
     }
     std::vector<CameraLink> chosen;
+    chosen.reserve(indices.size());
     for (const int index : indices)
         chosen.push_back(std::move(all[static_cast<std::size_t>(index)]));
     return Result<std::vector<CameraLink>>(std::move(chosen));

@@ -15,4 +15,7 @@ Console::Session::Session()
     std::signal(SIGPIPE, SIG_IGN);
 }
 
-Console::Session::~Session() = default;
+Console::Session::~Session()
+{
+    std::signal(SIGPIPE, SIG_DFL);
+}
