@@ -106,9 +106,9 @@ void HotPlugWatch::wake() const
 HotPlugWatch::Event HotPlugWatch::wait()
 {
     if (!m_found.empty()) {
-        const Event event = m_found.front();
+        const auto [event, path] = m_found.front();
         m_found.pop_front();
-        return event;
+        return report(event, path);
     }
     pollfd descriptors[] = {{udev_monitor_get_fd(m_monitor.get()), POLLIN, 0},
                             {m_wakeUp.get(), POLLIN, 0}};
@@ -121,6 +121,13 @@ HotPlugWatch::Event HotPlugWatch::wait()
     if (descriptors[1].revents != 0)
         return Event::Woken;
     return receive();
+}
+
+/// The name of an interface is the last part of its path.
+HotPlugWatch::Event HotPlugWatch::report(Event event, const std::string& path)
+{
+    m_name = path.substr(path.rfind('/') + 1);
+    return event;
 }
 
 std::set<std::string> HotPlugWatch::interfaces() const
@@ -137,7 +144,7 @@ void HotPlugWatch::reportChanges()
     const std::set<std::string> before = std::exchange(m_known, interfaces());
     for (const std::string& path : before) {
         if (m_known.count(path) == 0)
-            m_found.push_back(Event::Removal);
+            m_found.emplace_back(Event::Removal, path);
     }
     for (const std::string& path : m_known) {
         if (before.count(path) != 0)
@@ -145,7 +152,7 @@ void HotPlugWatch::reportChanges()
         const UdevDevice device(udev_device_new_from_syspath(m_context.get(), path.c_str()));
         if (device)
             waitForVideoNodes(device.get());
-        m_found.push_back(Event::Arrival);
+        m_found.emplace_back(Event::Arrival, path);
     }
 }
 
@@ -161,13 +168,13 @@ HotPlugWatch::Event HotPlugWatch::receive()
     const char* path = udev_device_get_syspath(device.get());
     if (isEqual(action, "remove")) {
         m_known.erase(path);
-        return Event::Removal;
+        return report(Event::Removal, path);
     }
     if (!isEqual(action, "add"))
         return Event::Other;
     m_known.insert(path);
     waitForVideoNodes(device.get());
-    return Event::Arrival;
+    return report(Event::Arrival, path);
 }
 
 /// The interfaces of one camera appear one after the other, and the video driver may have to be

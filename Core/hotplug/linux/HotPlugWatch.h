@@ -6,6 +6,7 @@
 #include <deque>
 #include <set>
 #include <string>
+#include <utility>
 
 /// The udev monitor of HID interfaces, and the means to end its wait.
 ///
@@ -30,18 +31,24 @@ public:
     /// Blocks until the next event or wake().
     [[nodiscard]] Event wait();
 
-    /// Ends a wait() that is under way or to come. Any thread.
+    /// The interface of the last arrival or removal: "hidraw3".
+    [[nodiscard]] const std::string& interfaceName() const { return m_name; }
+
+    /// Ends a wait() that is under way or to come. Any thread, and a signal handler.
     void wake() const;
 
 private:
     Event receive();
     void reportChanges();
+    Event report(Event event, const std::string& path);
     [[nodiscard]] std::set<std::string> interfaces() const;
     static void waitForVideoNodes(udev_device* hidraw);
 
     UdevContext m_context;
     UdevMonitor m_monitor;
     std::set<std::string> m_known; ///< paths in /sys of the interfaces after the last event
-    std::deque<Event> m_found;     ///< changes that were found by listing the interfaces
+    /// Changes that were found by listing the interfaces, with the paths in /sys.
+    std::deque<std::pair<Event, std::string>> m_found;
+    std::string m_name;
     FileDescriptor m_wakeUp;
 };
