@@ -10,6 +10,7 @@
 #include "SaveCommand.h"
 #include "SetCommand.h"
 #include "VersionCommand.h"
+#include "WatchCommand.h"
 
 #include <algorithm>
 #include <QCoreApplication>
@@ -43,6 +44,9 @@ constexpr CommandRow kRows[]{
      "device all model site dry-run output", make<ProfileCommand>},
     {"apply", "", QT_TRANSLATE_NOOP("CommandTable", "give cameras what is assigned to them"),
      "device all once dry-run", make<ApplyCommand>},
+    {"watch", "",
+     QT_TRANSLATE_NOOP("CommandTable", "apply to every camera that is or gets plugged in"),
+     "dry-run", make<WatchCommand>},
     {"help", "[COMMAND]", QT_TRANSLATE_NOOP("CommandTable", "print help"), "", make<HelpCommand>},
     {"version", "", QT_TRANSLATE_NOOP("CommandTable", "print the version"), "",
      make<VersionCommand>},

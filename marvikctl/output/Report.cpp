@@ -45,6 +45,23 @@ QString wordOf(ExitCode code)
 
 } // namespace
 
+CameraResult CameraResult::of(const CameraLink& link)
+{
+    CameraResult result;
+    result.serial = link.knownSerialNumber();
+    result.name = QString::fromUtf8(link.camera().model->displayName);
+    result.model = QString::fromUtf8(link.camera().model->modelText);
+    result.path = link.path();
+    return result;
+}
+
+QString CameraResult::title() const
+{
+    if (serial.isEmpty())
+        return QStringLiteral("%1 (%2)").arg(name, path);
+    return QStringLiteral("%1 %2 (%3)").arg(name, serial, path);
+}
+
 QJsonObject CameraResult::toJson() const
 {
     QJsonObject object = details;
@@ -66,12 +83,7 @@ Report::Report(const Invocation& invocation, const Terminal& terminal)
 
 CameraResult& Report::add(const CameraLink& link)
 {
-    CameraResult result;
-    result.serial = link.knownSerialNumber();
-    result.name = QString::fromUtf8(link.camera().model->displayName);
-    result.model = QString::fromUtf8(link.camera().model->modelText);
-    result.path = link.path();
-    m_cameras.push_back(result);
+    m_cameras.push_back(CameraResult::of(link));
     return m_cameras.back();
 }
 
@@ -135,11 +147,31 @@ void Report::print() const
         printText();
 }
 
-QString Report::title(const CameraResult& camera)
+void Report::progress(const QString& text, const QJsonObject& event) const
 {
-    if (camera.serial.isEmpty())
-        return QStringLiteral("%1 (%2)").arg(camera.name, camera.path);
-    return QStringLiteral("%1 %2 (%3)").arg(camera.name, camera.serial, camera.path);
+    if (m_invocation.jsonProgress) {
+        QJsonObject line = event;
+        line.insert(QStringLiteral("schema"), kSchema);
+        m_terminal.bytes(Terminal::Stream::Error,
+                         QJsonDocument(line).toJson(QJsonDocument::Compact) + '\n');
+    } else if (!m_invocation.quiet) {
+        m_terminal.line(Terminal::Stream::Error, text);
+    }
+}
+
+void Report::progress(const CameraResult& camera, const QString& event) const
+{
+    QJsonObject object = camera.toJson();
+    object.insert(QStringLiteral("event"), event);
+    QStringList texts;
+    for (const QStringList& row : camera.rows)
+        texts << row.join(QLatin1Char(' '));
+    if (camera.failure)
+        texts << camera.failure->message;
+    if (camera.failure && !camera.failure->hint.isEmpty())
+        texts << camera.failure->hint;
+    progress(QStringLiteral("%1: %2").arg(camera.title(), texts.join(QStringLiteral("; "))),
+             object);
 }
 
 void Report::printText() const
@@ -155,11 +187,11 @@ void Report::printText() const
     for (const CameraResult& camera : m_cameras) {
         if (isPrinted && m_table.isEmpty() && !camera.rows.isEmpty()) {
             if (hasTitles)
-                m_terminal.line(Terminal::Stream::Output, title(camera), Terminal::Colour::Bold);
+                m_terminal.line(Terminal::Stream::Output, camera.title(), Terminal::Colour::Bold);
             m_terminal.table(camera.rows, hasTitles ? QStringLiteral("  ") : QString());
         }
         if (camera.failure)
-            printFailure(*camera.failure, title(camera));
+            printFailure(*camera.failure, camera.title());
     }
     if (m_failure)
         printFailure(*m_failure, {});

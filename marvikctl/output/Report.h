@@ -25,12 +25,17 @@ struct CameraResult
     QJsonObject details;     ///< further members of the camera's object
     QList<QStringList> rows; ///< for people
 
+    /// Who the camera is, as far as that is known.
+    [[nodiscard]] static CameraResult of(const CameraLink& link);
+
     void fail(const Failure& why)
     {
         outcome = Outcome::Failed;
         failure = why;
     }
     [[nodiscard]] QJsonObject toJson() const;
+    /// "NOVA EDGE SVAA1 (/dev/hidraw0)"
+    [[nodiscard]] QString title() const;
 };
 
 /// What the program prints in the end and returns to the shell: collects the results of a command
@@ -68,10 +73,15 @@ public:
     /// Prints it.
     void print() const;
 
+    /// Prints at once, on standard error, what is under way: a line for people, or a line with a
+    /// JSON object when that was asked for. @p event has the member "event".
+    void progress(const QString& text, const QJsonObject& event) const;
+    /// The same for what was done with a camera.
+    void progress(const CameraResult& camera, const QString& event) const;
+
 private:
     void printText() const;
     void printFailure(const Failure& failure, const QString& about) const;
-    [[nodiscard]] static QString title(const CameraResult& camera);
 
     const Invocation& m_invocation;
     const Terminal& m_terminal;

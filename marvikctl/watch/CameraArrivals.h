@@ -1,0 +1,32 @@
+#pragma once
+
+#include <memory>
+#include <QString>
+
+/// Reports control interfaces that come and go, of cameras and of others. Events are queued from
+/// the construction on. Defined in CameraArrivals_<platform>.cpp.
+class CameraArrivals
+{
+public:
+    struct Event
+    {
+        enum class Kind { Arrived, Left, Stopped, Failed };
+        Kind kind = Kind::Failed;
+        QString path; ///< of the interface; empty when it was stopped or has failed
+    };
+
+    CameraArrivals();
+    ~CameraArrivals();
+    CameraArrivals(const CameraArrivals&) = delete;
+    CameraArrivals& operator=(const CameraArrivals&) = delete;
+
+    [[nodiscard]] bool isOpen() const;
+    /// Blocks until something happens. An interface that has arrived can be used.
+    [[nodiscard]] Event wait();
+    /// Ends a wait() that is under way or to come. Any thread, and a signal handler.
+    void stop();
+
+private:
+    class Watch;
+    std::unique_ptr<Watch> m_watch;
+};
