@@ -93,9 +93,10 @@ done${ID}:
 !macroend
 
 !macro commonFunctions prefix
-; An installer of this NSIS (3.08) that runs as SYSTEM can be made to load files from a folder that other
-; users may write (CVE-2026-42171). So it ends before it creates or loads any file of its own. The package
-; of Windows Installer is for programs that install software as SYSTEM.
+; An installer of this NSIS (3.08) that runs as SYSTEM can be made to use files in a folder that other
+; users may write (CVE-2026-42171). So it ends before it loads a plug-in or writes a file of the program.
+; An uninstaller runs as a copy in that folder by then, unless it was started with _?=. The package of
+; Windows Installer is for programs that install software as SYSTEM.
 Function ${prefix}stopForSystem
     Push $R0
     Push $R1
