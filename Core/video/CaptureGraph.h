@@ -58,6 +58,8 @@ public:
 
     /// Places the video window over the whole of @p window and shows it.
     virtual void placeVideoWindow(WId window) = 0;
+    /// The size of @p window has changed: the video window covers the whole of it again.
+    virtual void fitVideoWindow(WId window) = 0;
     virtual void hideVideoWindow() = 0;
     /// Does not wait for the first frame. A stream that ends later reports that to the callback.
     /// @return false when the camera does not stream, for example because another program holds it

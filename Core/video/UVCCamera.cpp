@@ -137,6 +137,13 @@ void UVCCamera::stopCapture()
     }
 }
 
+void UVCCamera::fitVideoWindow()
+{
+    // A preview that starts later gets its place then.
+    if (m_running)
+        m_graph->fitVideoWindow(m_targetWindow);
+}
+
 void UVCCamera::endFailedCapture()
 {
     // The preview may have been stopped, and even started again, since the stream ended.

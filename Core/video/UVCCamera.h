@@ -51,6 +51,8 @@ public:
     /// @return false when none is built or the camera does not stream
     bool startCapture();
     void stopCapture();
+    /// For a change of the size of the window that shows the preview.
+    void fitVideoWindow();
     /// Releases the preview.
     void closeDevice();
 

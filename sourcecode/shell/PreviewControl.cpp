@@ -9,6 +9,7 @@
 #include "PreviewOverlays.h"
 #include "UVCCamera.h"
 
+#include <QEvent>
 #include <QTimer>
 
 namespace {
@@ -26,6 +27,19 @@ PreviewControl::PreviewControl(OpenCamera& camera, ParamSettingsPage& page,
     , m_settings(settings)
 {
     connect(&camera.camera(), &UVCCamera::sigCaptureFailed, this, &PreviewControl::captureFailed);
+    page.previewArea()->installEventFilter(this);
+}
+
+bool PreviewControl::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Resize)
+        fit();
+    return QObject::eventFilter(watched, event);
+}
+
+void PreviewControl::fit()
+{
+    m_camera.camera().fitVideoWindow();
 }
 
 void PreviewControl::startPlay(bool isBusy)

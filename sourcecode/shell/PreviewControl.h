@@ -33,9 +33,14 @@ public:
     /// open and running at suspend(). Writes no setting to the camera.
     /// @param isBusy as for startPlay()
     void resume(bool isBusy);
+    /// The preview area has got another size in pixels.
+    void fit();
 
 signals:
     void sigShowToast(const QString& text);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private slots:
     void captureFailed();

@@ -4,6 +4,8 @@
 #include "TransparentWidget.h"
 #include "TransPrewBtn.h"
 
+#include <QWindow>
+
 namespace {
 
 constexpr QPoint kGridOffset(0, 80);
@@ -14,6 +16,14 @@ const char* const kGridOffImage = "image: url(:/images/jiugongge.svg)";
 const char* const kGridOnImage = "image: url(:/images/bandengfeng.svg)";
 const char* const kPreviewOpenImage = "image: url(:/images/previewopen.svg)";
 const char* const kPreviewClosedImage = "image: url(:/images/previewclose.svg)";
+
+void moveTo(QWidget* window, const QPoint& position)
+{
+    window->move(position);
+    // The same position is at other pixels after a change of the scale.
+    if (QWindow* native = window->windowHandle())
+        native->setPosition(position);
+}
 
 } // namespace
 
@@ -39,9 +49,9 @@ void PreviewOverlays::setPreviewOpen(bool open)
 
 void PreviewOverlays::place(const QPoint& origin)
 {
-    m_grid->move(origin + kGridOffset);
-    m_gridBtn->move(origin + kGridBtnOffset);
-    m_previewBtn->move(origin + kPreviewBtnOffset);
+    moveTo(m_grid.get(), origin + kGridOffset);
+    moveTo(m_gridBtn.get(), origin + kGridBtnOffset);
+    moveTo(m_previewBtn.get(), origin + kPreviewBtnOffset);
 }
 
 void PreviewOverlays::hide()

@@ -11,6 +11,7 @@
 #include "ParamSettingsPage.h"
 #include "PreviewControl.h"
 #include "PreviewOverlays.h"
+#include "ScaleChange.h"
 #include "setLogObserver.h"
 #include "SettingsDialogs.h"
 #include "Shortcuts.h"
@@ -33,6 +34,7 @@
 
 #include <QGuiApplication>
 #include <QTimer>
+#include <QWindow>
 
 SorvantaHome::SorvantaHome(QWidget* parent)
     : QWidget(parent)
@@ -173,6 +175,10 @@ void SorvantaHome::connectShell()
     connect(preview, &TransPrewBtn::sigShowPreviewTip, this, &SorvantaHome::slotShowPreviewTip);
     connect(preview, &TransPrewBtn::sigHidePreviewTip, this, &SorvantaHome::slotHidePreviewTip);
     connect(m_preview.get(), &PreviewControl::sigShowToast, this, &SorvantaHome::showToast);
+    connect(new ScaleChange(this), &ScaleChange::settled, this, [this] {
+        m_overlays->place(windowHandle()->position());
+        m_preview->fit();
+    });
     connect(this, &SorvantaHome::sigShowStartPage, this, &SorvantaHome::slotShowStartPage);
     connect(this, &SorvantaHome::sigHideLoadingPage, this, &SorvantaHome::slotHideLoadingPage);
 }

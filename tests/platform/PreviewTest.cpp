@@ -180,6 +180,30 @@ private slots:
         QVERIFY(differenceOf(preview.shown(), preview.frames.newest()) < 12);
     }
 
+    /// As after a change of the monitor's scale.
+    void pictureFitsItsTargetAgain_data()
+    {
+        QTest::addColumn<QSize>("target");
+        QTest::newRow("larger") << QSize(500, 281);
+        QTest::newRow("smaller") << QSize(222, 125);
+    }
+    void pictureFitsItsTargetAgain()
+    {
+        QFETCH(QSize, target);
+        Preview preview;
+        QVERIFY(preview.start());
+        QTRY_VERIFY_WITH_TIMEOUT(preview.isPainted(), kTimeoutMs);
+        preview.window.resize(target);
+        preview.program.fitVideoWindow();
+        // The whole picture, in the whole target.
+        const auto differs = [&preview, &target] {
+            return differenceOf(preview.shown(),
+                                preview.frames.newest().scaled(target, Qt::IgnoreAspectRatio,
+                                                               Qt::SmoothTransformation));
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(preview.shown().size() == target && differs() < 12, kTimeoutMs);
+    }
+
     void windowThatDoesNotExistLeavesThePreviewWithoutAPlace()
     {
         PluggedCamera camera;

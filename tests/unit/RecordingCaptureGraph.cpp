@@ -156,6 +156,11 @@ void RecordingCaptureGraph::placeVideoWindow(WId window)
     step("placeVideoWindow", QString::number(window));
 }
 
+void RecordingCaptureGraph::fitVideoWindow(WId window)
+{
+    step("fitVideoWindow", QString::number(window));
+}
+
 void RecordingCaptureGraph::hideVideoWindow()
 {
     step("hideVideoWindow");

@@ -263,6 +263,22 @@ TEST_F(UVCCameraPreview, StartingPlacesTheWindowThenRuns)
     EXPECT_TRUE(camera->isRunning());
 }
 
+TEST_F(UVCCameraPreview, RunningPictureFitsItsWindowAgain)
+{
+    camera->fitVideoWindow();
+    open();
+    camera->fitVideoWindow(); // it is placed at the start
+    EXPECT_EQ(script->steps, QStringList());
+    ASSERT_TRUE(camera->startCapture());
+    script->steps.clear();
+    camera->fitVideoWindow();
+    EXPECT_EQ(script->takeSteps(), QStringList{"fitVideoWindow(77)"});
+    camera->stopCapture();
+    script->steps.clear();
+    camera->fitVideoWindow();
+    EXPECT_EQ(script->steps, QStringList());
+}
+
 TEST_F(UVCCameraPreview, CameraThatDoesNotStreamFailsToStart)
 {
     open();

@@ -92,6 +92,7 @@ private slots:
     void framesArriveAtTheRateOfTheCamera();
     void pictureFillsTheWindow();
     void pictureFollowsItsWindow();
+    void pictureFitsItsWindowAgain();
     void invalidWindowLeavesTheGraphRunning();
     void stopEndsTheStreamAndHidesThePicture();
     void streamCanBeStartedAgain();
@@ -281,6 +282,20 @@ void DirectShowPreviewTest::pictureFollowsItsWindow()
     QTRY_VERIFY(!::IsWindowVisible(video));
     m_window->show();
     QTRY_VERIFY(::IsWindowVisible(video));
+}
+
+/// As after a change of the monitor's scale.
+void DirectShowPreviewTest::pictureFitsItsWindowAgain()
+{
+    QVERIFY(open());
+    QVERIFY(m_camera->startCapture());
+    HWND video = videoWindowIn(*m_window);
+    for (const QSize& size : {QSize(600, 450), QSize(300, 225)}) {
+        m_window->resize(size);
+        m_camera->fitVideoWindow();
+        QCOMPARE(placeIn(video, *m_window), QRect(QPoint(), size));
+    }
+    QVERIFY(::IsWindowVisible(video));
 }
 
 void DirectShowPreviewTest::invalidWindowLeavesTheGraphRunning()

@@ -234,6 +234,13 @@ void GstCaptureGraph::placeVideoWindow(WId window)
     m_surface->show();
 }
 
+void GstCaptureGraph::fitVideoWindow(WId window)
+{
+    const QWidget* target = QWidget::find(window);
+    if (m_surface && target)
+        m_surface->setGeometry(target->rect());
+}
+
 void GstCaptureGraph::hideVideoWindow()
 {
     if (m_surface)

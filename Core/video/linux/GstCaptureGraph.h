@@ -34,6 +34,7 @@ public:
     [[nodiscard]] std::optional<QSize> connectedFrameSize() override;
     void installCallback(SampleGrabberCallback* callback) override;
     void placeVideoWindow(WId window) override;
+    void fitVideoWindow(WId window) override;
     void hideVideoWindow() override;
     bool run() override;
     void stop() override;

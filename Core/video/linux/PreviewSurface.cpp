@@ -2,6 +2,7 @@
 
 #include "PreviewFrames.h"
 
+#include <cmath>
 #include <QPainter>
 #include <QPaintEvent>
 
@@ -42,12 +43,24 @@ bool PreviewSurface::event(QEvent* event)
 void PreviewSurface::paintEvent(QPaintEvent* event)
 {
     QPainter painter(this);
-    const QSizeF size = QSizeF(m_frame.size()) / m_frame.devicePixelRatio();
+    // The frames are made for the size at the start of the preview, and are only scaled here when
+    // the surface has got another size since.
+    QSizeF size = QSizeF(m_frame.size()) / m_frame.devicePixelRatio();
+    const QSizeF fitted = size.scaled(QSizeF(this->size()), Qt::KeepAspectRatio);
+    const bool fits = std::abs(size.width() - fitted.width()) < 1 &&
+                      std::abs(size.height() - fitted.height()) < 1;
+    if (!fits)
+        size = fitted;
     const QPointF origin((width() - size.width()) / 2, (height() - size.height()) / 2);
     if (m_frame.isNull() || size.width() < width() || size.height() < height())
         painter.fillRect(event->rect(), Qt::black);
-    if (!m_frame.isNull())
+    if (m_frame.isNull())
+        return;
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, !fits);
+    if (fits)
         painter.drawImage(origin, m_frame);
+    else
+        painter.drawImage(QRectF(origin, size), m_frame);
 }
 
 void PreviewSurface::showEvent(QShowEvent* event)

@@ -185,11 +185,16 @@ void DirectShowCaptureGraph::placeVideoWindow(WId window)
     if (!m_videoWindow || FAILED(m_videoWindow->put_Owner(static_cast<OAHWND>(window))))
         return;
     m_videoWindow->put_WindowStyle(WS_CHILD | WS_CLIPCHILDREN);
+    fitVideoWindow(window);
+    m_videoWindow->put_Visible(kTrue);
+}
+
+void DirectShowCaptureGraph::fitVideoWindow(WId window)
+{
     RECT area{};
     // NOLINTNEXTLINE(performance-no-int-to-ptr): the toolkit keeps handles as numbers.
-    ::GetClientRect(reinterpret_cast<HWND>(window), &area);
-    m_videoWindow->SetWindowPosition(0, 0, area.right, area.bottom);
-    m_videoWindow->put_Visible(kTrue);
+    if (m_videoWindow && ::GetClientRect(reinterpret_cast<HWND>(window), &area))
+        m_videoWindow->SetWindowPosition(0, 0, area.right, area.bottom);
 }
 
 void DirectShowCaptureGraph::hideVideoWindow()

@@ -1,0 +1,9 @@
+#include "PixelSize.h"
+
+class PixelSize::Filter
+{
+};
+
+PixelSize::PixelSize() = default;
+
+PixelSize::~PixelSize() = default;
