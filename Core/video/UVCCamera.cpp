@@ -38,7 +38,7 @@ UVCCamera::UVCCamera(std::unique_ptr<CaptureGraph> graph, QObject* parent)
             Qt::DirectConnection);
     connect(&m_callback, &SampleGrabberCallback::sigCaptureFailed, this,
             &UVCCamera::endFailedCapture, Qt::QueuedConnection);
-    m_graph->create();
+    m_hasGraph = m_graph->create();
 }
 
 UVCCamera::~UVCCamera()
@@ -82,9 +82,10 @@ bool UVCCamera::buildPreview(const QString& devicePath, WId window)
     if (m_picturePath != devicePath)
         resetPicture();
     m_picturePath = devicePath;
-    if (m_opened) {
+    // An empty graph that could not be made before may succeed now.
+    if (m_opened || !m_hasGraph) {
         releaseGraph();
-        m_graph->create();
+        m_hasGraph = m_graph->create();
     }
 
     if (!m_graph->createSampleGrabber() || !m_graph->bindCaptureSource(devicePath))
@@ -164,7 +165,7 @@ void UVCCamera::noteFailure()
 void UVCCamera::closeDevice()
 {
     releaseGraph();
-    m_graph->create();
+    m_hasGraph = m_graph->create();
 }
 
 void UVCCamera::initVideoProcAmp()

@@ -148,6 +148,7 @@ private:
     [[nodiscard]] VideoProcAmpRecord& record(PictureProperty property);
     void resetPicture();
 
+    bool m_hasGraph = false; ///< whether the graph could be made
     bool m_opened = false;
     bool m_running = false;
     PreviewFailure m_failure;

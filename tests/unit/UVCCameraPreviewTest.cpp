@@ -108,6 +108,16 @@ TEST_F(UVCCameraPreview, GraphThatCannotBeCreatedShowsWhenTheDeviceIsOpened)
     EXPECT_FALSE(other.openDevice(kDevice, kWindow));
 }
 
+TEST_F(UVCCameraPreview, GraphThatCouldNotBeCreatedIsCreatedWhenTheDeviceIsOpened)
+{
+    script->failing = {"create"};
+    camera->closeDevice();
+    script->steps.clear();
+    script->failing.clear();
+    EXPECT_TRUE(camera->openDevice(kDevice, kWindow));
+    EXPECT_EQ(script->takeSteps(), kReleaseSteps + QStringList{"create"} + buildSteps());
+}
+
 TEST_F(UVCCameraPreview, OpeningTakesEveryStepInOrder)
 {
     EXPECT_TRUE(camera->openDevice(kDevice, kWindow));
