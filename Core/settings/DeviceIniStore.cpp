@@ -1,16 +1,18 @@
 #include "DeviceIniStore.h"
 
+#include "FileLock.h"
 #include "LogCategories.h"
 #include "ParameterKeys.h"
 #include "PictureSettings.h"
 #include "ReportedText.h"
 
+#include <chrono>
+#include <filesystem>
 #include <memory>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QLockFile>
 #include <QMap>
 #include <QSaveFile>
 #include <QSettings>
@@ -26,7 +28,7 @@ constexpr QLatin1Char kEscape('%');
 const QLatin1String kReselectedImageMode("image_mode");
 const QString kSaving = QStringLiteral(".saving-");
 constexpr const char* kCodec = "UTF-8";
-constexpr int kLockTimeoutMs = 2000;
+constexpr std::chrono::seconds kLockTimeout{2};
 
 // Path of device.ini; empty when the platform has no cache location.
 QString iniPath()
@@ -51,14 +53,34 @@ std::optional<QByteArray> contentsOf(const QString& path)
     return contents;
 }
 
-bool replace(const QString& path, const QByteArray& contents)
+std::filesystem::path nativePath(const QString& path)
 {
-    const QDateTime before = QFileInfo(path).lastModified();
-    QSaveFile file(path);
+    return std::filesystem::u8path(path.toStdString());
+}
+
+// Gives @p path these contents, or leaves it as it is.
+// @param folder for the new file, on the same file system: what a killed program leaves there is
+//        removed with the folder by the next save
+bool replace(const QString& path, const QByteArray& contents, const QString& folder)
+{
+    const QFileInfo old(path);
+    if (old.exists() && !old.isWritable())
+        return false;
+    const QDateTime before = old.lastModified();
+    const QString whole = folder + QStringLiteral("/whole");
+    QSaveFile file(whole);
     // Explicit flush: QSaveFile does not notice that a disk becomes full while it flushes, and
-    // would replace the old file with an empty one.
+    // would commit an empty file.
     if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size() ||
         !file.flush() || !file.commit())
+        return false;
+    if (old.exists())
+        QFile::setPermissions(whole, old.permissions());
+    // A link stays one; the file that it names is replaced.
+    std::error_code error;
+    std::filesystem::rename(nativePath(whole),
+                            nativePath(old.exists() ? old.canonicalFilePath() : path), error);
+    if (error)
         return false;
     // QSettings reads a file again only when its size or its time has changed, and the clock of a
     // file system is slower than two saves.
@@ -125,6 +147,7 @@ public:
         m_settings->setIniCodec(kCodec);
     }
 
+    [[nodiscard]] QString folder() const { return m_directory.path(); }
     // Null when the copy could not be made.
     [[nodiscard]] QSettings* settings() const { return m_settings.get(); }
 
@@ -229,8 +252,8 @@ bool DeviceIniStore::write(const QString& serial, const PictureParameters& pictu
     const QString path = iniPath();
     if (path.isEmpty() || !isSerialNumber(serial) || !QDir().mkpath(QFileInfo(path).absolutePath()))
         return false;
-    QLockFile lock(path + QStringLiteral(".lock"));
-    if (!lock.tryLock(kLockTimeoutMs))
+    FileLock lock;
+    if (!lock.acquire(path + QStringLiteral(".lock"), kLockTimeout))
         return false;
     IniCopy::removeLeftOver(path);
     const std::optional<QByteArray> before = contentsOf(path);
@@ -241,7 +264,8 @@ bool DeviceIniStore::write(const QString& serial, const PictureParameters& pictu
     if (!settings)
         return false;
     // A rewrite loses damaged lines; the copy keeps them.
-    if (isDamaged(*settings) && !replace(freeName(path + QStringLiteral(".damaged")), *before))
+    if (isDamaged(*settings) &&
+        !replace(freeName(path + QStringLiteral(".damaged")), *before, copy.folder()))
         return false;
 
     settings->beginGroup(groupName(serial));
@@ -254,5 +278,5 @@ bool DeviceIniStore::write(const QString& serial, const PictureParameters& pictu
     settings->setValue(ImageMode, picture.imageMode);
     settings->endGroup();
     const std::optional<QByteArray> after = copy.contents();
-    return after && replace(path, *after);
+    return after && replace(path, *after, copy.folder());
 }

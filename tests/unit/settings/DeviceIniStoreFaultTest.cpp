@@ -1,10 +1,12 @@
 #include "DeviceIniStoreTest.h"
 
+#include "FileLock.h"
 #include "FileSizeLimit.h"
 #include "QtPrinters.h"
 
+#include <chrono>
 #include <fcntl.h>
-#include <QLockFile>
+#include <memory>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
@@ -146,11 +148,11 @@ TEST_F(DeviceIniStoreFaultTest, ReadingNeedsNoWritableDirectory)
 
 TEST_F(DeviceIniStoreFaultTest, SaveDuringAnotherProgramsSaveFails)
 {
-    QLockFile other(m_path + QStringLiteral(".lock"));
-    ASSERT_TRUE(other.lock());
+    auto other = std::make_unique<FileLock>();
+    ASSERT_TRUE(other->acquire(m_path + QStringLiteral(".lock"), std::chrono::seconds(0)));
     EXPECT_FALSE(m_store.write(kFirst, pictureOf(130)));
     EXPECT_EQ(m_store.read(kFirst), pictureOf(100));
-    other.unlock();
+    other.reset();
     EXPECT_TRUE(m_store.write(kFirst, pictureOf(130)));
     EXPECT_EQ(m_store.read(kFirst), pictureOf(130));
 }
