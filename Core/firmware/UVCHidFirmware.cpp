@@ -112,6 +112,8 @@ bool UVCHid::updateFilePacket(const QString& path)
                              static_cast<std::uint16_t>(length), number);
         if (!sendPacket(frame, length, number))
             return false;
+        if (m_progress)
+            m_progress(static_cast<qint64>(offset), image->size());
     }
     return true;
 }

@@ -7,9 +7,11 @@
 #include "HidFrame.h"
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <QMap>
 #include <QString>
+#include <utility>
 
 /// The control link to one camera over its vendor HID interface.
 ///
@@ -107,6 +109,10 @@ public:
     static bool getCameraConnectionStatus(const char* devPath, unsigned short vid,
                                           unsigned short pid);
 
+    /// Called during a transfer, on its thread, after each packet that was acknowledged.
+    using TransferProgress = std::function<void(qint64 sent, qint64 size)>;
+    void setTransferProgress(TransferProgress progress) { m_progress = std::move(progress); }
+
     /// Transfers the firmware image in @p path over the persistent handle: start, packets, end.
     /// Blocks for the whole transfer, about ten seconds for each MiB, so call it on a worker
     /// thread. No command may be sent to this camera meanwhile: the caller holds the camera's lock,
@@ -140,4 +146,5 @@ private:
     HidFrame::Response m_lastResponse;
     QString m_errorText;
     Failure m_failure = Failure::None;
+    TransferProgress m_progress;
 };

@@ -24,6 +24,7 @@ void DeviceManager::detecting()
             return;
         case HotPlugWatch::Event::Other:
         case HotPlugWatch::Event::Woken:
+        case HotPlugWatch::Event::TimedOut:
             break;
         }
     }

@@ -5,6 +5,7 @@
 #include "ApplicationUpdateCheck.h"
 #include "CameraHandle.h"
 #include "FirmwareImage.h"
+#include "FirmwareVerdict.h"
 #include "FirmwareWorker.h"
 #include "InstallerFile.h"
 #include "LoadingDialog.h"
@@ -27,8 +28,6 @@
 #include <QTimer>
 
 namespace {
-
-constexpr int kInstallTimeoutMs = 240000;
 
 /// Settings key with the path of the image that writeDevelopmentFirmware() writes.
 constexpr const char* kDevelopmentFirmwareKey = "development/firmwareFile";
@@ -272,7 +271,7 @@ void UpdateFlow::installFirmware(const QString& file)
         return;
     }
     m_othersWhenItLeft.reset();
-    m_updateTimer->start(kInstallTimeoutMs);
+    m_updateTimer->start(kFirmwareInstallTimeout);
     m_mask.showUnder(m_loadingDialog);
     qCDebug(updateLog) << "slotDownloadSuccessed" << file;
     writeFirmware(file);
@@ -467,13 +466,14 @@ void UpdateFlow::judge(const HidDevices& device, const QString& version, const Q
     session.setStatus(connected ? 1 : 0);
     qCDebug(updateLog) << "hid_status" << connected;
     m_updateTimer->stop();
-    if (!connected) {
+    const FirmwareVerdict verdict = firmwareVerdict(connected, before.deviceVersion, version);
+    if (verdict == FirmwareVerdict::NotConnected) {
         qCDebug(updateLog) << "当前设备状态Failed，更新失败";
         showFailed();
         return;
     }
     qCDebug(updateLog) << "更新设备状态Connected";
-    if (version == before.deviceVersion) {
+    if (verdict == FirmwareVerdict::SameVersion) {
         qCDebug(updateLog) << "版本号相同，更新失败";
         showFailed();
         return;

@@ -123,6 +123,16 @@ TEST_F(UVCHidFirmware, OneByteMoreMakesASecondPacketThatKeepsTheBytesBeforeIt)
     EXPECT_EQ(sent[1].mid(kHeader + 1), bytes.mid(1, kMaxPayload - 1));
 }
 
+TEST_F(UVCHidFirmware, ProgressIsReportedAfterEachAcknowledgedPacket)
+{
+    QList<QPair<qint64, qint64>> progress;
+    hid->setTransferProgress([&progress](qint64 sent, qint64 size) {
+        progress.append({sent, size});
+    });
+    EXPECT_TRUE(hid->updateFile(writeFile(image(2021))));
+    EXPECT_EQ(progress, (QList<QPair<qint64, qint64>>{{1010, 2021}, {2020, 2021}, {2021, 2021}}));
+}
+
 TEST_F(UVCHidFirmware, ChecksumOfAPacketCoversJustItsPayload)
 {
     EXPECT_TRUE(hid->updateFile(writeFile(image(kMaxPayload + 3))));

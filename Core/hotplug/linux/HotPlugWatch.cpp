@@ -103,7 +103,7 @@ void HotPlugWatch::wake() const
     ::eventfd_write(m_wakeUp.get(), one);
 }
 
-HotPlugWatch::Event HotPlugWatch::wait()
+HotPlugWatch::Event HotPlugWatch::wait(int timeoutMs)
 {
     if (!m_found.empty()) {
         const auto [event, path] = m_found.front();
@@ -114,10 +114,12 @@ HotPlugWatch::Event HotPlugWatch::wait()
                             {m_wakeUp.get(), POLLIN, 0}};
     int ready = 0;
     do {
-        ready = ::poll(descriptors, 2, -1);
+        ready = ::poll(descriptors, 2, timeoutMs);
     } while (ready < 0 && errno == EINTR);
     if (ready < 0)
         return Event::Failed;
+    if (ready == 0)
+        return Event::TimedOut;
     if (descriptors[1].revents != 0)
         return Event::Woken;
     return receive();

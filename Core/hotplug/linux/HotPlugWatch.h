@@ -20,6 +20,7 @@ public:
         Removal,
         Other, ///< nothing that concerns the list
         Woken,
+        TimedOut,
         Failed,
     };
 
@@ -28,8 +29,9 @@ public:
     void close();
     [[nodiscard]] bool isOpen() const { return static_cast<bool>(m_monitor); }
 
-    /// Blocks until the next event or wake().
-    [[nodiscard]] Event wait();
+    static constexpr int kNoTimeout = -1;
+    /// Blocks until the next event or wake(), or for @p timeoutMs.
+    [[nodiscard]] Event wait(int timeoutMs = kNoTimeout);
 
     /// The interface of the last arrival or removal: "hidraw3".
     [[nodiscard]] const std::string& interfaceName() const { return m_name; }
