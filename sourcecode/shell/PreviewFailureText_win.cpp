@@ -8,5 +8,8 @@ QString PreviewFailureText::noPermission()
 
 QString PreviewFailureText::partMissing(const QString& part)
 {
-    return tr("A part of Windows that shows pictures is missing: %1.").arg(part);
+    return tr("A part of Windows that shows pictures is missing: %1. On Windows N install the "
+              "Media "
+              "Feature Pack.")
+        .arg(part);
 }

@@ -10,7 +10,8 @@ namespace {
 
 const char* const kMenuStyle =
     "QMenu { background-color: white; border: 1px solid white; }"
-    "QMenu::item { background-color: transparent; padding: 8px 32px; margin: 0px;"
+    // Without a colour the text has that of the system, which is white in a dark mode.
+    "QMenu::item { color: @text; background-color: transparent; padding: 8px 32px; margin: 0px;"
     " border-bottom: 1px solid @control-line; }"
     "QMenu::item:selected { background-color: @menu-hover; }";
 

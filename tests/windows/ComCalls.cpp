@@ -34,6 +34,7 @@ enum MethodIndex : std::size_t {
     NextMethod = 3,
     BindToObjectMethod = 8,
     BindToStorageMethod = 9,
+    PutOwnerMethod = 29,
 };
 
 struct WatchedInterface
@@ -74,6 +75,8 @@ int s_calls = 0;
 int s_failing = 0;
 ComCalls::Failing s_how = ComCalls::Failing::Once;
 int s_references = 0;
+std::map<void*, void*> s_owners; ///< of the video windows
+int s_ownedWindowsReleased = 0;
 
 /// Whether the program makes this call: the test's camera, which is in the same file, makes calls
 /// only within one of the program, or on other threads.
@@ -142,6 +145,10 @@ HRESULT STDMETHODCALLTYPE watched(void* object, void* a1, void* a2, void* a3, vo
     const auto original = reinterpret_cast<Method>(table->original[Index]);
     if (!isOfTheProgram(__builtin_return_address(0)))
         return original(object, a1, a2, a3, a4, a5, a6, a7);
+    if (iid == IID_IVideoWindow && Index == PutOwnerMethod)
+        s_owners[object] = a1;
+    if (iid == IID_IVideoWindow && Index == ReleaseMethod && s_owners[object])
+        ++s_ownedWindowsReleased;
     if (Index == AddRefMethod)
         ++s_references;
     else if (Index == ReleaseMethod)
@@ -234,4 +241,9 @@ int ComCalls::count()
 int ComCalls::references()
 {
     return s_references;
+}
+
+int ComCalls::ownedWindowsReleased()
+{
+    return s_ownedWindowsReleased;
 }

@@ -21,5 +21,7 @@ void restart(int failing = 0, Failing how = Failing::Once);
 [[nodiscard]] int count();
 /// How many references to watched objects the program has.
 [[nodiscard]] int references();
+/// How many references to a video window were released while it had an owner.
+[[nodiscard]] int ownedWindowsReleased();
 
 } // namespace ComCalls

@@ -101,6 +101,7 @@ private slots:
     void failedAttemptLeavesNothingBehind();
     void cameraInUseIsDetected_data();
     void cameraInUseIsDetected();
+    void formatWithoutADecoderIsNamed();
     void cameraThatCannotBeBoundDoesNotOpen_data();
     void cameraThatCannotBeBoundDoesNotOpen();
     void amplifierReturnsRanges();
@@ -394,6 +395,20 @@ void DirectShowPreviewTest::cameraInUseIsDetected()
     QVERIFY(m_camera->isRunning());
 }
 
+/// A camera with one format that the system cannot change into the grabber's, as one that has only
+/// NV12.
+void DirectShowPreviewTest::formatWithoutADecoderIsNamed()
+{
+    constexpr GUID p010 = {
+        0x30313050, 0x0000, 0x0010, {0x80, 0x00, 0x00, 0xAA, 0x00, 0x38, 0x9B, 0x71}};
+    m_device->script().subtypes = {p010};
+    QVERIFY(!open());
+    QCOMPARE(m_camera->lastFailure().cause, PreviewFailure::Cause::PartMissing);
+    QCOMPARE(m_camera->lastFailure().detail,
+             QStringLiteral("the decoder for the camera's picture format"));
+    QCOMPARE(m_device->script().filtersAlive.load(), 0);
+}
+
 void DirectShowPreviewTest::cameraThatCannotBeBoundDoesNotOpen_data()
 {
     using Cause = PreviewFailure::Cause;
@@ -406,6 +421,7 @@ void DirectShowPreviewTest::cameraThatCannotBeBoundDoesNotOpen_data()
     row("no resources", kNoResources, Cause::InUse);
     row("not allowed", E_ACCESSDENIED, Cause::NoPermission);
     row("class missing", REGDB_E_CLASSNOTREG, Cause::PartMissing);
+    row("library missing", HRESULT_FROM_WIN32(ERROR_MOD_NOT_FOUND), Cause::PartMissing);
     row("not specified", E_FAIL, Cause::Other);
 }
 

@@ -87,6 +87,7 @@ void DirectShowRoundsTest::everyRoundReleasesItsResources()
         }
     }
     QCOMPARE(m_device->script().binds.load(), rounds);
+    QCOMPARE(ComCalls::ownedWindowsReleased(), 0);
 }
 
 void DirectShowRoundsTest::everyFailingCallIsSurvived_data()

@@ -28,6 +28,7 @@ private slots:
     void closingHidesTheWindowInTheTray();
     void clickInTheTrayRaisesTheWindow();
     void secondStartEndsAtOnceAndRaisesTheFirst();
+    void iconComesBackWhenTheTaskBarIsNew();
     void quitInTheTraysMenuEndsTheProgram();
     void endOfTheEventLoopEndsTheProgram();
     void endOfTheSessionIsNotHeldUp_data();
@@ -122,6 +123,19 @@ void ProgramTest::secondStartEndsAtOnceAndRaisesTheFirst()
     QTRY_VERIFY_WITH_TIMEOUT(::IsWindowVisible(programWindow()), kTimeoutMs);
     QTRY_VERIFY(!::IsIconic(programWindow()));
     QCOMPARE(m_program.state(), QProcess::Running);
+}
+
+/// As when the Explorer has crashed and started again.
+void ProgramTest::iconComesBackWhenTheTaskBarIsNew()
+{
+    NOTIFYICONDATAW icon{};
+    icon.cbSize = sizeof icon;
+    icon.hWnd = ::FindWindowW(nullptr, L"QTrayIconMessageWindow");
+    QVERIFY(icon.hWnd);
+    QVERIFY(::Shell_NotifyIconW(NIM_DELETE, &icon));
+    QVERIFY(!::Shell_NotifyIconW(NIM_MODIFY, &icon)); // it is gone
+    ::SendMessageW(icon.hWnd, ::RegisterWindowMessageW(L"TaskbarCreated"), 0, 0);
+    QTRY_VERIFY_WITH_TIMEOUT(::Shell_NotifyIconW(NIM_MODIFY, &icon), kTimeoutMs);
 }
 
 void ProgramTest::quitInTheTraysMenuEndsTheProgram()

@@ -19,6 +19,8 @@ constexpr CLSID kSampleGrabberClass = {
 
 constexpr long kGraphEventMessage = WM_APP + 100;
 constexpr long kGrabByBuffer = 1;
+/// What connects the camera with the grabber when both have no format in common.
+constexpr const char* kDecoder = "the decoder for the camera's picture format";
 // Boolean values of the graph's automation interfaces.
 constexpr long kTrue = VARIANT_TRUE;
 constexpr long kFalse = VARIANT_FALSE;
@@ -73,6 +75,10 @@ bool DirectShowCaptureGraph::create()
 
 void DirectShowCaptureGraph::release()
 {
+    // A video window that still has an owner when it is destroyed sends it messages, and with it
+    // may fall the window that it lies in.
+    if (m_videoWindow)
+        m_videoWindow->put_Owner(0);
     m_captureFilter.reset();
     m_builder.reset();
     m_graph.reset();
@@ -154,7 +160,7 @@ bool DirectShowCaptureGraph::renderPreview(WId window)
     return m_builder && noteResult(m_builder->RenderStream(&PIN_CATEGORY_PREVIEW, &MEDIATYPE_Video,
                                                            m_captureFilter.get(),
                                                            m_grabberFilter.get(), nullptr),
-                                   "quartz.dll");
+                                   kDecoder);
 }
 
 std::optional<QSize> DirectShowCaptureGraph::connectedFrameSize()

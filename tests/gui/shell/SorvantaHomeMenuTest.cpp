@@ -3,7 +3,12 @@
 #include "SvtaMoreWidget.h"
 
 #include <memory>
+#include <QApplication>
+#include <QImage>
+#include <QMenu>
+#include <QPalette>
 #include <QPushButton>
+#include <QSystemTrayIcon>
 #include <QtTest>
 
 /// The "more" menu of the title bar.
@@ -25,6 +30,7 @@ private slots:
     void quitClosesTheWindowIntoTheTray();
     void worksWithKeys();
     void escapeClosesIt();
+    void trayMenuIsReadableInADarkMode();
 
 private:
     [[nodiscard]] SvtaMoreWidget* menu() const { return m_home->find<SvtaMoreWidget>(); }
@@ -154,6 +160,25 @@ void SorvantaHomeMenuTest::quitClosesTheWindowIntoTheTray()
     QTRY_VERIFY(m_home->window().isActiveWindow());
     QVERIFY(!menu()->isVisible());
     QCOMPARE(m_home->page(), int(SvtaPagesView::HomePage));
+}
+
+/// Its background is white in every mode, and so must its text not be.
+void SorvantaHomeMenuTest::trayMenuIsReadableInADarkMode()
+{
+    const QPalette before = QApplication::palette();
+    QApplication::setPalette(QPalette(Qt::white, Qt::black, Qt::white, Qt::black, Qt::darkGray,
+                                      Qt::white, Qt::white, Qt::black, Qt::black));
+    auto* tray = m_home->window().findChild<QSystemTrayIcon*>();
+    tray->contextMenu()->ensurePolished();
+    const QImage shown = tray->contextMenu()->grab().toImage();
+    int dark = 0;
+    for (int y = 0; y < shown.height(); ++y) {
+        for (int x = 0; x < shown.width(); ++x)
+            dark += qGray(shown.pixel(x, y)) < 100 ? 1 : 0;
+    }
+    QApplication::setPalette(before);
+    QCOMPARE(QColor(shown.pixel(3, 3)), QColor(Qt::white));
+    QVERIFY2(dark > 20, QByteArray::number(dark).constData());
 }
 
 QTEST_MAIN(SorvantaHomeMenuTest)

@@ -1,5 +1,6 @@
 #include "PictureFormat.h"
 
+#include <algorithm>
 #include <cstring>
 #include <new>
 #include <objbase.h>
@@ -111,7 +112,9 @@ AM_MEDIA_TYPE* makeMediaType(const GUID& subtype, const QSize& size, bool topDow
     info->bmiHeader.biHeight = topDown ? -size.height() : size.height();
     info->bmiHeader.biPlanes = 1;
     info->bmiHeader.biBitCount = static_cast<WORD>(bitsPerPixel(subtype));
-    info->bmiHeader.biCompression = BI_RGB;
+    const std::vector<GUID> rgb = all();
+    const bool isRgb = std::find(rgb.begin(), rgb.end(), subtype) != rgb.end();
+    info->bmiHeader.biCompression = isRgb ? BI_RGB : subtype.Data1;
     info->bmiHeader.biSizeImage = type->lSampleSize;
     if (hasPalette) {
         info->bmiHeader.biClrUsed = kPaletteSize;
