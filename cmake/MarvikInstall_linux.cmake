@@ -13,6 +13,7 @@ configure_file(${CMAKE_SOURCE_DIR}/packaging/udev/70-marviktools.rules.in
 install(FILES ${CMAKE_BINARY_DIR}/package/70-marviktools.rules DESTINATION lib/udev/rules.d)
 install(FILES ${packaging}/marviktools.tmpfiles DESTINATION lib/tmpfiles.d RENAME marviktools.conf)
 install(TARGETS marvikctl RUNTIME DESTINATION bin)
+install(TARGETS marvikctl-helper RUNTIME DESTINATION lib/marviktools)
 install(FILES ${CMAKE_SOURCE_DIR}/marvikctl/schema/marvikctl.schema.json DESTINATION share/marviktools)
 install(FILES ${packaging}/marviktools.desktop DESTINATION share/applications)
 configure_file(${packaging}/invalid.sorvanta.marviktools.metainfo.xml.in

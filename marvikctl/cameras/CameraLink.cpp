@@ -66,7 +66,7 @@ Result<QString> CameraLink::serialNumber()
 {
     if (m_serial)
         return *m_serial;
-    const auto text = readText(HidCommands::SerialNumber);
+    auto text = readText(HidCommands::SerialNumber);
     if (text)
         m_serial = *text;
     return text;
@@ -196,4 +196,23 @@ std::optional<Failure> CameraLink::write(const Register& id, int value)
     if (!m_hid->writeSetting(std::get<DeviceSetting>(id), value))
         return lastFailure();
     return std::nullopt;
+}
+
+std::optional<Failure>
+CameraLink::transferFirmware(const QString& file,
+                             const std::function<void(qint64, qint64)>& onProgress)
+{
+    m_picture.reset();
+    m_hid.reset(); // with its lock, which is one for exchanges
+    CameraLock lock;
+    if (!lock.acquire(path().toUtf8(), CameraLock::Use::Firmware, m_patience))
+        return inUse(lock.holder());
+    UVCHid transfer;
+    if (!transfer.createHandleWithPath(path()))
+        return NodeAccess::explain(path(), NodeAccess::Interface::Control);
+    transfer.setTransferProgress(onProgress);
+    if (transfer.updateFile(file))
+        return std::nullopt;
+    return Failure{Failure::Kind::NotAnswered, tr("the camera has not acknowledged the transfer"),
+                   transfer.errorText()};
 }

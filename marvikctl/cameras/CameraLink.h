@@ -7,6 +7,7 @@
 #include "StreamFormat.h"
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <QCoreApplication>
@@ -56,6 +57,13 @@ public:
     /// Stops at the first register that cannot be read.
     [[nodiscard]] Result<RegisterValues> read(const Registers& ids);
     [[nodiscard]] std::optional<Failure> write(const Register& id, int value);
+
+    /// Sends a firmware image. The camera checks it and restarts; whether it has taken the image
+    /// shows its version after that. The camera is locked for the whole transfer; the link is
+    /// closed.
+    /// @return a failure when the camera has not acknowledged start and end
+    [[nodiscard]] std::optional<Failure>
+    transferFirmware(const QString& file, const std::function<void(qint64, qint64)>& onProgress);
 
 private:
     [[nodiscard]] Result<QString> readText(int command);

@@ -1,6 +1,7 @@
 #include "CommandTable.h"
 
 #include "ApplyCommand.h"
+#include "FirmwareCommand.h"
 #include "GetCommand.h"
 #include "HelpCommand.h"
 #include "InfoCommand.h"
@@ -47,6 +48,9 @@ constexpr CommandRow kRows[]{
     {"watch", "",
      QT_TRANSLATE_NOOP("CommandTable", "apply to every camera that is or gets plugged in"),
      "dry-run", make<WatchCommand>},
+    {"firmware", "check | install FILE",
+     QT_TRANSLATE_NOOP("CommandTable", "ask for newer firmware, or install an image"),
+     "device all dry-run reinstall parallel", make<FirmwareCommand>},
     {"help", "[COMMAND]", QT_TRANSLATE_NOOP("CommandTable", "print help"), "", make<HelpCommand>},
     {"version", "", QT_TRANSLATE_NOOP("CommandTable", "print the version"), "",
      make<VersionCommand>},

@@ -3,6 +3,7 @@
 #include "Assignments.h"
 #include "ProfileFile.h"
 #include "ProfileStore.h"
+#include "WholeFile.h"
 
 #include <QFileInfo>
 #include <QJsonArray>
@@ -107,13 +108,13 @@ void ProfileFiles::exportTo(const QString& argument)
                              {QStringLiteral("settings"), ProfileFile::settings(*values)}});
     if (m_invocation.output.isEmpty())
         m_report.setText(QString::fromUtf8(text));
-    else if (const auto failure = ProfileStore::writeFile(m_invocation.output, text))
+    else if (const auto failure = WholeFile::write(m_invocation.output, text))
         m_report.fail(*failure);
 }
 
 void ProfileFiles::import(const QString& argument)
 {
-    const auto text = ProfileStore::readFile(argument);
+    const auto text = WholeFile::read(argument);
     const auto values =
         text ? ProfileFile::parse(*text, argument) : Result<SettingValues>(text.failure());
     if (!values) {

@@ -22,6 +22,7 @@ constexpr std::array kKinds{
     KindRow{Failure::Kind::Conflict, "conflict", ExitCode::NotAnswered},
     KindRow{Failure::Kind::File, "file", ExitCode::SomeFailed},
     KindRow{Failure::Kind::Service, "service", ExitCode::NotAnswered},
+    KindRow{Failure::Kind::Stopped, "stopped", ExitCode::SomeFailed},
     KindRow{Failure::Kind::Usage, "usage", ExitCode::Usage},
 };
 

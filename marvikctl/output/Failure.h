@@ -19,6 +19,7 @@ struct Failure
         Conflict,  ///< settings that exclude each other
         File,
         Service, ///< the update service
+        Stopped, ///< the user has ended the program before
         Usage,
     };
 

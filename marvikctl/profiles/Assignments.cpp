@@ -2,6 +2,7 @@
 
 #include "JsonLines.h"
 #include "ProfileFile.h"
+#include "WholeFile.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -65,7 +66,7 @@ Result<Assignments::Rules> Assignments::read(ProfileStore::Owner owner) const
     const QString file = fileOf(owner);
     if (!QFileInfo::exists(file))
         return Rules();
-    const auto text = ProfileStore::readFile(file);
+    const auto text = WholeFile::read(file);
     if (!text)
         return text.failure();
     return parse(*text, file);
@@ -86,7 +87,7 @@ Result<bool> Assignments::change(ProfileStore::Owner owner,
     edit(after);
     if (after == *before)
         return false;
-    if (const auto failure = ProfileStore::writeFile(file, QJsonDocument(toJson(after)).toJson()))
+    if (const auto failure = WholeFile::write(file, QJsonDocument(toJson(after)).toJson()))
         return *failure;
     return true;
 }

@@ -2,18 +2,16 @@
 
 #include "NearestWord.h"
 #include "ProfileFile.h"
+#include "WholeFile.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QMap>
 #include <QRegularExpression>
-#include <QSaveFile>
 
 namespace {
 
 const QString kSuffix = QStringLiteral(".json");
-constexpr qint64 kMaxBytes = 1024 * 1024;
 
 } // namespace
 
@@ -68,7 +66,7 @@ Result<SettingValues> ProfileStore::read(const QString& name) const
     const auto entry = find(name);
     if (!entry)
         return entry.failure();
-    const auto text = readFile(entry->file);
+    const auto text = WholeFile::read(entry->file);
     if (!text)
         return text.failure();
     return ProfileFile::parse(*text, entry->file);
@@ -82,42 +80,13 @@ Result<bool> ProfileStore::write(const QString& name, const SettingValues& value
     const QString folder = owner == Owner::User ? m_folders.user.profiles : m_folders.site.profiles;
     const QString file = folder + QLatin1Char('/') + name + kSuffix;
     if (QFileInfo::exists(file)) {
-        const auto before = readFile(file);
+        const auto before = WholeFile::read(file);
         const auto known =
             before ? ProfileFile::parse(*before, file) : Result<SettingValues>(before.failure());
         if (known && *known == values)
             return false;
     }
-    if (const auto failure = writeFile(file, ProfileFile::text(values)))
+    if (const auto failure = WholeFile::write(file, ProfileFile::text(values)))
         return *failure;
     return true;
-}
-
-Result<QByteArray> ProfileStore::readFile(const QString& file)
-{
-    QFile source(file);
-    if (!source.open(QIODevice::ReadOnly))
-        return Failure{
-            Failure::Kind::File, tr("%1 cannot be read: %2").arg(file, source.errorString()), {}};
-    QByteArray text = source.read(kMaxBytes + 1);
-    if (source.error() != QFile::NoError || text.size() > kMaxBytes)
-        return Failure{Failure::Kind::File,
-                       text.size() > kMaxBytes
-                           ? tr("%1 is too large").arg(file)
-                           : tr("%1 cannot be read: %2").arg(file, source.errorString()),
-                       {}};
-    return text;
-}
-
-std::optional<Failure> ProfileStore::writeFile(const QString& file, const QByteArray& text)
-{
-    QSaveFile target(file);
-    // Explicit flush: QSaveFile does not notice that a disk becomes full while it flushes.
-    const bool isWritten = QDir().mkpath(QFileInfo(file).absolutePath()) &&
-                           target.open(QIODevice::WriteOnly) && target.write(text) == text.size() &&
-                           target.flush() && target.commit();
-    if (isWritten)
-        return std::nullopt;
-    return Failure{
-        Failure::Kind::File, tr("%1 cannot be written: %2").arg(file, target.errorString()), {}};
 }

@@ -41,11 +41,6 @@ public:
     [[nodiscard]] Result<bool> write(const QString& name, const SettingValues& values,
                                      Owner owner) const;
 
-    /// A whole file; replaces one that is there.
-    [[nodiscard]] static Result<QByteArray> readFile(const QString& file);
-    [[nodiscard]] static std::optional<Failure> writeFile(const QString& file,
-                                                          const QByteArray& text);
-
 private:
     ProfileFolders m_folders;
 };

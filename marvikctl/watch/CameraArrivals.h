@@ -1,6 +1,8 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
+#include <optional>
 #include <QString>
 
 /// Reports control interfaces that come and go, of cameras and of others. Events are queued from
@@ -10,7 +12,7 @@ class CameraArrivals
 public:
     struct Event
     {
-        enum class Kind { Arrived, Left, Stopped, Failed };
+        enum class Kind { Arrived, Left, Stopped, TimedOut, Failed };
         Kind kind = Kind::Failed;
         QString path; ///< of the interface; empty when it was stopped or has failed
     };
@@ -22,7 +24,8 @@ public:
 
     [[nodiscard]] bool isOpen() const;
     /// Blocks until something happens. An interface that has arrived can be used.
-    [[nodiscard]] Event wait();
+    /// @param timeout without a value for ever
+    [[nodiscard]] Event wait(std::optional<std::chrono::milliseconds> timeout = {});
     /// Ends a wait() that is under way or to come. Any thread, and a signal handler.
     void stop();
 

@@ -18,6 +18,24 @@ constexpr UINT kStop = WM_APP + 2;
 constexpr GUID kHidInterfaceClass = {
     0x4D1E55B2, 0xF16F, 0x11CF, {0x88, 0xCB, 0x00, 0x11, 0x11, 0x00, 0x00, 0x30}};
 
+constexpr UINT_PTR kTimeoutTimer = 1;
+
+/// A timer that nobody waits for any more must not end a later wait.
+class TimerStopper
+{
+public:
+    explicit TimerStopper(HWND window)
+        : m_window(window)
+    {
+    }
+    ~TimerStopper() { ::KillTimer(m_window, kTimeoutTimer); }
+    TimerStopper(const TimerStopper&) = delete;
+    TimerStopper& operator=(const TimerStopper&) = delete;
+
+private:
+    HWND m_window;
+};
+
 /// Broadcasts are sent and not posted; the loop of wait() gets a posted message for each.
 LRESULT CALLBACK receive(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
@@ -104,8 +122,11 @@ bool CameraArrivals::isOpen() const
     return m_watch->notification != nullptr;
 }
 
-CameraArrivals::Event CameraArrivals::wait()
+CameraArrivals::Event CameraArrivals::wait(std::optional<std::chrono::milliseconds> timeout)
 {
+    if (timeout)
+        ::SetTimer(m_watch->window, kTimeoutTimer, static_cast<UINT>(timeout->count()), nullptr);
+    const TimerStopper stopper(m_watch->window);
     while (m_watch->events.empty()) {
         MSG message;
         const BOOL got = ::GetMessageW(&message, nullptr, 0, 0);
@@ -113,6 +134,8 @@ CameraArrivals::Event CameraArrivals::wait()
             return {Event::Kind::Failed, {}};
         if (got == 0 || message.message == kStop)
             return {Event::Kind::Stopped, {}};
+        if (message.message == WM_TIMER)
+            return {Event::Kind::TimedOut, {}};
         if (message.message == kDevicesChanged)
             m_watch->compare();
         else

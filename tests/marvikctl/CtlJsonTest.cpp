@@ -56,6 +56,9 @@ private slots:
         add("profile-wrong", "profile apply wrong");
         add("apply-nothing", "apply -d SVAA1 --once");
         add("apply", "apply -d SVBB2");
+        add("firmware-check-no-service", "firmware check");
+        add("firmware-install-dry-run", "firmware install @HOME@image.bin --dry-run");
+        add("firmware-install-no-file", "firmware install /nowhere.bin");
         add("help-set", "help set");
         add("unreadable", "--nonsense");
     }
@@ -74,6 +77,8 @@ private slots:
                              {"firmware", "1.0.5"}};
         if (!fault.isEmpty())
             camera.fault(fault.toStdString());
+        write(ctl, "../../image.bin", "an image");
+        line.replace(QStringLiteral("@HOME@"), ctl.path(QString()));
         const auto run = ctl.run(line + QStringLiteral(" --json"));
         QCOMPARE(run.json().value("exitCode").toInt(-1), run.exitCode);
         QVERIFY(camera.isReleased());

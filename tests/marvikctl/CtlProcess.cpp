@@ -50,7 +50,7 @@ void CtlProcess::setVariable(const QString& name, const QString& value)
 void CtlProcess::start(QProcess& process, const QStringList& arguments) const
 {
     process.setProcessEnvironment(m_environment);
-    process.start(program(), arguments);
+    process.start(m_program, arguments);
 }
 
 CtlProcess::Run CtlProcess::run(const QString& line) const

@@ -35,6 +35,8 @@ public:
     /// Starts it; for a program that is to be disturbed.
     void start(QProcess& process, const QStringList& arguments) const;
 
+    /// A copy in another folder, to be started instead.
+    void setProgram(const QString& path) { m_program = path; }
     /// A variable of its environment.
     void setVariable(const QString& name, const QString& value);
     /// A path in its home.
@@ -46,5 +48,6 @@ public:
 
 private:
     QTemporaryDir m_home;
+    QString m_program = program();
     QProcessEnvironment m_environment;
 };
