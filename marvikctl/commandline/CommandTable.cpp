@@ -4,12 +4,15 @@
 #include "FirmwareCommand.h"
 #include "GetCommand.h"
 #include "HelpCommand.h"
+#include "IdentifyCommand.h"
 #include "InfoCommand.h"
 #include "ListCommand.h"
+#include "MetricsCommand.h"
 #include "ProfileCommand.h"
 #include "ResetCommand.h"
 #include "SaveCommand.h"
 #include "SetCommand.h"
+#include "SupportCommand.h"
 #include "VersionCommand.h"
 #include "WatchCommand.h"
 
@@ -51,6 +54,12 @@ constexpr CommandRow kRows[]{
     {"firmware", "check | install FILE",
      QT_TRANSLATE_NOOP("CommandTable", "ask for newer firmware, or install an image"),
      "device all dry-run reinstall parallel", make<FirmwareCommand>},
+    {"identify", "", QT_TRANSLATE_NOOP("CommandTable", "make a camera recognisable"), "device",
+     make<IdentifyCommand>},
+    {"report", "", QT_TRANSLATE_NOOP("CommandTable", "collect what support needs to know"),
+     "device all output redact", make<SupportCommand>},
+    {"metrics", "", QT_TRANSLATE_NOOP("CommandTable", "print metrics for Prometheus"),
+     "device all output", make<MetricsCommand>},
     {"help", "[COMMAND]", QT_TRANSLATE_NOOP("CommandTable", "print help"), "", make<HelpCommand>},
     {"version", "", QT_TRANSLATE_NOOP("CommandTable", "print the version"), "",
      make<VersionCommand>},

@@ -59,6 +59,7 @@ private slots:
         add("firmware-check-no-service", "firmware check");
         add("firmware-install-dry-run", "firmware install @HOME@image.bin --dry-run");
         add("firmware-install-no-file", "firmware install /nowhere.bin");
+        add("identify", "identify");
         add("help-set", "help set");
         add("unreadable", "--nonsense");
     }
