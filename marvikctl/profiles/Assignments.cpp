@@ -1,17 +1,18 @@
 #include "Assignments.h"
 
+#include "FileLock.h"
 #include "JsonLines.h"
 #include "ProfileFile.h"
 #include "WholeFile.h"
 
+#include <chrono>
 #include <QDir>
 #include <QFileInfo>
 #include <QJsonDocument>
-#include <QLockFile>
 
 namespace {
 
-constexpr int kLockTimeoutMs = 5000;
+constexpr std::chrono::seconds kLockTimeout{5};
 const QString kSchemaKey = QStringLiteral("schema");
 const QString kSerialsKey = QStringLiteral("serials");
 const QString kModelsKey = QStringLiteral("models");
@@ -77,8 +78,8 @@ Result<bool> Assignments::change(ProfileStore::Owner owner,
 {
     const QString file = fileOf(owner);
     const QString folder = QFileInfo(file).absolutePath();
-    QLockFile lock(file + QStringLiteral(".lock"));
-    if (!QDir().mkpath(folder) || !lock.tryLock(kLockTimeoutMs))
+    FileLock lock;
+    if (!QDir().mkpath(folder) || !lock.acquire(file + QStringLiteral(".lock"), kLockTimeout))
         return Failure{Failure::Kind::File, tr("%1 cannot be changed").arg(file), {}};
     const auto before = read(owner);
     if (!before)
