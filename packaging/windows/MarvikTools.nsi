@@ -1,7 +1,7 @@
 ; The installer. Built by scripts/windows:
 ;
 ;   makensis -DVERSION=<version> -DSTAGE=<folder of the files> -DFILES=<their lists> -DICON=<icon>
-;       -DTOOLS=<SetupTools.dll> -DOUTPUT=<setup.exe> [-DSIGN=<command>] MarvikTools.nsi
+;       -DTOOLS=<SetupTools.dll> -DSIGN=<command> -DOUTPUT=<setup.exe> MarvikTools.nsi
 ;
 ; It installs for one user and needs no rights. /ALLUSERS installs for all users and needs an elevated
 ; process; without questions it does not request one. /S installs without questions, /D=<folder> into
@@ -37,10 +37,8 @@ AllowSkipFiles off
 Name "${PRODUCT}"
 OutFile "${OUTPUT}"
 BrandingText "${PRODUCT} ${VERSION}"
-!ifdef SIGN
-!finalize '${SIGN} "%1"'
-!uninstfinalize '${SIGN} "%1"'
-!endif
+!finalize '"${SIGN}" "%1"'
+!uninstfinalize '"${SIGN}" "%1"'
 
 VIProductVersion "${VERSION}.0"
 VIAddVersionKey ProductName "${PRODUCT}"

@@ -46,16 +46,26 @@ inline int run(const QString& program, const QString& arguments, const QString& 
     return process.waitForFinished(kTimeoutMs) ? process.exitCode() : -1;
 }
 
+/// The paths of all files in @p folder, sorted. Opens none: an open file cannot be removed.
+inline QStringList fileNames(const QString& folder)
+{
+    QStringList names;
+    QDirIterator walk(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (walk.hasNext())
+        names.append(walk.next().mid(folder.size()));
+    names.sort();
+    return names;
+}
+
 /// The hash of each file in @p folder, by its path there.
 inline QMap<QString, QByteArray> contents(const QString& folder)
 {
     QMap<QString, QByteArray> files;
-    QDirIterator walk(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (walk.hasNext()) {
-        QFile file(walk.next());
+    for (const QString& name : fileNames(folder)) {
+        QFile file(folder + name);
         QCryptographicHash hash(QCryptographicHash::Sha1);
         if (file.open(QIODevice::ReadOnly) && hash.addData(&file))
-            files.insert(file.fileName().mid(folder.size()), hash.result());
+            files.insert(name, hash.result());
     }
     return files;
 }

@@ -14,7 +14,7 @@ namespace {
 constexpr int kAtWork = 10;
 constexpr int kPacketBytes = 1010;
 /// More than the installer waits: a packet takes ten milliseconds at least.
-constexpr int kPackets = 3000;
+constexpr int kPackets = 4000;
 
 QString version()
 {

@@ -19,6 +19,19 @@ enum Status {
     IsSystem = 13,
 };
 
+/// Whether a program has a signature; its place is in the fifth entry of the table of directories.
+bool isSigned(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray head = file.read(4096);
+    const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(head.constData());
+    const auto* program =
+        reinterpret_cast<const IMAGE_NT_HEADERS64*>(head.constData() + dos->e_lfanew);
+    return program->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_SECURITY].Size > 0;
+}
+
 QVariant uninstallValue(const char* name)
 {
     return entry(QStringLiteral("HKEY_CURRENT_USER"), QLatin1String(name));
@@ -60,6 +73,7 @@ private slots:
     void uninstallingRemovesTheSettingsOnRequest();
     void uninstallingKeepsFilesOfOthers();
     void uninstallingCanBeTriedAgain();
+    void uninstallerIsSignedLikeItsInstaller();
 
 private:
     static int install(const QString& folder = QString(), const QString& in = QString())
@@ -98,15 +112,14 @@ private:
     static QStringList storeData()
     {
         QDir().mkpath(dataFolder() + QStringLiteral("/cache"));
-        const QStringList names{
-            QStringLiteral("/MarvikTools.log"), QStringLiteral("/MarvikTools.log.1"),
-            QStringLiteral("/cache/device.ini"), QStringLiteral("/cache/fw.bin"),
-            QStringLiteral("/cache/fw.bin.AbCdEf")};
-        for (const QString& name : names)
+        QStringList names{QStringLiteral("/MarvikTools.log"), QStringLiteral("/MarvikTools.log.1"),
+                          QStringLiteral("/cache/device.ini"), QStringLiteral("/cache/fw.bin"),
+                          QStringLiteral("/cache/fw.bin.AbCdEf")};
+        for (const QString& name : qAsConst(names))
             writeFile(dataFolder() + name);
         return names;
     }
-    static QStringList storedData() { return contents(dataFolder()).keys(); }
+    static QStringList storedData() { return fileNames(dataFolder()); }
     /// Everything that an installation changes.
     static QVariantMap state()
     {
@@ -477,8 +490,18 @@ void InstallerTest::uninstallingCanBeTriedAgain()
     QCOMPARE(uninstallInPlace(), 0);
     QVERIFY(folder().isEmpty());
     QVERIFY(!isThere(shortcut()));
-    QCOMPARE(contents(place).keys(), QStringList{QStringLiteral("/Uninstall.exe")});
+    QCOMPARE(fileNames(place), QStringList{QStringLiteral("/Uninstall.exe")});
     QVERIFY(QDir(place).removeRecursively());
+}
+
+/// signature-test verifies those of the packages.
+void InstallerTest::uninstallerIsSignedLikeItsInstaller()
+{
+    QCOMPARE(installOld(), 0);
+    QVERIFY(isSigned(file("Uninstall.exe")));
+    QVERIFY(isSigned(file("MarvikTools.exe")));
+    QCOMPARE(install(), 0);
+    QCOMPARE(isSigned(file("Uninstall.exe")), isSigned(QStringLiteral(MARVIK_SETUP)));
 }
 
 QTEST_GUILESS_MAIN(InstallerTest)
