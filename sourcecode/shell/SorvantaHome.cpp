@@ -23,6 +23,7 @@
 #include "SvtaStartPage.h"
 #include "SvtaSupportedProductDialog.h"
 #include "SvtaVersionUpdateDialog.h"
+#include "SystemSleep.h"
 #include "ToastDialog.h"
 #include "ToolTips.h"
 #include "TransparentBtn.h"
@@ -175,6 +176,9 @@ void SorvantaHome::connectShell()
     connect(preview, &TransPrewBtn::sigShowPreviewTip, this, &SorvantaHome::slotShowPreviewTip);
     connect(preview, &TransPrewBtn::sigHidePreviewTip, this, &SorvantaHome::slotHidePreviewTip);
     connect(m_preview.get(), &PreviewControl::sigShowToast, this, &SorvantaHome::showToast);
+    const auto* sleep = new SystemSleep(this);
+    connect(sleep, &SystemSleep::fallsAsleep, this, [this] { m_preview->suspend(); });
+    connect(sleep, &SystemSleep::isAwake, this, &SorvantaHome::followWindowState);
     connect(new ScaleChange(this), &ScaleChange::settled, this, [this] {
         m_overlays->place(windowHandle()->position());
         m_preview->fit();
