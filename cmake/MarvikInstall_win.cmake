@@ -1,6 +1,6 @@
 # What a Windows computer needs beside the program: one folder that runs where it lies. The libraries
 # are DLLs of their own, so anyone may put others in their place.
-install(TARGETS MarvikTools RUNTIME DESTINATION .)
+install(TARGETS MarvikTools marvikctl marvikctl-helper RUNTIME DESTINATION .)
 install(FILES ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/config.json ${CMAKE_SOURCE_DIR}/LICENSE DESTINATION .)
 
 set(libraries)
