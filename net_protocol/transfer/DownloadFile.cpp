@@ -17,16 +17,14 @@ bool DownloadFile::open(const std::string& path)
     // Renaming onto a device node would replace the node.
     if (name.isEmpty() || (existing.exists() && !existing.isFile()))
         return fail(QStringLiteral("There is something else of that name"));
-    m_file.setFileName(name);
-    // Unbuffered: a write to a full disk fails itself, and not a later one.
-    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+    if (!m_file.open(name))
         return fail(m_file.errorString());
     return true;
 }
 
 bool DownloadFile::write(const char* data, std::int64_t size)
 {
-    if (m_file.write(data, size) != size)
+    if (!m_file.write(data, size))
         return fail(m_file.errorString());
     return true;
 }
@@ -45,11 +43,7 @@ bool DownloadFile::commit()
 
 void DownloadFile::discard()
 {
-    if (!m_file.isOpen())
-        return;
-    m_file.cancelWriting();
-    // Closes and removes it.
-    m_file.commit();
+    m_file.discard();
 }
 
 bool DownloadFile::fail(const QString& reason)

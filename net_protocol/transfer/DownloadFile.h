@@ -1,7 +1,8 @@
 #pragma once
 
+#include "WholeFile.h"
+
 #include <cstdint>
-#include <QSaveFile>
 #include <string>
 
 namespace Brivane {
@@ -20,7 +21,8 @@ public:
     /// @return false when no file can be created at @p path, see errorText()
     bool open(const std::string& path);
     bool write(const char* data, std::int64_t size);
-    /// Flushes the data to the disk and gives the file its name.
+    /// Flushes the data to the disk and gives the file its name. Waits some seconds for another
+    /// program that holds the file.
     bool commit();
     /// Removes what was written.
     void discard();
@@ -31,7 +33,7 @@ public:
 private:
     bool fail(const QString& reason);
 
-    QSaveFile m_file;
+    WholeFile m_file;
     std::string m_errorText;
 };
 

@@ -7,6 +7,7 @@
 #include "FirmwareImage.h"
 #include "FirmwareVerdict.h"
 #include "FirmwareWorker.h"
+#include "HeldFile.h"
 #include "InstallerFile.h"
 #include "LoadingDialog.h"
 #include "LogCategories.h"
@@ -28,6 +29,9 @@
 #include <QTimer>
 
 namespace {
+
+constexpr int kHeldTimeoutMs = 5000;
+constexpr int kHeldIntervalMs = 100;
 
 /// Settings key with the path of the image that writeDevelopmentFirmware() writes.
 constexpr const char* kDevelopmentFirmwareKey = "development/firmwareFile";
@@ -219,11 +223,27 @@ void UpdateFlow::downloadSucceeded(SvtaPagesView::ViewPageEnum page)
     qCDebug(updateLog) << "isStopDownload =" << m_updateDialog->isStopDownload();
     if (m_updateDialog->isStopDownload())
         return;
-    const bool isFirmware = m_package == Package::Firmware;
-    if (isFirmware)
+    if (m_package == Package::Firmware)
         m_firmwareFile = m_updateDialog->savePath();
+    installWhenFree(page);
+}
+
+/// A virus scanner may hold the new file for some seconds.
+void UpdateFlow::installWhenFree(SvtaPagesView::ViewPageEnum page, int waitedMs)
+{
+    const QString file = m_updateDialog->savePath();
+    if (waitedMs < kHeldTimeoutMs && HeldFile::isHeld(file)) {
+        QTimer::singleShot(kHeldIntervalMs, this, [this, file, package = m_package, waitedMs] {
+            // The user may have gone to another page, or to another offer.
+            const bool isNewest = file == m_updateDialog->savePath() && package == m_package;
+            if (isNewest && !isDownloading() && !m_updateDialog->isVisible())
+                installWhenFree(m_page, waitedMs + kHeldIntervalMs);
+        });
+        return;
+    }
+    const bool isFirmware = m_package == Package::Firmware;
     if (isFirmware && page == SvtaPagesView::InfoPage && isForOpenCamera())
-        installFirmware(m_updateDialog->savePath());
+        installFirmware(file);
     else if (!isFirmware && (page == SvtaPagesView::HomePage || page == SvtaPagesView::AboutUsPage))
         installApplication(page);
     else

@@ -137,6 +137,7 @@ private:
     void showWaitingOffer();
     [[nodiscard]] bool isForOpenCamera() const;
     [[nodiscard]] bool isWhole(const QString& file) const;
+    void installWhenFree(SvtaPagesView::ViewPageEnum page, int waitedMs = 0);
     void installFirmware(const QString& file);
     void removeFirmwarePackage();
     void writeFirmware(const QString& file);

@@ -1,6 +1,7 @@
 #include "CacheDirectory.h"
 #include "DeviceHomePage.h"
 #include "DeviceInfoPage.h"
+#include "HeldFile.h"
 #include "HidCommands.h"
 #include "HidFrame.h"
 #include "IDeviceNotify.h"
@@ -37,6 +38,9 @@ QByteArray imageOf(int packets)
     return image;
 }
 
+/// How often the next package is found to be held by another program.
+int s_looksHeld = 0;
+
 std::uint16_t commandOf(const QByteArray& frame)
 {
     const auto low = static_cast<std::uint8_t>(frame.at(3));
@@ -45,6 +49,15 @@ std::uint16_t commandOf(const QByteArray& frame)
 }
 
 } // namespace
+
+/// In place of the platform's: the linker prefers it.
+bool HeldFile::isHeld(const QString&)
+{
+    if (s_looksHeld == 0)
+        return false;
+    --s_looksHeld;
+    return true;
+}
 
 /// The installation of firmware, from the end of the download to the end of the transfer.
 class SorvantaHomeFirmwareTest : public QObject
@@ -60,6 +73,8 @@ private slots:
     void cameraThatCannotBeOpenedEndsItAtOnce();
     void damagedPackageIsNotSent_data();
     void damagedPackageIsNotSent();
+    void packageThatIsHeldIsWaitedFor();
+    void packageThatIsHeldIsNotWaitedForOnAnotherPage();
     void failedTransferWaitsForTheLimit();
     void loadingDialogCannotBeClosedByTheUser();
     void cameraBeingWrittenIsNotAsked();
@@ -80,6 +95,7 @@ private:
     [[nodiscard]] ScriptedHidapi& hidapi() const { return m_home->cameras().hidapi(); }
     /// Downloads a package of the test from the information page.
     void install(const QByteArray& image);
+    void startDownload(const QByteArray& image);
     /// How many frames with this command the camera has received.
     [[nodiscard]] QList<QByteArray> received(std::uint16_t command) const
     {
@@ -159,12 +175,17 @@ void SorvantaHomeFirmwareTest::cleanup()
 
 void SorvantaHomeFirmwareTest::install(const QByteArray& image)
 {
+    startDownload(image);
+    QTRY_VERIFY(m_home->find<LoadingDialog>()->isVisible());
+}
+
+void SorvantaHomeFirmwareTest::startDownload(const QByteArray& image)
+{
     m_home->window().slotSetDownloadData(m_service->offer(QStringLiteral("fw.bin"), image),
                                          QStringLiteral("NOVA EDGE"));
     hidapi().forgetCalls();
     QTest::mouseClick(m_home->find<Dialog>()->findChild<QPushButton*>(QStringLiteral("btnUpdate")),
                       Qt::LeftButton);
-    QTRY_VERIFY(m_home->find<LoadingDialog>()->isVisible());
 }
 
 void SorvantaHomeFirmwareTest::imageIsWrittenToTheCamera()
@@ -267,6 +288,31 @@ void SorvantaHomeFirmwareTest::damagedPackageIsNotSent()
     QCOMPARE(hidapi().calls(), QStringList());
     QCOMPARE(hidapi().openHandles(), 1); // the link of the pages
     disconnect(damaged);
+}
+
+/// As by a virus scanner. The window works meanwhile.
+void SorvantaHomeFirmwareTest::packageThatIsHeldIsWaitedFor()
+{
+    const QByteArray image = imageOf(3);
+    s_looksHeld = 3;
+    install(image);
+    QCOMPARE(s_looksHeld, 0);
+    QVERIFY(transferEnds());
+    QCOMPARE(receivedImage(), image);
+}
+
+void SorvantaHomeFirmwareTest::packageThatIsHeldIsNotWaitedForOnAnotherPage()
+{
+    s_looksHeld = 3;
+    QSignalSpy succeeded(m_home->find<Dialog>(), &Dialog::sigDownloadSuccessed);
+    startDownload(imageOf(3));
+    QTRY_COMPARE(succeeded.count(), 1);
+    m_home->window().showView(Pages::HomePage);
+    QTRY_COMPARE(s_looksHeld, 0);
+    QTRY_VERIFY(
+        m_log->texts().contains(QStringLiteral("the package stays in the cache directory")));
+    QVERIFY(!m_home->find<LoadingDialog>()->isVisible());
+    QVERIFY(received(HidCommands::FirmwareStart).isEmpty());
 }
 
 void SorvantaHomeFirmwareTest::failedTransferWaitsForTheLimit()
