@@ -9,7 +9,6 @@
 #include "WholeFile.h"
 
 #include <algorithm>
-#include <QDateTime>
 #include <QFile>
 #include <QJsonDocument>
 #include <QStandardPaths>
@@ -141,10 +140,13 @@ void SupportCommand::run(const Invocation& invocation, Report& report)
         report.setText(plain);
         return;
     }
-    TarArchive archive(QDateTime::currentSecsSinceEpoch());
-    archive.add("marvikctl-report/report.json", text.toUtf8());
-    archive.add("marvikctl-report/report.txt", plain.toUtf8());
-    archive.add("marvikctl-report/MarvikTools.log", logText.toUtf8());
-    if (const auto failure = WholeFile::write(invocation.output, archive.compressed()))
+    TarArchive archive(QStringLiteral("marvikctl-report"));
+    archive.add(QStringLiteral("report.json"), text.toUtf8());
+    archive.add(QStringLiteral("report.txt"), plain.toUtf8());
+    archive.add(QStringLiteral("MarvikTools.log"), logText.toUtf8());
+    const auto bytes = archive.compressed();
+    if (!bytes)
+        report.fail(bytes.failure());
+    else if (const auto failure = WholeFile::write(invocation.output, *bytes))
         report.fail(*failure);
 }

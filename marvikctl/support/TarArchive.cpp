@@ -1,66 +1,49 @@
 #include "TarArchive.h"
 
-#include <array>
-#include <cstdint>
-#include <QtEndian>
+#include "WholeFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
 
 namespace {
 
-constexpr int kBlock = 512;
-
-QByteArray octal(qint64 value, int width)
-{
-    return QByteArray::number(value, 8).rightJustified(width, '0') + '\0';
-}
-
-std::uint32_t crc32(const QByteArray& bytes)
-{
-    std::uint32_t crc = 0xFFFFFFFFU;
-    for (const char byte : bytes) {
-        crc ^= static_cast<unsigned char>(byte);
-        for (int bit = 0; bit < 8; ++bit)
-            crc = (crc >> 1U) ^ ((crc & 1U) != 0 ? 0xEDB88320U : 0U);
-    }
-    return ~crc;
-}
-
-QByteArray littleEndian(std::uint32_t value)
-{
-    std::array<char, 4> bytes{};
-    qToLittleEndian(value, bytes.data());
-    return {bytes.data(), static_cast<int>(bytes.size())};
-}
+constexpr int kTarTimeoutMs = 30000;
 
 } // namespace
 
-/// The header that POSIX calls ustar.
-void TarArchive::add(const QByteArray& name, const QByteArray& content)
+TarArchive::TarArchive(QString folder)
+    : m_folder(std::move(folder))
+    , m_isComplete(m_place.isValid() && QDir(m_place.path()).mkdir(m_folder))
 {
-    QByteArray header = name.leftJustified(100, '\0', true);
-    header += octal(0644, 7) + octal(0, 7) + octal(0, 7);
-    header += octal(content.size(), 11) + octal(m_seconds, 11);
-    const int checksumAt = header.size();
-    header += QByteArray(8, ' ') + '0';
-    header = header.leftJustified(257, '\0');
-    header += QByteArray("ustar\0"
-                         "00",
-                         8);
-    header = header.leftJustified(kBlock, '\0');
-    int sum = 0;
-    for (const char byte : qAsConst(header))
-        sum += static_cast<unsigned char>(byte);
-    header.replace(checksumAt, 8, octal(sum, 6) + ' ');
-    m_tar += header + content + QByteArray((kBlock - content.size() % kBlock) % kBlock, '\0');
 }
 
-QByteArray TarArchive::compressed() const
+void TarArchive::add(const QString& name, const QByteArray& content)
 {
-    const QByteArray tar = m_tar + QByteArray(2 * kBlock, '\0');
-    // What qCompress() makes has its own frame around the compressed data: six bytes before them
-    // and four behind. A .gz has another one.
-    const QByteArray framed = qCompress(tar);
-    const QByteArray deflated = framed.mid(6, framed.size() - 10);
-    const QByteArray header("\x1f\x8b\x08\0\0\0\0\0\0\xff", 10);
-    return header + deflated + littleEndian(crc32(tar)) +
-           littleEndian(static_cast<std::uint32_t>(tar.size()));
+    QFile file(QDir(m_place.filePath(m_folder)).filePath(name));
+    m_isComplete = m_isComplete && file.open(QIODevice::WriteOnly) &&
+                   file.write(content) == content.size() && file.flush();
+}
+
+Result<QByteArray> TarArchive::compressed() const
+{
+    if (!m_isComplete)
+        return Failure{Failure::Kind::File,
+                       tr("the report cannot be written to %1").arg(QDir::tempPath()),
+                       tr("Is the disk full?")};
+    // A relative name: in an absolute one of Windows GNU tar takes the drive for a computer.
+    const QString archive = QStringLiteral("report.tar.gz");
+    QProcess tar;
+    tar.setWorkingDirectory(m_place.path());
+    tar.start(QStringLiteral("tar"), {QStringLiteral("-czf"), archive, m_folder});
+    const bool isDone = tar.waitForFinished(kTarTimeoutMs) &&
+                        tar.exitStatus() == QProcess::NormalExit && tar.exitCode() == 0;
+    if (!isDone)
+        return Failure{Failure::Kind::File,
+                       tr("the program \"tar\" has failed: %1")
+                           .arg(tar.error() == QProcess::UnknownError
+                                    ? QString::fromLocal8Bit(tar.readAllStandardError()).trimmed()
+                                    : tar.errorString()),
+                       {}};
+    return WholeFile::read(m_place.filePath(archive));
 }

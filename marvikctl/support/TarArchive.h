@@ -1,23 +1,29 @@
 #pragma once
 
-#include <QByteArray>
-#include <QString>
+#include "Result.h"
 
-/// A .tar.gz of a few text files.
+#include <QByteArray>
+#include <QCoreApplication>
+#include <QString>
+#include <QTemporaryDir>
+
+/// A .tar.gz of a few files, made by the system's program "tar", which Windows has too since
+/// version 1803.
 class TarArchive
 {
-public:
-    /// @param seconds of the files' time, since 1970
-    explicit TarArchive(qint64 seconds)
-        : m_seconds(seconds)
-    {
-    }
+    Q_DECLARE_TR_FUNCTIONS(TarArchive)
 
-    /// @param name at most 99 bytes
-    void add(const QByteArray& name, const QByteArray& content);
-    [[nodiscard]] QByteArray compressed() const;
+public:
+    /// @param folder in which all files of the archive lie
+    explicit TarArchive(QString folder);
+
+    /// @param name of a file in the folder
+    void add(const QString& name, const QByteArray& content);
+    /// Blocks while "tar" runs.
+    [[nodiscard]] Result<QByteArray> compressed() const;
 
 private:
-    QByteArray m_tar;
-    qint64 m_seconds;
+    QString m_folder;
+    QTemporaryDir m_place;
+    bool m_isComplete = false; ///< every file could be written
 };

@@ -143,6 +143,19 @@ private slots:
         QVERIFY(!report.contains("SVAA1"));
     }
 
+    void reportThatCannotBePackedSaysWhy()
+    {
+        CtlProcess ctl;
+        PluggedCamera camera;
+        const QString file = ctl.path(QStringLiteral("report.tar.gz"));
+        const QStringList line{"report", "--json", "--output", file};
+        ctl.setVariable(QStringLiteral("PATH"), QStringLiteral("/nonexistent"));
+        const auto run = ctl.run(line);
+        QCOMPARE(run.exitCode, 1);
+        QVERIFY2(run.error().value("message").toString().contains("tar"), qPrintable(run.output));
+        QVERIFY(!QFile::exists(file));
+    }
+
     void reportNamesWhatIsWrong()
     {
         const CtlProcess ctl;

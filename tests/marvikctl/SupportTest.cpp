@@ -2,7 +2,6 @@
 #include "PrometheusText.h"
 #include "QtPrinters.h"
 #include "Redaction.h"
-#include "TarArchive.h"
 
 #include <gtest/gtest.h>
 #include <QJsonArray>
@@ -47,16 +46,6 @@ TEST(PlainText, MembersAreLines)
 {
     const QJsonObject object{{"a", 1}, {"b", QJsonArray{"x", QJsonObject{{"c", QJsonValue()}}}}};
     EXPECT_EQ(PlainText::of(object), "a: 1\nb:\n  x\n  -\n    c: -\n");
-}
-
-TEST(TarArchive, HasTheFrameOfAGzipFile)
-{
-    TarArchive archive(0);
-    archive.add("a.txt", "text");
-    const QByteArray bytes = archive.compressed();
-    EXPECT_TRUE(bytes.startsWith("\x1f\x8b\x08"));
-    // The uncompressed size: a header, a block of content, two empty blocks.
-    EXPECT_EQ(bytes.right(4), QByteArray("\0\x08\0\0", 4));
 }
 
 } // namespace
