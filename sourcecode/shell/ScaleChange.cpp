@@ -45,7 +45,7 @@ ScaleChange::ScaleChange(QWidget* window)
         watchScreen(screen);
 }
 
-void ScaleChange::watchScreen(QScreen* screen)
+void ScaleChange::watchScreen(QScreen* screen) const
 {
     connect(screen, &QScreen::logicalDotsPerInchChanged, this, &ScaleChange::settleLater);
 }

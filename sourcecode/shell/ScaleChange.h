@@ -28,7 +28,7 @@ protected:
 
 private:
     void watchWindow();
-    void watchScreen(QScreen* screen);
+    void watchScreen(QScreen* screen) const;
     void settleLater();
     void settle();
 
