@@ -1,15 +1,14 @@
 #include "CameraInventory.h"
 
-#include "UVCHid.h"
+#include "ControlInterfaces.h"
 #include "VideoDevices.h"
 
 std::vector<FoundCamera> CameraInventory::list()
 {
-    QMap<QString, HidDevices> devices;
-    UVCHid::getHidDevices(devices);
+    const HidDeviceMap devices = ControlInterfaces::list();
     std::vector<FoundCamera> cameras;
     QMap<const CameraModel*, int> counts;
-    for (const HidDevices& device : qAsConst(devices)) {
+    for (const HidDevices& device : devices) {
         if (const CameraModel* model = CameraModels::find(device))
             cameras.push_back({device, model, counts[model]++});
     }

@@ -11,6 +11,6 @@ enum class Interface { Control, Video };
 
 /// Tries to open the interface by itself and says what the system reports.
 /// @param node on Linux the device node, on Windows the path of the interface
-[[nodiscard]] Failure explain(const QString& node, Interface interface);
+[[nodiscard]] Failure explain(const QString& node, Interface which);
 
 } // namespace NodeAccess

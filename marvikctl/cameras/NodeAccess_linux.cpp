@@ -1,3 +1,4 @@
+#include "ActiveGroups.h"
 #include "FileDescriptor.h"
 #include "NodeAccess.h"
 #include "PermissionAdvice.h"
@@ -12,7 +13,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <unistd.h>
-#include <vector>
 
 namespace {
 
@@ -31,14 +31,14 @@ bool isRuleInstalled()
     });
 }
 
-PermissionAdvice::Facts factsOf(const QString& node, NodeAccess::Interface interface)
+PermissionAdvice::Facts factsOf(const QString& node, NodeAccess::Interface which)
 {
     PermissionAdvice::Facts facts;
     facts.isRuleInstalled = isRuleInstalled();
     // The groups of the rules: that of the control interface is set by 70-marviktools.rules, that
     // of video devices by the system's own.
-    facts.neededGroup = interface == NodeAccess::Interface::Control ? QStringLiteral("plugdev")
-                                                                    : QStringLiteral("video");
+    facts.neededGroup = which == NodeAccess::Interface::Control ? QStringLiteral("plugdev")
+                                                                : QStringLiteral("video");
     facts.nodeGroup = QFileInfo(node).group();
     const passwd* account = ::getpwuid(::geteuid());
     facts.user = account ? QString::fromLocal8Bit(account->pw_name) : QString::number(::geteuid());
@@ -46,8 +46,7 @@ PermissionAdvice::Facts factsOf(const QString& node, NodeAccess::Interface inter
     if (!needed)
         return facts;
     const gid_t id = needed->gr_gid;
-    std::vector<gid_t> active(static_cast<std::size_t>(std::max(0, ::getgroups(0, nullptr))));
-    ::getgroups(static_cast<int>(active.size()), active.data());
+    const std::vector<gid_t> active = activeGroups();
     facts.isActive =
         ::getegid() == id || std::find(active.begin(), active.end(), id) != active.end();
     bool isMember = account && account->pw_gid == id;
@@ -59,7 +58,7 @@ PermissionAdvice::Facts factsOf(const QString& node, NodeAccess::Interface inter
 
 } // namespace
 
-Failure NodeAccess::explain(const QString& node, Interface interface)
+Failure NodeAccess::explain(const QString& node, Interface which)
 {
     const FileDescriptor descriptor(
         ::open(QFile::encodeName(node).constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
@@ -68,7 +67,7 @@ Failure NodeAccess::explain(const QString& node, Interface interface)
     case EACCES:
     case EPERM:
         return {Failure::Kind::NoPermission, Texts::tr("no permission to open %1").arg(node),
-                PermissionAdvice::hint(factsOf(node, interface))};
+                PermissionAdvice::hint(factsOf(node, which))};
     case ENOENT:
     case ENODEV:
     case ENXIO:

@@ -12,9 +12,9 @@ struct Texts
 
 } // namespace
 
-Failure NodeAccess::explain(const QString& node, Interface interface)
+Failure NodeAccess::explain(const QString& node, Interface which)
 {
-    if (interface == Interface::Video)
+    if (which == Interface::Video)
         return {Failure::Kind::NotAnswered, Texts::tr("the picture controls cannot be opened"),
                 Texts::tr("Look at \"Camera privacy settings\" of Windows.")};
     const HANDLE opened =

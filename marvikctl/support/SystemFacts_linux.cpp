@@ -1,3 +1,4 @@
+#include "ActiveGroups.h"
 #include "linux/UdevHandles.h"
 #include "SystemFacts.h"
 
@@ -12,7 +13,6 @@
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
-#include <vector>
 
 namespace {
 
@@ -93,10 +93,8 @@ QString SystemFacts::userName()
 
 QJsonObject SystemFacts::user()
 {
-    std::vector<gid_t> ids(static_cast<std::size_t>(std::max(0, ::getgroups(0, nullptr))));
-    ::getgroups(static_cast<int>(ids.size()), ids.data());
     QJsonArray groups;
-    for (const gid_t id : ids)
+    for (const gid_t id : activeGroups())
         groups.append(groupOf(id));
     return {{QStringLiteral("name"), userName()},
             {QStringLiteral("group"), groupOf(::getegid())},

@@ -1,5 +1,7 @@
+#include "ControlInterfaces.h"
 #include "CtlProcess.h"
 #include "PluggedCamera.h"
+#include "UVCHid.h"
 
 #include <QtTest>
 
@@ -16,6 +18,22 @@ private slots:
         QCOMPARE(run.exitCode, 3);
         QCOMPARE(run.output, QString());
         QCOMPARE(run.errors, QStringLiteral("marvikctl: no supported camera is plugged in\n"));
+    }
+
+    /// The kernel's own files are read; the window lists the interfaces through hidapi.
+    void interfacesAreThoseOfTheWindow()
+    {
+        PluggedCamera first{{"serial", "SVAA1"}};
+        PluggedCamera other{{"vid", "1234"}, {"pid", "5678"}};
+        QMap<QString, HidDevices> expected;
+        UVCHid::getHidDevices(expected);
+        const HidDeviceMap found = ControlInterfaces::list();
+        QCOMPARE(found.keys(), expected.keys());
+        QCOMPARE(found.size(), 2);
+        for (const HidDevices& device : qAsConst(expected)) {
+            QCOMPARE(found.value(device.path).vendorId, device.vendorId);
+            QCOMPARE(found.value(device.path).productId, device.productId);
+        }
     }
 
     void listsEveryCameraWithItsIdentity()

@@ -1,0 +1,9 @@
+#include "ControlInterfaces.h"
+#include "UVCHid.h"
+
+HidDeviceMap ControlInterfaces::list()
+{
+    HidDeviceMap devices;
+    UVCHid::getHidDevices(devices);
+    return devices;
+}
