@@ -8,13 +8,6 @@ file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/package)
 file(CREATE_LINK ../lib/marviktools/MarvikTools ${CMAKE_BINARY_DIR}/package/MarvikTools SYMBOLIC)
 install(FILES ${CMAKE_BINARY_DIR}/package/MarvikTools DESTINATION bin)
 
-configure_file(${CMAKE_SOURCE_DIR}/packaging/udev/70-marviktools.rules.in
-    ${CMAKE_BINARY_DIR}/package/70-marviktools.rules @ONLY)
-install(FILES ${CMAKE_BINARY_DIR}/package/70-marviktools.rules DESTINATION lib/udev/rules.d)
-install(FILES ${packaging}/marviktools.tmpfiles DESTINATION lib/tmpfiles.d RENAME marviktools.conf)
-install(TARGETS marvikctl RUNTIME DESTINATION bin)
-install(TARGETS marvikctl-helper RUNTIME DESTINATION lib/marviktools)
-install(FILES ${CMAKE_SOURCE_DIR}/marvikctl/schema/marvikctl.schema.json DESTINATION share/marviktools)
 install(FILES ${packaging}/marviktools.desktop DESTINATION share/applications)
 configure_file(${packaging}/invalid.sorvanta.marviktools.metainfo.xml.in
     ${CMAKE_BINARY_DIR}/package/invalid.sorvanta.marviktools.metainfo.xml @ONLY)
@@ -27,17 +20,22 @@ foreach(icon ${icons})
     install(FILES ${CMAKE_SOURCE_DIR}/images/icons/${icon} DESTINATION share/icons/hicolor/${size}/apps)
 endforeach()
 
-# Debian wants these two compressed, and the same bytes from every build.
+# Debian wants these compressed, and the same bytes from every build.
+# install_compressed(<file> <name> <folder> [further arguments of install(FILES)])
 function(install_compressed file name folder)
-    add_custom_command(OUTPUT ${CMAKE_BINARY_DIR}/package/${name}
-        COMMAND gzip -9nc ${packaging}/${file} > ${CMAKE_BINARY_DIR}/package/${name}
-        DEPENDS ${packaging}/${file} VERBATIM)
-    add_custom_target(${file}.gz ALL DEPENDS ${CMAKE_BINARY_DIR}/package/${name})
-    install(FILES ${CMAKE_BINARY_DIR}/package/${name} DESTINATION ${folder})
+    set(compressed ${CMAKE_BINARY_DIR}/package/${name})
+    if(NOT TARGET ${name})
+        add_custom_command(OUTPUT ${compressed}
+            COMMAND gzip -9nc ${packaging}/${file} > ${compressed}
+            DEPENDS ${packaging}/${file} VERBATIM)
+        add_custom_target(${name} ALL DEPENDS ${compressed})
+    endif()
+    install(FILES ${compressed} DESTINATION ${folder} ${ARGN})
 endfunction()
 install_compressed(MarvikTools.1 MarvikTools.1.gz share/man/man1)
 install_compressed(changelog changelog.Debian.gz share/doc/marviktools)
 install(FILES ${packaging}/copyright DESTINATION share/doc/marviktools)
+include(MarvikInstallCtl_linux)
 
 # The newest entry of the changelog names the package's version; the program's own is its first part.
 file(STRINGS ${packaging}/changelog entries REGEX "^marviktools \\(")
@@ -71,8 +69,14 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # What no linker knows: the elements of the preview, and the drawings of the program.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
     "gstreamer1.0-plugins-base, gstreamer1.0-plugins-good, libqt5svg5 (>= 5.15)")
+# It contains the smaller package.
+set(CPACK_DEBIAN_PACKAGE_PROVIDES "marvikctl (= ${package_version})")
+set(CPACK_DEBIAN_PACKAGE_CONFLICTS marvikctl)
+set(CPACK_DEBIAN_PACKAGE_REPLACES marvikctl)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-noto-cjk, fonts-dejavu-core, udev")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${packaging}/postinst ${packaging}/postrm)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_OUTPUT_FILE_PREFIX ${CMAKE_BINARY_DIR})
 include(CPack)
+
+configure_file(${packaging}/marvikctl/CPackConfigCtl.cmake.in ${CMAKE_BINARY_DIR}/CPackConfigCtl.cmake @ONLY)
