@@ -1,7 +1,8 @@
 # What a Windows computer needs beside the program: one folder that runs where it lies. The libraries
 # are DLLs of their own, so anyone may put others in their place.
 install(TARGETS MarvikTools marvikctl marvikctl-helper RUNTIME DESTINATION .)
-install(FILES ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/config.json ${CMAKE_SOURCE_DIR}/LICENSE DESTINATION .)
+install(FILES ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/config.json ${CMAKE_SOURCE_DIR}/LICENSE
+    ${CMAKE_SOURCE_DIR}/marvikctl/schema/marvikctl.schema.json DESTINATION .)
 
 set(libraries)
 foreach(name Core Gui Widgets Network Svg)
