@@ -3,11 +3,13 @@
 #include "ControlInterfaces.h"
 #include "VideoDevices.h"
 
+#include <QHash>
+
 std::vector<FoundCamera> CameraInventory::list()
 {
     const HidDeviceMap devices = ControlInterfaces::list();
     std::vector<FoundCamera> cameras;
-    QMap<const CameraModel*, int> counts;
+    QHash<const CameraModel*, int> counts;
     for (const HidDevices& device : devices) {
         if (const CameraModel* model = CameraModels::find(device))
             cameras.push_back({device, model, counts[model]++});

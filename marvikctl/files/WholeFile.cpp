@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr qint64 kMaxBytes = 1024 * 1024;
+constexpr qint64 kMaxBytes = qint64{1024} * 1024;
 
 } // namespace
 

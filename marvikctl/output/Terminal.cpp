@@ -19,7 +19,7 @@ FILE* fileOf(Terminal::Stream stream)
 Terminal Terminal::ofThisProcess()
 {
     // See https://no-color.org: any value but the empty one.
-    const bool mayColour = qgetenv("NO_COLOR").isEmpty() && qgetenv("TERM") != "dumb";
+    const bool mayColour = qEnvironmentVariableIsEmpty("NO_COLOR") && qgetenv("TERM") != "dumb";
     return Terminal(mayColour && Console::isTerminal(stdout),
                     mayColour && Console::isTerminal(stderr));
 }

@@ -95,7 +95,7 @@ Result<bool> Assignments::change(ProfileStore::Owner owner,
 
 Result<Assignments::Rules> Assignments::parse(const QByteArray& text, const QString& name)
 {
-    QJsonParseError error;
+    QJsonParseError error{};
     const QJsonDocument document = QJsonDocument::fromJson(text, &error);
     if (!document.isObject())
         return refusal(name, JsonLines::at(text, error.offset),

@@ -48,7 +48,7 @@ std::optional<Failure> ProfileFile::checkFrame(const QJsonObject& root, const QB
 
 Result<SettingValues> ProfileFile::parse(const QByteArray& text, const QString& name)
 {
-    QJsonParseError error;
+    QJsonParseError error{};
     const QJsonDocument document = QJsonDocument::fromJson(text, &error);
     if (!document.isObject())
         return refusal(name, JsonLines::at(text, error.offset),

@@ -51,7 +51,8 @@ QList<ProfileStore::Entry> ProfileStore::list() const
 Result<ProfileStore::Entry> ProfileStore::find(const QString& name) const
 {
     QStringList names;
-    for (const Entry& entry : list()) {
+    const QList<Entry> entries = list();
+    for (const Entry& entry : entries) {
         if (entry.name == name)
             return entry;
         names << entry.name;

@@ -39,7 +39,7 @@ QString PlainText::of(const QJsonValue& value, int depth)
     }
     if (value.isArray()) {
         const QJsonArray array = value.toArray();
-        for (const QJsonValue element : array) {
+        for (const QJsonValue& element : array) {
             if (isPlain(element))
                 text += line(depth, textOf(element));
             else
