@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <QDir>
@@ -96,11 +97,13 @@ CameraLock::Holder readOwner(int file)
         text.front() == kFirmwareMark ? CameraLock::Use::Firmware : CameraLock::Use::Exchange;
     const QByteArray number(text.data() + 1);
     holder.process = number.left(number.indexOf('\n')).toLongLong();
-    QFile name(QStringLiteral("/proc/%1/comm").arg(holder.process));
     // An owner that died has left its mark; the next one has not written its own yet.
-    if (!name.open(QIODevice::ReadOnly))
+    if (::kill(static_cast<pid_t>(holder.process), 0) != 0 && errno == ESRCH)
         return {};
-    holder.program = QString::fromLocal8Bit(name.readAll().trimmed());
+    // A service may be unable to see the processes of other users.
+    QFile name(QStringLiteral("/proc/%1/comm").arg(holder.process));
+    if (name.open(QIODevice::ReadOnly))
+        holder.program = QString::fromLocal8Bit(name.readAll().trimmed());
     return holder;
 }
 
