@@ -37,7 +37,7 @@ private:
     [[nodiscard]] CaptureScript& video() const { return m_home->cameras().video().preview(); }
     /// The properties that one operation of the video interface was called for, in their order.
     [[nodiscard]] QStringList propertiesOf(const QString& operation) const;
-    /// Saves with the keyboard's shortcut, and returns the toast.
+    /// Answers the question before a save, and returns the toast.
     [[nodiscard]] QString save() const;
 
     std::unique_ptr<CacheHome> m_cache;
@@ -74,7 +74,7 @@ QStringList CameraSettingsTest::propertiesOf(const QString& operation) const
 
 QString CameraSettingsTest::save() const
 {
-    QTest::keyClick(&m_home->window(), Qt::Key_S, Qt::ControlModifier);
+    m_home->window().slotShowParamSaveDialog();
     auto* question = m_home->find<SvtaParamSaveDialog>();
     if (!QTest::qWaitForWindowExposed(question))
         return QStringLiteral("no question");
@@ -112,6 +112,9 @@ void CameraSettingsTest::cameraWhoseValuesAreNotKnownCannotBeSaved()
 {
     video().failing.insert(QStringLiteral("bindCaptureSource"));
     QVERIFY(m_home->openSettings());
+    // The button is disabled, and so is its key.
+    QTest::keyClick(&m_home->window(), Qt::Key_S, Qt::ControlModifier);
+    QVERIFY(!m_home->find<SvtaParamSaveDialog>()->isVisible());
     QCOMPARE(save(), kFailed);
     QVERIFY(!QFile::exists(m_file));
 }
