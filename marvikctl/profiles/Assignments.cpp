@@ -2,7 +2,7 @@
 
 #include "FileLock.h"
 #include "JsonLines.h"
-#include "ProfileFile.h"
+#include "ProfileDocument.h"
 #include "WholeFile.h"
 
 #include <chrono>
@@ -13,15 +13,9 @@
 namespace {
 
 constexpr std::chrono::seconds kLockTimeout{5};
-const QString kSchemaKey = QStringLiteral("schema");
 const QString kSerialsKey = QStringLiteral("serials");
 const QString kModelsKey = QStringLiteral("models");
 const QString kAllKey = QStringLiteral("all");
-
-Failure refusal(const QString& name, int line, const QString& why)
-{
-    return {Failure::Kind::Usage, QStringLiteral("%1:%2: %3").arg(name).arg(line).arg(why), {}};
-}
 
 QJsonObject objectOf(const QMap<QString, QString>& map)
 {
@@ -95,19 +89,13 @@ Result<bool> Assignments::change(ProfileStore::Owner owner,
 
 Result<Assignments::Rules> Assignments::parse(const QByteArray& text, const QString& name)
 {
-    QJsonParseError error{};
-    const QJsonDocument document = QJsonDocument::fromJson(text, &error);
-    if (!document.isObject())
-        return refusal(name, JsonLines::at(text, error.offset),
-                       document.isNull() ? error.errorString() : tr("this is no JSON object"));
-    const QJsonObject root = document.object();
-    if (root.value(kSchemaKey) != QJsonValue(ProfileFile::kSchema))
-        return refusal(name, JsonLines::ofKey(text, kSchemaKey),
-                       tr("the schema is not %1").arg(ProfileFile::kSchema));
+    const auto root = ProfileDocument::parse(text, name);
+    if (!root)
+        return root.failure();
     Rules rules;
-    for (auto member = root.begin(); member != root.end(); ++member) {
+    for (auto member = root->begin(); member != root->end(); ++member) {
         const int line = JsonLines::ofKey(text, member.key());
-        if (member.key() == kSchemaKey)
+        if (member.key() == ProfileDocument::schemaKey())
             continue;
         if (member.key() == kAllKey && member.value().isString()) {
             rules.all = member.value().toString();
@@ -115,7 +103,8 @@ Result<Assignments::Rules> Assignments::parse(const QByteArray& text, const QStr
         }
         const bool isMap = member.key() == kSerialsKey || member.key() == kModelsKey;
         if (!isMap || !member.value().isObject())
-            return refusal(name, line, tr("unknown member \"%1\"").arg(member.key()));
+            return ProfileDocument::refusal(name, line,
+                                            tr("unknown member \"%1\"").arg(member.key()));
         auto& map = member.key() == kSerialsKey ? rules.serials : rules.models;
         const QJsonObject entries = member.value().toObject();
         for (auto entry = entries.begin(); entry != entries.end(); ++entry)
@@ -126,7 +115,7 @@ Result<Assignments::Rules> Assignments::parse(const QByteArray& text, const QStr
 
 QJsonObject Assignments::toJson(const Rules& rules)
 {
-    QJsonObject object{{kSchemaKey, ProfileFile::kSchema},
+    QJsonObject object{{ProfileDocument::schemaKey(), ProfileDocument::kSchema},
                        {kSerialsKey, objectOf(rules.serials)},
                        {kModelsKey, objectOf(rules.models)}};
     if (!rules.all.isEmpty())

@@ -1,20 +1,15 @@
 #include "ProfileFile.h"
 
 #include "JsonLines.h"
+#include "ProfileDocument.h"
 
 #include <cmath>
 #include <QJsonDocument>
 
 namespace {
 
-const QString kSchemaKey = QStringLiteral("schema");
 const QString kSettingsKey = QStringLiteral("settings");
 const QString kDescriptionKey = QStringLiteral("description");
-
-Failure refusal(const QString& name, int line, const QString& why, const QString& hint = {})
-{
-    return {Failure::Kind::Usage, QStringLiteral("%1:%2: %3").arg(name).arg(line).arg(why), hint};
-}
 
 /// A number or a text as SettingNames::parseValue() takes it; empty for anything else.
 QString wordOf(const QJsonValue& value)
@@ -34,43 +29,40 @@ std::optional<Failure> ProfileFile::checkFrame(const QJsonObject& root, const QB
 {
     const QStringList keys = root.keys();
     for (const QString& key : keys) {
-        if (key != kSchemaKey && key != kSettingsKey && key != kDescriptionKey)
-            return refusal(name, JsonLines::ofKey(text, key), tr("unknown member \"%1\"").arg(key),
-                           tr("A profile has the members schema, description and settings."));
+        if (key != ProfileDocument::schemaKey() && key != kSettingsKey && key != kDescriptionKey)
+            return ProfileDocument::refusal(
+                name, JsonLines::ofKey(text, key), tr("unknown member \"%1\"").arg(key),
+                tr("A profile has the members schema, description and settings."));
     }
-    if (root.value(kSchemaKey) != QJsonValue(kSchema))
-        return refusal(name, JsonLines::ofKey(text, kSchemaKey),
-                       tr("the schema is not %1").arg(kSchema));
     if (!root.value(kSettingsKey).isObject())
-        return refusal(name, JsonLines::ofKey(text, kSettingsKey), tr("there are no settings"));
+        return ProfileDocument::refusal(name, JsonLines::ofKey(text, kSettingsKey),
+                                        tr("there are no settings"));
     return std::nullopt;
 }
 
 Result<SettingValues> ProfileFile::parse(const QByteArray& text, const QString& name)
 {
-    QJsonParseError error{};
-    const QJsonDocument document = QJsonDocument::fromJson(text, &error);
-    if (!document.isObject())
-        return refusal(name, JsonLines::at(text, error.offset),
-                       document.isNull() ? error.errorString() : tr("this is no JSON object"));
-    const QJsonObject root = document.object();
-    if (const auto failure = checkFrame(root, text, name))
+    const auto root = ProfileDocument::parse(text, name);
+    if (!root)
+        return root.failure();
+    if (const auto failure = checkFrame(*root, text, name))
         return *failure;
     SettingValues values;
-    const QJsonObject settings = root.value(kSettingsKey).toObject();
+    const QJsonObject settings = root->value(kSettingsKey).toObject();
     for (auto member = settings.begin(); member != settings.end(); ++member) {
         const int line = JsonLines::ofKey(text, member.key());
         const auto key = SettingNames::find(member.key());
         if (!key)
-            return refusal(name, line, key.failure().message, key.failure().hint);
+            return ProfileDocument::refusal(name, line, key.failure().message, key.failure().hint);
         const auto value = SettingNames::parseValue(**key, wordOf(member.value()));
         if (!value)
-            return refusal(name, line, value.failure().message, value.failure().hint);
+            return ProfileDocument::refusal(name, line, value.failure().message,
+                                            value.failure().hint);
         values.insert(member.key(), *value);
     }
     if (const auto conflict = SettingNames::conflict(values))
-        return refusal(name, JsonLines::ofKey(text, kSettingsKey), conflict->message,
-                       conflict->hint);
+        return ProfileDocument::refusal(name, JsonLines::ofKey(text, kSettingsKey),
+                                        conflict->message, conflict->hint);
     return values;
 }
 
@@ -86,7 +78,8 @@ QJsonObject ProfileFile::settings(const SettingValues& values)
 
 QByteArray ProfileFile::text(const SettingValues& values)
 {
-    return QJsonDocument(QJsonObject{{kSchemaKey, kSchema}, {kSettingsKey, settings(values)}})
+    return QJsonDocument(QJsonObject{{ProfileDocument::schemaKey(), ProfileDocument::kSchema},
+                                     {kSettingsKey, settings(values)}})
         .toJson();
 }
 

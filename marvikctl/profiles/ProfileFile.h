@@ -16,8 +16,6 @@ class ProfileFile
     Q_DECLARE_TR_FUNCTIONS(ProfileFile)
 
 public:
-    static constexpr int kSchema = 1;
-
     /// @param name of the file, for the text of a failure, which names the line too
     [[nodiscard]] static Result<SettingValues> parse(const QByteArray& text, const QString& name);
     [[nodiscard]] static QByteArray text(const SettingValues& values);
