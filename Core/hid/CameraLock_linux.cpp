@@ -36,10 +36,10 @@ constexpr char kExchangeMark = 'E';
 
 QString lockFolder()
 {
-    const QString chosen = qEnvironmentVariable("MARVIK_LOCK_DIRECTORY");
+    QString chosen = qEnvironmentVariable("MARVIK_LOCK_DIRECTORY");
     if (!chosen.isEmpty())
         return chosen;
-    const QString shared = QStringLiteral("/run/marviktools");
+    QString shared = QStringLiteral("/run/marviktools");
     if (QFileInfo(shared).isWritable())
         return shared;
     return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) +
