@@ -132,10 +132,10 @@ void ParamSettingsPage::connectSliders()
 void ParamSettingsPage::addShortcuts()
 {
     // The button of the grid floats over the page in a window that takes no focus.
-    Shortcuts::call(this, Qt::CTRL + Qt::Key_G, [this] { emit sigShowLine(); });
+    Shortcuts::call(this, QKeySequence(QStringLiteral("Ctrl+G")), [this] { emit sigShowLine(); });
     // On both tabs, although only one of them has the buttons.
-    Shortcuts::press(this, ui->btnPramaSava, {Qt::CTRL + Qt::Key_S});
-    Shortcuts::press(this, ui->btnPramaReset, {Qt::CTRL + Qt::Key_D});
+    Shortcuts::press(this, ui->btnPramaSava, {QKeySequence(QStringLiteral("Ctrl+S"))});
+    Shortcuts::press(this, ui->btnPramaReset, {QKeySequence(QStringLiteral("Ctrl+D"))});
 }
 
 QWidget* ParamSettingsPage::previewArea() const

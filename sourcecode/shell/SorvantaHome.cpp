@@ -137,16 +137,17 @@ void SorvantaHome::makeDialogs()
 
 void SorvantaHome::addShortcuts()
 {
-    Shortcuts::press(ui->backBtn, {Qt::ALT + Qt::Key_Left, Qt::Key_Back});
-    Shortcuts::press(ui->deviceInfoBtn, {Qt::CTRL + Qt::Key_I});
+    Shortcuts::press(ui->backBtn, {QKeySequence(QStringLiteral("Alt+Left")), Qt::Key_Back});
+    Shortcuts::press(ui->deviceInfoBtn, {QKeySequence(QStringLiteral("Ctrl+I"))});
     Shortcuts::press(ui->moreBtn, {Qt::Key_F10});
     Shortcuts::call(this, Qt::Key_F1, [this] { showHelp(); });
     TransPrewBtn* preview = m_overlays->previewButton();
-    const QKeySequence previewKey = Qt::CTRL + Qt::Key_P;
+    const QKeySequence previewKey(QStringLiteral("Ctrl+P"));
     Shortcuts::call(m_settingsPage, previewKey, [preview] { emit preview->sigHandleCapture(); });
     preview->setToolTip(Shortcuts::named(preview->accessibleName(), previewKey));
     TransparentBtn* grid = m_overlays->gridButton();
-    grid->setToolTip(Shortcuts::named(grid->accessibleName(), Qt::CTRL + Qt::Key_G));
+    grid->setToolTip(
+        Shortcuts::named(grid->accessibleName(), QKeySequence(QStringLiteral("Ctrl+G"))));
 }
 
 void SorvantaHome::connectShell()
