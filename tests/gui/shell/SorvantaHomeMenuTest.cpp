@@ -124,7 +124,7 @@ void SorvantaHomeMenuTest::worksWithKeys()
 {
     QTest::keyClick(&m_home->window(), Qt::Key_F10);
     QVERIFY(QTest::qWaitForWindowExposed(menu()));
-    const auto press = [this](Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); };
+    const auto press = [](Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); };
     press(Qt::Key_Down);
     QVERIFY(m_home->find("btnAbout")->hasFocus());
     press(Qt::Key_Down);
