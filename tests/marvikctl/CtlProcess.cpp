@@ -42,6 +42,13 @@ QString CtlProcess::program()
     return QCoreApplication::applicationDirPath() + QStringLiteral("/marvikctl");
 }
 
+QProcessEnvironment CtlProcess::toolEnvironment()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("LD_PRELOAD"));
+    return environment;
+}
+
 void CtlProcess::setVariable(const QString& name, const QString& value)
 {
     m_environment.insert(name, value);

@@ -45,6 +45,9 @@ public:
     [[nodiscard]] QString configPath() const { return path(QStringLiteral("config/MarvikTools")); }
 
     [[nodiscard]] static QString program();
+    /// For tools of the system: without the preloaded libraries of the virtual camera, because a
+    /// sanitizer among them would check the tool.
+    [[nodiscard]] static QProcessEnvironment toolEnvironment();
 
 private:
     QTemporaryDir m_home;

@@ -129,6 +129,7 @@ private slots:
         const QString file = ctl.path(QStringLiteral("report.tar.gz"));
         QCOMPARE(ctl.run(QStringList{"report", "--output", file, "--redact"}).exitCode, 0);
         QProcess tar;
+        tar.setProcessEnvironment(CtlProcess::toolEnvironment());
         tar.start(QStringLiteral("tar"), {"-xzf", file, "-C", ctl.path(QString())});
         QVERIFY(tar.waitForFinished());
         QCOMPARE(tar.exitCode(), 0);
@@ -192,6 +193,7 @@ private slots:
             file.write(run.output.toUtf8());
         }
         QProcess check;
+        check.setProcessEnvironment(CtlProcess::toolEnvironment());
         check.setProcessChannelMode(QProcess::MergedChannels);
         check.start(QStringLiteral(MARVIK_CHECK_SCHEMA),
                     {QStringLiteral(MARVIK_SCHEMA), ctl.path(QStringLiteral("documents"))});

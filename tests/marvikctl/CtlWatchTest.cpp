@@ -180,7 +180,10 @@ private slots:
                 memory = dirtyKiB(watch.id());
         }
         const int growth = dirtyKiB(watch.id()) - memory;
-        QVERIFY2(memory > 0 && growth < 512, qPrintable(QString::number(growth)));
+        QVERIFY(memory > 0);
+        // A sanitizer keeps freed memory.
+        if (!MARVIK_SANITIZED)
+            QVERIFY2(growth < 512, qPrintable(QString::number(growth)));
         QCOMPARE(watch.end(SIGTERM).value("watched").toObject().value("applied").toInt(),
                  kPlugRounds);
     }

@@ -441,7 +441,7 @@ void InstallerTest::uninstallingKeepsTheSettings()
     uninstall();
     QTRY_COMPARE_WITH_TIMEOUT(storedData(), QStringList{QStringLiteral("/cache/device.ini")},
                               kTimeoutMs);
-    QVERIFY(folder().isEmpty());
+    QTRY_VERIFY_WITH_TIMEOUT(folder().isEmpty(), kTimeoutMs); // its last step
 }
 
 void InstallerTest::uninstallingRemovesTheSettingsOnRequest()
@@ -456,7 +456,7 @@ void InstallerTest::uninstallingRemovesTheSettingsOnRequest()
     uninstall(QStringLiteral("/SETTINGS"));
     QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(dataFolder()), kTimeoutMs);
     QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(settings), kTimeoutMs);
-    QVERIFY(folder().isEmpty());
+    QTRY_VERIFY_WITH_TIMEOUT(folder().isEmpty(), kTimeoutMs); // its last step
 }
 
 void InstallerTest::uninstallingKeepsFilesOfOthers()
