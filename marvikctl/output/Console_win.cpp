@@ -7,6 +7,7 @@
 bool Console::isTerminal(FILE* file)
 {
     // The console understands colour sequences only when it is told to.
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the C library keeps handles as numbers.
     const auto handle = reinterpret_cast<HANDLE>(::_get_osfhandle(::_fileno(file)));
     DWORD mode = 0;
     return ::GetConsoleMode(handle, &mode) != 0 &&
