@@ -15,7 +15,7 @@ struct FileLock::Platform
 
     ~Platform()
     {
-        // While the lock is held, so nobody has locked the file in the meantime.
+        // Before the lock is released: no other program can hold a lock on the file now.
         if (file)
             ::unlink(path.constData());
     }

@@ -32,7 +32,7 @@ bool FileLock::acquire(const QString& path, std::chrono::milliseconds limit)
     const QString native = QDir::toNativeSeparators(path);
     const auto end = std::chrono::steady_clock::now() + limit;
     for (;;) {
-        // Shared with nobody, and removed by the system with the handle.
+        // No other program can open the file. The system removes it when the handle is closed.
         HANDLE file = ::CreateFileW(reinterpret_cast<const wchar_t*>(native.utf16()),
                                     GENERIC_WRITE | DELETE, 0, nullptr, OPEN_ALWAYS,
                                     FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);

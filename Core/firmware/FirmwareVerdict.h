@@ -3,8 +3,8 @@
 #include <chrono>
 #include <QString>
 
-/// What the camera that has come back after a firmware transfer tells about it. The transfer itself
-/// does not know: the camera checks the image, and acknowledges also one that it does not run.
+/// The result of a firmware transfer, as the returned camera reports it. The transfer itself
+/// has no result: the camera checks the image, and also acknowledges one that it does not run.
 enum class FirmwareVerdict {
     Updated,
     NotConnected, ///< the camera is there, but does not report itself as connected

@@ -8,9 +8,9 @@
 
 #include <utility>
 
-CameraLink::CameraLink(FoundCamera camera, std::chrono::milliseconds patience)
+CameraLink::CameraLink(FoundCamera camera, std::chrono::milliseconds timeout)
     : m_camera(std::move(camera))
-    , m_patience(patience)
+    , m_timeout(timeout)
 {
 }
 
@@ -22,7 +22,7 @@ std::optional<Failure> CameraLink::open()
 {
     close();
     m_hid = std::make_unique<UVCHid>();
-    if (!m_hid->lock(path(), m_patience)) {
+    if (!m_hid->lock(path(), m_timeout)) {
         const Failure failure = inUse(m_hid->holder());
         m_hid.reset();
         return failure;
@@ -205,7 +205,7 @@ CameraLink::transferFirmware(const QString& file,
     m_picture.reset();
     m_hid.reset(); // with its lock, which is one for exchanges
     CameraLock lock;
-    if (!lock.acquire(path().toUtf8(), CameraLock::Use::Firmware, m_patience))
+    if (!lock.acquire(path().toUtf8(), CameraLock::Use::Firmware, m_timeout))
         return inUse(lock.holder());
     UVCHid transfer;
     if (!transfer.createHandleWithPath(path()))

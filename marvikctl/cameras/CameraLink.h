@@ -28,8 +28,8 @@ class CameraLink
     Q_DECLARE_TR_FUNCTIONS(CameraLink)
 
 public:
-    /// @param patience how long to wait for another program that has the camera
-    CameraLink(FoundCamera camera, std::chrono::milliseconds patience);
+    /// @param timeout of open(), while another program holds the camera's lock
+    CameraLink(FoundCamera camera, std::chrono::milliseconds timeout);
     ~CameraLink();
     CameraLink(CameraLink&& other) noexcept;
     CameraLink& operator=(CameraLink&& other) noexcept;
@@ -38,7 +38,7 @@ public:
     [[nodiscard]] QString path() const { return m_camera.hid.path; }
 
     /// How long open() may wait.
-    [[nodiscard]] std::chrono::milliseconds patience() const { return m_patience; }
+    [[nodiscard]] std::chrono::milliseconds timeout() const { return m_timeout; }
 
     /// Takes the camera's lock and keeps it until close(); no exchange is made.
     [[nodiscard]] std::optional<Failure> open();
@@ -75,7 +75,7 @@ private:
     [[nodiscard]] std::optional<Failure> writePicture(PictureProperty property, int value);
 
     FoundCamera m_camera;
-    std::chrono::milliseconds m_patience;
+    std::chrono::milliseconds m_timeout;
     std::unique_ptr<UVCHid> m_hid;
     std::optional<UVCDeviceInfo> m_video;
     std::unique_ptr<VideoProcAmp> m_picture;

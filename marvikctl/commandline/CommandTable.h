@@ -21,7 +21,7 @@ struct CommandRow
 namespace CommandTable {
 
 [[nodiscard]] ConstRange<CommandRow> rows();
-/// Null when there is none of this name.
+/// @return null when no command has this name
 [[nodiscard]] const CommandRow* find(const QString& name);
 [[nodiscard]] QStringList names();
 [[nodiscard]] QString summary(const CommandRow& row);

@@ -16,8 +16,8 @@ void Command::forEach(std::vector<CameraLink>& links, const Invocation& invocati
 {
     for (CameraLink& link : links) {
         const std::optional<Failure> failure = link.open();
-        // Titles and documents name cameras by their serial numbers. Of a camera that does not tell
-        // its number the work below reports why.
+        // Titles and documents name cameras by their serial numbers. When a camera does not report
+        // its number, the work below returns the reason.
         if (!failure && (invocation.json || links.size() > 1))
             static_cast<void>(link.serialNumber());
         CameraResult& result = report.add(link);

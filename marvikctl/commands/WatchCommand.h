@@ -4,7 +4,7 @@
 #include "ProfileFolders.h"
 
 /// Gives every camera what is assigned to it, those that are there and those that come, until the
-/// program is told to end.
+/// program is asked to end.
 class WatchCommand : public Command
 {
     Q_DECLARE_TR_FUNCTIONS(WatchCommand)

@@ -134,7 +134,7 @@ Result<FirmwareInstaller::Returned> FirmwareInstaller::waitForReturn(CameraArriv
                                                                      const QString& serial,
                                                                      Clock::time_point end) const
 {
-    std::set<QString> arrived; // and has not told who it is
+    std::set<QString> arrived; // and has not reported its serial number
     for (;;) {
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
         if (left.count() <= 0)

@@ -3,8 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
-/// Which version an image turned out to be. An image does not tell its version; the first camera
-/// that was updated with it did, so a second one that has this version already need not be written.
+/// The version that a camera reported after an image was written into it. The version cannot be
+/// read from the image itself. A camera that has this version already does not need the image.
 class KnownImages
 {
 public:

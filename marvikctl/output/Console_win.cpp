@@ -6,7 +6,7 @@
 
 bool Console::isTerminal(FILE* file)
 {
-    // The console understands colour sequences only when it is told to.
+    // The console interprets colour sequences only in this mode.
     // NOLINTNEXTLINE(performance-no-int-to-ptr): the C library keeps handles as numbers.
     const auto handle = reinterpret_cast<HANDLE>(::_get_osfhandle(::_fileno(file)));
     DWORD mode = 0;

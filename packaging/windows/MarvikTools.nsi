@@ -134,7 +134,7 @@ Function ${prefix}requireEndOfProgram
     ${EndIf}
 FunctionEnd
 
-; The same for a program that the mutex does not tell about: an older one, or one in another session of
+; The same for a program that has not made the mutex: an older one, or one in another session of
 ; this user. The file of a running program cannot be opened for writing. The path is on the stack.
 Function ${prefix}requireFreeFile
     Exch $R0
@@ -460,7 +460,7 @@ Section Uninstall
     ${If} $onlyFiles <> 1
         Delete "$SMPROGRAMS\${PRODUCT}.lnk"
         Call un.removeData
-        ; Last, because it tells that the program is still there.
+        ; Last, because this entry says that the program is installed.
         ${If} $forAll = 1
             SetShellVarContext all
         ${EndIf}

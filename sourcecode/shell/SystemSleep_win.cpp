@@ -30,7 +30,8 @@ public:
     }
 
 private:
-    /// The system tells each window, and the end of the sleep more than once.
+    /// The system sends the message to each window, and reports the end of the sleep more than
+    /// once.
     void noteSleep()
     {
         m_awakeIsDue = false;
